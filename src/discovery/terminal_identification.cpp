@@ -1,0 +1,201 @@
+#include "discovery/terminal_identification.h"
+
+#include <QString>
+
+#include "terminal/command_catalogue.h"
+#include "terminal/status_word.h"
+#include "text/code_page.h"
+#include "text/hex_text.h"
+
+namespace kartocheck {
+
+namespace {
+
+// Vendor-specific status query: is the terminal attached through a USB virtual COM port?
+constexpr QStringView UsbVirtualComQuery = u"2071000100";
+
+constexpr QStringView ManufacturerTag = u"46";
+constexpr int ManufacturerLength = 15;  // maker, product code and version, five bytes each
+
+// The text of `count` bytes whose digits start at `position`.
+QString TextAt(QStringView response, qsizetype position, int count) {
+  QString text;
+  for (int i = 0; i < count; ++i) text += CharacterOf(hex::ByteAt(response, position + 2 * i));
+  return text;
+}
+
+// Version of the second maker's terminals: three groups of three digits in the data object D7 that
+// follows the manufacturer data. Empty where there is no whole object of at least 54 bytes.
+QString HandheldVersion(QStringView data) {
+  constexpr qsizetype TagPosition = 35;
+  constexpr qsizetype ValuePosition = TagPosition + 4;
+  constexpr int LeastLength = 0x36;
+  constexpr qsizetype VersionPosition = 101;
+  constexpr int VersionBytes = 9;
+
+  const int length = hex::ByteAt(data, TagPosition + 2);
+  const bool whole = hex::From(data, ValuePosition).size() >= 2 * length;
+  if (hex::Mid(data, TagPosition, 2) != u"D7" || length < LeastLength || !whole) return {};
+
+  QString version = QStringLiteral("V ");
+  for (int i = 0; i < VersionBytes; ++i) {
+    const quint8 code = hex::ByteAt(data, VersionPosition + 2 * i);
+    if (code >= '0' && code <= '9') version += CharacterOf(code);
+    if (i == 2 || i == 5) version += u'.';
+  }
+  return version;
+}
+
+void ProbeUsbVirtualCom(CtSession& link, TerminalInfo& info) {
+  info.UsbVirtualCom = false;
+  const CtAnswer answer = link.CtExchange(UsbVirtualComQuery, Unit::Terminal);
+  info.UsbVirtualCom = answer.Succeeded() && answer.Is(status_word::Ok) &&
+                       answer.response.size() > 17 && hex::Mid(answer.response, 1, 2) == u"12" &&
+                       hex::Mid(answer.response, 3, 2) == u"01" &&
+                       hex::Mid(answer.response, 21, 2) == u"02";
+}
+
+void WritePortText(int pn, bool usbVirtualCom, PortEntry& port) {
+  port.PortText = PortDescription(pn, usbVirtualCom);
+  if (usbVirtualCom && pn <= LastComPort) port.AvailText = u"";
+}
+
+// Terminals of the Delta series are mobile or stationary; their answer to RESET CT tells.
+void TestDeltaReset(CtSession& link, QStringView productCode, TerminalInfo& info) {
+  const CtAnswer answer = link.CtExchange(CommandCatalogue::ResetCt, Unit::Terminal);
+  if (!answer.Succeeded()) return;
+  info.Reset9501 = answer.Is(status_word::MobileExtended);
+  info.Reset95 = info.Reset9501 || answer.Is(status_word::MobileTerminal);
+  if (info.Reset9501) {
+    info.ModelName = productCode == product_code::SerieDeltaMobil ? u"Norva Delta-3 mobil"
+                                                                  : u"Norva Delta-2 mobil";
+  }
+}
+
+std::int16_t IdentifyByProductCode(CtSession& link, int pn, TerminalInfo& info, PortEntry& port) {
+  if (const auto result = ReadManufacturerData(link, info); result != 0) {
+    info.Answered = false;
+    return result;
+  }
+  const QString productCode = info.ProductCode.Padded().toUpper();
+  if (productCode == product_code::SerieGamma) {
+    info.ModelName = u"Serie Gamma";
+    return 0;
+  }
+  if (productCode == product_code::SerieSigma) {
+    info.ModelName = u"Serie Sigma";
+    return 0;
+  }
+  if (productCode == product_code::SerieOmega) {
+    info.ModelName = u"Serie Omega";
+  } else if (productCode == product_code::SerieDelta ||
+             productCode == product_code::SerieDeltaMobil) {
+    info.ModelName = u"Serie Delta";
+    TestDeltaReset(link, productCode, info);
+  } else {
+    info.ModelName = u"Unbekannt";
+    return 0;
+  }
+  ProbeUsbVirtualCom(link, info);
+  WritePortText(pn, info.UsbVirtualCom, port);
+  return 0;
+}
+
+// Terminals that do not know GET STATUS for the functional units.
+void IdentifyByReset(CtSession& link, int pn, TerminalInfo& info, PortEntry& port) {
+  const CtAnswer answer = link.CtExchange(CommandCatalogue::ResetCt, Unit::Terminal);
+  if (!answer.Succeeded()) {
+    info.Answered = false;
+    return;
+  }
+  if (!answer.Is(status_word::MobileTerminal)) {
+    info.ModelName = u"Modell Vedra A/B/C/D/E/F";
+    return;
+  }
+  WritePortText(pn, false, port);
+  if (pn <= LastComPort) {
+    info.ModelName = u"Modell Vedra F/Serie Delta/Sigma";
+  } else if (IsUsbPort(pn)) {
+    // A USB device of this family answers like a Delta terminal and is recorded as one.
+    info.ModelName = u"Serie Delta";
+    info.ProductCode = product_code::SerieDelta;
+    info.ManufacturerId = MakerNorva;
+  }
+  info.Reset95 = true;
+}
+
+std::int16_t IdentifyEarlyCtBcs(CtSession& link, TerminalInfo& info) {
+  const auto result = ReadManufacturerData(link, info);
+  if (result == 0) {
+    info.ModelName = u"Modell PKT H CT-BCS (0.9)";
+  } else {
+    info.Answered = false;
+  }
+  return result;
+}
+
+}  // namespace
+
+std::int16_t IdentifyTerminal(CtSession& link, int pn, TerminalInfo& info, PortEntry& port) {
+  info.Reset95 = false;
+  const CtAnswer answer =
+      link.CtExchange(CommandCatalogue::GetStatusFunctionalUnits, Unit::Terminal);
+  info.Answered = answer.Succeeded();
+  if (!answer.Succeeded()) return answer.code;
+
+  if (answer.Is(status_word::Ok)) return IdentifyByProductCode(link, pn, info, port);
+  if (answer.Is(status_word::NotAllowed)) {
+    info.ModelName = u"Modell Vedra G im Vedra A-kompatibel Mode";
+    return 0;
+  }
+  if (answer.Is(status_word::UnknownInstruction)) {
+    IdentifyByReset(link, pn, info, port);
+    return 0;
+  }
+  if (answer.Is(status_word::NoDiagnosis)) return IdentifyEarlyCtBcs(link, info);
+
+  info.ModelName = u"Modell nicht bekannt!";
+  info.Answered = false;
+  return 0;
+}
+
+std::int16_t ReadManufacturerData(CtSession& link, TerminalInfo& info) {
+  const CtAnswer answer = link.CtExchange(CommandCatalogue::GetStatusManufacturer, Unit::Terminal);
+  if (!answer.Succeeded()) return answer.code;
+
+  const QStringView data = answer.Data();
+  const bool whole = hex::From(data, 5).size() >= 2 * ManufacturerLength;
+  if (hex::Mid(data, 1, 2) != ManufacturerTag || hex::ByteAt(data, 3) < ManufacturerLength ||
+      !whole) {
+    return 1;
+  }
+  info.ManufacturerId = TextAt(data, 5, 5);
+  info.ProductCode = TextAt(data, 15, 5);
+  info.SoftwareVersion = TextAt(data, 25, 5);
+  if (info.ManufacturerId == MakerNorvaHandheld) {
+    const QString version = HandheldVersion(data);
+    if (!version.isEmpty()) info.SoftwareVersion = version;
+  }
+  return 0;
+}
+
+void ResetTerminalInfo(TerminalInfo& info) {
+  info.ModelName = u"";
+  info.ManufacturerId = u"";
+  info.ProductCode = u"";
+  info.SoftwareVersion = u"";
+  info.DisplayText = u"";
+  info.SerialSettings = u"";
+}
+
+QString PortDescription(int pn, bool usbVirtualCom) {
+  QString kind = QStringLiteral("? ");
+  if (pn <= LastComPort) {
+    kind = usbVirtualCom ? QStringLiteral("USB Virtuell COM ") : QStringLiteral("COM ");
+  } else if (IsUsbPort(pn)) {
+    kind = QStringLiteral("USB ");
+  }
+  return kind + QStringLiteral("(CTAPI pn=") + QString::number(pn) + u')';
+}
+
+}  // namespace kartocheck

@@ -1,0 +1,26 @@
+#include "kvk/model_correction.h"
+
+#include "terminal/slot.h"
+
+namespace kartocheck {
+
+void CorrectModel(QStringView approvalNumber, KvkFormat format, int pn, TerminalInfo& info) {
+  if (approvalNumber == u"103") {
+    if (info.ProductCode == product_code::SerieDelta || IsUsbPort(pn)) {
+      info.ModelName = u"Serie Delta";
+      info.ProductCode = product_code::SerieDelta;
+    } else {
+      info.ModelName = u"Modell Vedra F/Serie Delta";
+    }
+    info.ManufacturerId = MakerNorva;
+  } else if (approvalNumber == u"109") {
+    info.ModelName = u"Serie Sigma";
+    info.ManufacturerId = MakerNorva;
+    if (format == KvkFormat::Template) info.ProductCode = product_code::SerieSigma;
+  } else {
+    info.ModelName = u"Kein Vedra F/Serie Sigma";
+    info.ManufacturerId = u"?????";
+  }
+}
+
+}  // namespace kartocheck

@@ -1,0 +1,240 @@
+#include "kvk/read_dispatcher.h"
+
+#include <algorithm>
+
+#include "kvk/kvk_reader.h"
+#include "terminal/command_catalogue.h"
+#include "terminal/status_word.h"
+#include "text/lines.h"
+
+namespace kartocheck {
+
+namespace {
+
+constexpr std::int16_t Failed = -1;
+
+constexpr QStringView AskForAnotherTry = u" Noch einmal versuchen? ";
+constexpr QStringView ReadImpossible =
+    u" Lesen der Krankenversichertendaten von der Karte nicht möglich! ";
+
+void Tell(const ReadTarget& with, Icon icon, const QString& text) {
+  with.dialogs.Tell(icon, Dialogs::Title.toString(), text);
+}
+
+std::int16_t AskToRetry(const ReadTarget& with, const QString& text, Icon icon = Icon::Question) {
+  const Answer answer =
+      with.dialogs.Ask({.title = Dialogs::Title.toString(), .text = text, .icon = icon});
+  return answer == Answer::Yes ? TryAgain : Failed;
+}
+
+bool AgreesToErase(const ReadTarget& with, const QString& warning) {
+  return with.dialogs.Ask({.title = Dialogs::Title.toString(),
+                           .text = warning,
+                           .preselected = Answer::No,
+                           .consequence = Consequence::ErasesRecord}) == Answer::Yes;
+}
+
+std::int16_t ReportFailedOpen(const ReadTarget& with, std::int16_t code) {
+  Tell(with, Icon::Critical,
+       code == ct_code::TransmissionError
+           ? Lines({ReadImpossible,
+                    u" Haben Sie als Ausgabemedium LCD-Anzeige/Drucker eingestellt ?! "})
+           : Lines({ReadImpossible, u" Kommunikationsfehler ! "}));
+  // A positive code is none of CT-API's; as a result it would ask for another try.
+  return std::min(code, Failed);
+}
+
+std::int16_t ReportOutputMedium(const ReadTarget& with) {
+  with.info.DisplayText = output_medium::DisplayOrPrinter;
+  Tell(with, Icon::Critical,
+       Lines({ReadImpossible, u" Beim Chipkartenterminal ist als Ausgabemedium ", u"",
+              u" LCD-Anzeige/Drucker eingestellt! "}));
+  return Failed;
+}
+
+std::int16_t ReportNoCard(const ReadTarget& with) {
+  return AskToRetry(with, Lines({u" Keine Chipkarte gefunden! ", AskForAnotherTry}));
+}
+
+// "6200": no card, or no record, within the waiting time.
+std::int16_t ReportNothingFound(const ReadTarget& with) {
+  if (with.info.SelectRefused) {
+    return AskToRetry(with, Lines({u" Keine Datensätze/KeyCard gefunden! ",
+                                   u" Gerät ist zugeschlossen!", u"", AskForAnotherTry}));
+  }
+  if (!with.info.IsMobile()) return ReportNoCard(with);
+  // A terminal with extended records has told the user already, in the status check.
+  if (with.info.Reset9501) return Failed;
+  return AskToRetry(with, Lines({u" Keine Datensätze gefunden! ", AskForAnotherTry}));
+}
+
+std::int16_t ReportRequestNotAllowed(const ReadTarget& with) {
+  return AskToRetry(
+      with, with.info.IsMobile()
+                ? Lines({u" Das mobile Chipkartenterminal ist zugeschlossen! ", AskForAnotherTry})
+                : Lines({u" Die Chipkartenterminal Menü-Einstellungen sind aktiviert! ",
+                         AskForAnotherTry}));
+}
+
+// "6A82" to the current identifier of the KVK application: a card with the older one?
+std::int16_t TryOldIdentifier(const ReadTarget& with) {
+  const CtAnswer answer = with.link.CtExchange(CommandCatalogue::SelectKvkOld, Unit::Card);
+  return AskToRetry(
+      with,
+      answer.Is(status_word::Ok)
+          ? Lines({u" Krankenversichertenkarte mit altem AID! ", u" Kein Vedra Gerät! ",
+                   AskForAnotherTry})
+          : Lines({u" Karte hat kein Krankenversichertenkarten AID! ", AskForAnotherTry}),
+      Icon::Critical);
+}
+
+std::int16_t ReportSelectNotAllowed(const ReadTarget& with) {
+  if (with.info.ManufacturerId == MakerNorvaHandheld) {
+    Tell(with, Icon::Critical,
+         Lines({u"", u"", ReadImpossible, u" Bitte die Betriebsart des Terminals prüfen! "}));
+  }
+  return Failed;
+}
+
+bool AgreesToReadStoredKvk(const ReadTarget& with) {
+  return AgreesToErase(
+      with,
+      Lines({u" Achtung, Lesetest an einem Vedra F/Serie Delta/Sigma Gerät! ",
+             u" Nach Durchführen eines Lesetests an einem Vedra F/Serie Delta/Sigma Gerät ",
+             u" mit dieser Testsoftware wird der gelesene Datensatz ", u" automatisch gelöscht!",
+             u"", u"                          Möchten Sie fortfahren? "}));
+}
+
+bool AgreesToReadStoredEgk(const ReadTarget& with) {
+  return AgreesToErase(
+      with,
+      Lines({u" Achtung, Lesetest an einem Gerät der Norva Delta Serie! ",
+             u" Nach Durchführen eines Lesetests an einem Gerät der Norva Delta Serie ",
+             u" mit dieser Testsoftware wird der gelesene Datensatz ", u" automatisch gelöscht!",
+             u"", u"                          Möchten Sie fortfahren? "}));
+}
+
+std::int16_t ReportRefusedRead(const ReadTarget& with, const CtAnswer& answer) {
+  if (!with.info.IsMobile() || !with.info.Reset9501) return Failed;
+  if (answer.Is(status_word::ReadFailed)) {
+    Tell(with, Icon::Information,
+         Lines({u"Das Kommando Read KVK war nicht erfolgreich!", u"",
+                u"Ist die HBA/SMC-B Karte im Terminal freigeschaltet?",
+                u"Wird der Idle-Screen oder ein Datensatz angezeigt?"}));
+  } else if (answer.Is(status_word::NotAllowed)) {
+    Tell(with, Icon::Information,
+         Lines({u"Das Kommando Read KVK war nicht erfolgreich!", u"",
+                u"Ist die HBA/SMC-B Karte im Terminal gesteckt und freigeschaltet?"}));
+  }
+  return Failed;
+}
+
+std::int16_t HandleDefectiveData(const ReadTarget& with) {
+  ClearSlot(with.info, with.insured, with.egk);
+  const CtAnswer answer = with.link.CtExchange(CommandCatalogue::ResetCt, Unit::Terminal);
+  if (answer.Is(status_word::MobileTerminal)) {
+    with.info.ModelName = u"Modell Vedra F/Serie Delta/Sigma";
+  }
+  return Failed;
+}
+
+std::int16_t EraseRecord(const ReadTarget& with) {
+  const CtAnswer answer = with.link.CtExchange(CommandCatalogue::EraseBinary, Unit::Card);
+  if (answer.Is(status_word::Ok)) {
+    (void)with.link.CtExchange(CommandCatalogue::EjectIcc1Ack, Unit::Terminal);
+    return 0;
+  }
+  // A terminal that does not know the command keeps no record that could be erased.
+  if (answer.Is(status_word::UnknownInstruction)) return 0;
+  ClearSlot(with.info, with.insured, with.egk);
+  Tell(with, Icon::Critical,
+       Lines({u" ERASE BINARY Error! ", u" Datensatz konnte nicht gelöscht werden! "}));
+  return Failed;
+}
+
+std::int16_t ReadKvkRecord(const ReadTarget& with) {
+  if (with.info.IsMobile() && !AgreesToReadStoredKvk(with)) return Failed;
+
+  const CtAnswer answer = with.link.CtExchange(CommandCatalogue::ReadBinary, Unit::Card);
+  if (!answer.Succeeded()) return Failed;
+  if (!answer.Is(status_word::Ok) && !answer.Is(status_word::EndOfFile)) {
+    return ReportRefusedRead(with, answer);
+  }
+  if (ReadKvk(answer.Data(), {with.info, with.insured, with.pn, with.dialogs}) != 0) {
+    return HandleDefectiveData(with);
+  }
+  return with.info.IsMobile() ? EraseRecord(with) : std::int16_t{0};
+}
+
+std::int16_t ReadMemoryCard(const ReadTarget& with) {
+  if (!with.info.IsMobile()) {
+    (void)with.link.CtExchange(CommandCatalogue::ResetIcc1, Unit::Terminal);
+  }
+  const CtAnswer answer = with.link.CtExchange(CommandCatalogue::SelectKvk, Unit::Card);
+  if (answer.code == ct_code::TransmissionError) return ReportOutputMedium(with);
+  if (!answer.Succeeded()) {
+    Tell(with, Icon::Critical, QStringLiteral(" Chipkartenterminal RETURN Fehler! "));
+    return Failed;
+  }
+  if (answer.Is(status_word::Ok)) return ReadKvkRecord(with);
+  if (answer.Is(status_word::ConditionsOfUse)) return ReportOutputMedium(with);
+  if (answer.Is(status_word::FileNotFound)) return TryOldIdentifier(with);
+  if (answer.Is(status_word::NotAllowed)) return ReportSelectNotAllowed(with);
+  return Failed;
+}
+
+std::int16_t ReadProcessorCard(const ReadTarget& with) {
+  const EgkTarget target{with.link, with.info, with.insured, with.egk, with.dialogs};
+  if (!with.info.IsMobile()) return ReadEgkFromCard(target);
+  return AgreesToReadStoredEgk(with) ? ReadEgkFromMobile(target) : Failed;
+}
+
+std::int16_t ReadOverOpenLink(const ReadTarget& with, bool& egk) {
+  const CtAnswer reset = with.link.CtExchange(CommandCatalogue::ResetCt, Unit::Terminal);
+  if (reset.Is(status_word::MobileTerminal)) with.info.Reset95 = true;
+
+  const CtAnswer card = with.link.CtExchange(CommandCatalogue::RequestIcc1, Unit::Terminal);
+  if (card.Is(status_word::Ok) || card.Is(status_word::CardAlreadyPresent)) {
+    return ReadMemoryCard(with);
+  }
+  if (card.Is(status_word::OkProcessorCard)) {
+    egk = true;
+    return ReadProcessorCard(with);
+  }
+  if (card.Is(status_word::NoCard)) return ReportNothingFound(with);
+  if (card.Is(status_word::NotAllowed)) return ReportRequestNotAllowed(with);
+  return ReportNoCard(with);
+}
+
+}  // namespace
+
+std::int16_t ReadCardData(const ReadTarget& target) {
+  ClearSlot(target.info, target.insured, target.egk);
+  if (const std::int16_t code = target.link.CtOpen(target.pn); code != ct_code::Success) {
+    return ReportFailedOpen(target, code);
+  }
+  bool egk = false;
+  const std::int16_t result = ReadOverOpenLink(target, egk);
+  ResetAndClose(target.link);
+  if (result != 0) {
+    ClearSlot(target.info, target.insured, target.egk);
+    return result;
+  }
+  target.info.DataRead = !target.insured.IsEmpty() || !target.egk.IsEmpty();
+  target.info.EgkData = egk && target.info.DataRead;
+  return result;
+}
+
+void ClearSlot(TerminalInfo& info, InsuredData& insured, EgkData& egk) {
+  insured.Clear();
+  egk = {};
+  info.DataRead = false;
+  info.EgkData = false;
+}
+
+void ResetAndClose(CtSession& link) {
+  (void)link.CtExchange(CommandCatalogue::ResetCt, Unit::Terminal);
+  link.CtClose();
+}
+
+}  // namespace kartocheck

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QString>
+
+#include <array>
+
+#include "app/bas_mkt_test.h"
+#include "ui/main_window/front_end.h"
+
+namespace kartocheck {
+
+// The buttons of CmdB_MKt_Test, by index.
+enum class Action { FullScan = 0, Diagnosis, ShowStatus, ReadCard, CopyData, ResetFields };
+
+// The frames of Fram_Show, by index. Actions 0 to 3 show the frame of their own index.
+enum class Frame { Wait = 0, DialogCheck, TerminalStatus, Data };
+
+// The rows of a status tab, top to bottom: port, baud rate, model, maker, CT type, software
+// version, output medium, PnP device.
+inline constexpr int StatusRowCount = 8;
+using StatusTab = std::array<QString, StatusRowCount>;
+
+// Who asks the window to close: the user is asked back, program and system are not.
+enum class CloseSource { User, Program, System };
+
+// The flows behind the main window's controls. One action at a time; a close request during an
+// action is kept until its end.
+class TestFlow {
+ public:
+  TestFlow(Bas_MKT_Test& module, Dialogs& dialogs, Display& display, FrontEnd& frontEnd);
+
+  // A click on button `index` of CmdB_MKt_Test. An index outside 0 to 5 does nothing.
+  void Button(int index);
+
+  // A click on option button `member`, 0 to 4, of Opti_Comx.
+  void ChoosePort(int member);
+
+  // True when the window may close now. The link is closed then.
+  [[nodiscard]] bool MayClose(CloseSource source);
+
+  // Checks and reads a port as button 3 does, without its frame and progress.
+  void CheckAndRead(int pn);
+
+  [[nodiscard]] StatusTab StatusTabOf(int slot) const;
+
+ private:
+  class RunningAction;
+
+  void Run(Action action);
+  void ReadCard();
+  void CopyData();
+  void ResetFields();
+  void ShowCurrentData();
+  [[nodiscard]] Question InsertCardPrompt(int pn) const;
+
+  Bas_MKT_Test& module_;
+  Dialogs& dialogs_;
+  Display& display_;
+  FrontEnd& frontEnd_;
+};
+
+}  // namespace kartocheck

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "platform/display.h"
+
+namespace kartocheck::test {
+
+// Records what was shown, in order.
+class FakeDisplay final : public Display {
+ public:
+  void ShowStatusText(const QString& text) override { statusTexts.push_back(text); }
+  void ShowProgress(int percent) override { progress.push_back(percent); }
+  bool ShowFrameX(int frame) override {
+    const bool changed = frames.empty() || frames.back() != frame;
+    if (changed) frames.push_back(frame);
+    return changed;
+  }
+  void EnablePort(int slot, bool enabled) override { enabledPorts.emplace_back(slot, enabled); }
+  void SetLamp(Lamp lamp, LampState state) override { lamps.emplace_back(lamp, state); }
+  void ShowSlot(int slot) override { slots.push_back(slot); }
+
+  std::vector<QString> statusTexts;
+  std::vector<int> progress;
+  std::vector<int> frames;
+  std::vector<std::pair<int, bool>> enabledPorts;
+  std::vector<std::pair<Lamp, LampState>> lamps;
+  std::vector<int> slots;
+};
+
+}  // namespace kartocheck::test
