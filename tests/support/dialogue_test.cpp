@@ -100,7 +100,8 @@ TEST(FaultyApiTest, OnlyTheNamedExchangeFails) {
   EXPECT_EQ(Exchange(api, {0x20, 0x11}, 1), 0);
   EXPECT_EQ(Exchange(api, {0x20, 0x11}, 1), -10);
   EXPECT_EQ(Exchange(api, {0x20, 0x11}, 1), 0);
-  EXPECT_EQ(api.Calls(), (std::vector<QString>{QStringLiteral("2011"), QStringLiteral("2011"), QStringLiteral("2011")}));
+  EXPECT_EQ(api.Calls(), (std::vector<QString>{QStringLiteral("2011"), QStringLiteral("2011"),
+                                               QStringLiteral("2011")}));
 }
 
 TEST(FaultyApiTest, RandomResponsesAreTheSameForTheSameSeed) {
