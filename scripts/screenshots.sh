@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 [ -f build/release/CMakeCache.txt ] || cmake --preset release
 cmake --build --preset release --target kartocheck_screenshots
 
-export QT_QPA_PLATFORM=offscreen
+export QT_QPA_PLATFORM=offscreen:configfile=tests/gui/large_screen.json
 program=build/release/tests/gui/kartocheck_screenshots
 for scale in 1 2; do
   QT_SCALE_FACTOR=$scale "$program" "build/screenshots/light_${scale}00"

@@ -43,8 +43,6 @@ class Album {
   explicit Album(const QDir& folder) : folder_(folder) {}
 
   void Add(QWidget& widget, const QString& name) {
-    // The platform's screen is small; the window is to be seen as it wants to be.
-    if (widget.inherits("QMainWindow")) widget.resize(widget.sizeHint());
     // Layouts inside of scroll areas settle in several rounds.
     for (int round = 0; round < 4; ++round) QCoreApplication::processEvents();
     const QString file = folder_.filePath(name + u".png");
@@ -119,7 +117,7 @@ void TakeBoxes(Album& album) {
   };
   for (const auto& [icon, name] : icons) {
     album.AddNextBox(name, QMessageBox::Ok);
-    program.window.Boxes().Tell(
+    program.window.Tell(
         icon, Dialogs::Title.toString(),
         QStringLiteral(" Lesen der Krankenversichertendaten von der Karte nicht möglich! \r\n"
                        " Kommunikationsfehler ! "));
