@@ -1,9 +1,10 @@
-#!/bin/sh
+#!/usr/bin/env bash
 # Takes pictures of every window and message box, in light and dark colours, at 100 % and 200 %,
 # into build/screenshots/. Needs no display.
-set -eu
+set -euo pipefail
 cd "$(dirname "$0")/.."
 
+scripts/install.sh test
 [ -f build/release/CMakeCache.txt ] || cmake --preset release
 cmake --build --preset release --target kartocheck_screenshots
 
