@@ -182,14 +182,6 @@ void Form_MKT_Test::Attach(TestFlow& flow) {
   for (int slot = 1; slot <= SlotCount; ++slot) ShowSlot(slot);
 }
 
-void Form_MKT_Test::Tell(Icon icon, const QString& title, const QString& text) {
-  boxes_.Tell(icon, title, text);
-}
-
-Answer Form_MKT_Test::Ask(const Question& question) {
-  return boxes_.Ask(question);
-}
-
 void Form_MKT_Test::ShowStatusText(const QString& text) {
   Labl_StatusText->setText(text);
 }

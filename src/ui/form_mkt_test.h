@@ -26,7 +26,7 @@ class TerminalAccessFrame;
 class TerminalStatusFrame;
 
 // The program's one main window. It shows what it is given and reports what was pressed.
-class Form_MKT_Test final : public QMainWindow, public Dialogs, public Display, public FrontEnd {
+class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd {
   Q_OBJECT
 
  public:
@@ -38,6 +38,9 @@ class Form_MKT_Test final : public QMainWindow, public Dialogs, public Display, 
   explicit Form_MKT_Test(const Options& options);
   ~Form_MKT_Test() override;
 
+  // The window's message boxes.
+  [[nodiscard]] Dialogs& Boxes() { return boxes_; }
+
   // Who is told of what is pressed; outlives the window's use. The flow needs the window to be
   // made, so it comes after construction.
   void Attach(TestFlow& flow);
@@ -46,9 +49,6 @@ class Form_MKT_Test final : public QMainWindow, public Dialogs, public Display, 
   // answered with Cancel or No, nothing more is asked, and the window closes, after the end of
   // the running action if there is one.
   void CloseForSystem();
-
-  void Tell(Icon icon, const QString& title, const QString& text) override;
-  [[nodiscard]] Answer Ask(const Question& question) override;
 
   void ShowStatusText(const QString& text) override;
   void ShowProgress(int percent) override;

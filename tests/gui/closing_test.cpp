@@ -168,10 +168,11 @@ TEST(SystemCloseTest, SuppressesMessagesThatComeAfterIt) {
   Program program;
   const BoxAnswerer user({});
   program.window.CloseForSystem();
-  program.window.Tell(Icon::Critical, QStringLiteral("Titel"), QStringLiteral("Text"));
-  EXPECT_EQ(program.window.Ask({.title = {}, .text = {}, .buttons = Buttons::OkCancel}),
+  program.window.Boxes().Tell(Icon::Critical, QStringLiteral("Titel"), QStringLiteral("Text"));
+  EXPECT_EQ(program.window.Boxes().Ask({.title = {}, .text = {}, .buttons = Buttons::OkCancel}),
             Answer::Cancel);
-  EXPECT_EQ(program.window.Ask({.title = {}, .text = {}, .buttons = Buttons::YesNo}), Answer::No);
+  EXPECT_EQ(program.window.Boxes().Ask({.title = {}, .text = {}, .buttons = Buttons::YesNo}),
+            Answer::No);
 }
 
 TEST(SystemCloseTest, TheEndOfTheDesktopSessionIsOne) {

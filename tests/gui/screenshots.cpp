@@ -117,7 +117,7 @@ void TakeBoxes(Album& album) {
   };
   for (const auto& [icon, name] : icons) {
     album.AddNextBox(name, QMessageBox::Ok);
-    program.window.Tell(
+    program.window.Boxes().Tell(
         icon, Dialogs::Title.toString(),
         QStringLiteral(" Lesen der Krankenversichertendaten von der Karte nicht möglich! \r\n"
                        " Kommunikationsfehler ! "));

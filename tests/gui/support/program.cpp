@@ -20,11 +20,11 @@ Program::Program(const std::string& script, const Form_MKT_Test::Options& option
       library(dialogue),
       window(options),
       module({.api = library,
-              .dialogs = window,
+              .dialogs = window.Boxes(),
               .display = window,
               .eventLoop = eventLoop,
               .terminate = [] { std::abort(); }}),
-      flow(module, window, window, window) {
+      flow(module, window.Boxes(), window, window) {
   window.Attach(flow);
   window.show();
   QApplication::setActiveWindow(&window);
