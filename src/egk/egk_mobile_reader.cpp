@@ -50,6 +50,7 @@ class RecordRead {
   explicit RecordRead(const EgkTarget& target) : with_(target) {}
 
   [[nodiscard]] std::int16_t Run() {
+    with_.egk.stored = {};
     if (SelectHca(with_, QStringLiteral("Das Kommando Select DF HCA war nicht erfolgreich!")) !=
         HcaSelection::Selected) {
       return Stopped;
