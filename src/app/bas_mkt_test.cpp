@@ -8,6 +8,7 @@ namespace kartocheck {
 
 Bas_MKT_Test::Bas_MKT_Test(const Surroundings& surroundings)
     : display_(surroundings.display),
+      eventLoop_(surroundings.eventLoop),
       dialogs_(surroundings.dialogs, ExitRequested),
       session_({.api = surroundings.api,
                 .dialogs = surroundings.dialogs,
@@ -27,8 +28,8 @@ std::int16_t Bas_MKT_Test::StatusCheck(int /*pn*/) {
 
 std::int16_t Bas_MKT_Test::ReadCardData(int pn) {
   const int slot = SlotOf(pn);
-  return kartocheck::ReadCardData(
-      {session_, pn, Terminals[slot], Insured[slot], Egk[slot], dialogs_});
+  return kartocheck::ReadCardData({session_, pn, Terminals[slot], Insured[slot], Egk[slot],
+                                   Validation, dialogs_, display_, eventLoop_});
 }
 
 void Bas_MKT_Test::ClearSlot(int slot) {

@@ -5,6 +5,7 @@
 #include "app/closing_dialogs.h"
 #include "discovery/terminal_info.h"
 #include "egk/egk_data.h"
+#include "egk/vsd_schema.h"
 #include "kvk/insured_data.h"
 #include "platform/ct_api.h"
 #include "platform/dialogs.h"
@@ -47,6 +48,8 @@ class Bas_MKT_Test {
   PerSlot<InsuredData> Insured;
   PerSlot<EgkData> Egk;
 
+  ValidationSettings Validation;  // the switch and the three schemas
+
   // Message boxes of the procedures; silent once the program is asked to end.
   [[nodiscard]] Dialogs& Boxes() { return dialogs_; }
 
@@ -67,6 +70,7 @@ class Bas_MKT_Test {
 
  private:
   Display& display_;
+  EventLoop& eventLoop_;
   ClosingDialogs dialogs_;
   CtSession session_;
 };

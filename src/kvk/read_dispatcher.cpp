@@ -184,7 +184,8 @@ std::int16_t ReadMemoryCard(const ReadTarget& with) {
 }
 
 std::int16_t ReadProcessorCard(const ReadTarget& with) {
-  const EgkTarget target{with.link, with.info, with.insured, with.egk, with.dialogs};
+  const EgkTarget target{with.link,       with.info,    with.insured, with.egk,
+                         with.validation, with.dialogs, with.display, with.eventLoop};
   if (!with.info.IsMobile()) return ReadEgkFromCard(target);
   return AgreesToReadStoredEgk(with) ? ReadEgkFromMobile(target) : Failed;
 }

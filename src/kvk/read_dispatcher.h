@@ -21,7 +21,10 @@ struct ReadTarget {
   TerminalInfo& info;
   InsuredData& insured;
   EgkData& egk;
+  const ValidationSettings& validation;
   Dialogs& dialogs;
+  Display& display;
+  EventLoop& eventLoop;
 };
 
 // Reads whatever card or stored record the terminal offers: opens the link, resets the terminal,

@@ -15,8 +15,15 @@ struct CtApiEntryPoints;
 // are resolved together: a library that lacks one of them is refused before any is called.
 class CtApiLibrary final : public CtApi {
  public:
-  // The first of the candidates that exists is loaded. A candidate is a path, or a bare name that
-  // the system's search path resolves ("CTNRV32" stands for libCTNRV32.so or CTNRV32.dll).
+  // File name of CTNRV32 on this platform.
+#if defined(Q_OS_WIN)
+  static constexpr QStringView FileName = u"CTNRV32.dll";
+#else
+  static constexpr QStringView FileName = u"libCTNRV32.so";
+#endif
+
+  // The first of the candidates that exists is loaded. A candidate is a path, or a bare file name
+  // that the system's search path resolves.
   explicit CtApiLibrary(QStringList candidates);
   ~CtApiLibrary() override;
 

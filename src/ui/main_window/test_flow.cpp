@@ -1,6 +1,5 @@
 #include "ui/main_window/test_flow.h"
 
-#include "diagnosis/read_loop.h"
 #include "text/lines.h"
 #include "text/status_texts.h"
 
@@ -66,26 +65,35 @@ void TestFlow::Run(Action action) {
 }
 
 void TestFlow::ReadCard() {
+  const int pn = module_.SelectedPort;
   display_.ShowProgress(0);
-  if (!module_.Terminals[SlotOf(module_.SelectedPort)].DataRead) CheckAndRead(module_.SelectedPort);
+  if (!module_.Terminals[SlotOf(pn)].DataRead) {
+    ReadLoopSteps steps = LoopSteps(pn);
+    steps.checkPort = [this, pn] {
+      module_.CheckPort(pn);
+      display_.ShowProgress(50);
+    };
+    RunReadLoop(steps, module_.Boxes(), display_);
+  }
   display_.ShowProgress(100);
   ShowCurrentData();
   display_.ShowStatusText(status_text::Shown.toString());
 }
 
-void TestFlow::CheckAndRead(int pn) {
-  const ReadLoopSteps steps{
-      .checkPort =
-          [this, pn] {
-            module_.CheckPort(pn);
-            display_.ShowProgress(50);
-          },
+void TestFlow::ScanPort(int pn) {
+  const int slot = SlotOf(pn);
+  module_.CheckPort(pn);
+  if (module_.Terminals[slot].Answered) RunReadLoop(LoopSteps(pn), module_.Boxes(), display_);
+}
+
+ReadLoopSteps TestFlow::LoopSteps(int pn) {
+  return {
+      .checkPort = {},
       .checkStatus = [this, pn] { return module_.StatusCheck(pn); },
       .insertCardPrompt = [this, pn] { return InsertCardPrompt(pn); },
       .read = [this, pn] { return module_.ReadCardData(pn); },
       .showSlot = [this, pn] { display_.ShowSlot(SlotOf(pn)); },
   };
-  RunReadLoop(steps, module_.Boxes(), display_);
 }
 
 void TestFlow::CopyData() {

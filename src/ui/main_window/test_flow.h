@@ -5,6 +5,7 @@
 #include <array>
 
 #include "app/bas_mkt_test.h"
+#include "diagnosis/read_loop.h"
 #include "ui/main_window/front_end.h"
 
 namespace kartocheck {
@@ -38,8 +39,8 @@ class TestFlow {
   // True when the window may close now. The link is closed then.
   [[nodiscard]] bool MayClose(CloseSource source);
 
-  // Checks and reads a port as button 3 does, without its frame and progress.
-  void CheckAndRead(int pn);
+  // One port of a scan: checks it, and reads where a terminal was found.
+  void ScanPort(int pn);
 
   [[nodiscard]] StatusTab StatusTabOf(int slot) const;
 
@@ -51,6 +52,7 @@ class TestFlow {
   void CopyData();
   void ResetFields();
   void ShowCurrentData();
+  [[nodiscard]] ReadLoopSteps LoopSteps(int pn);
   [[nodiscard]] Question InsertCardPrompt(int pn) const;
 
   Bas_MKT_Test& module_;

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <iosfwd>
+#include <vector>
+
+#include "console/port_report.h"
+#include "platform/dialogs.h"
+#include "platform/display.h"
+#include "ui/main_window/front_end.h"
+
+namespace kartocheck {
+
+// Whether records of mobile terminals may be read, which erases them there.
+enum class StoredRecords { Keep, Erase };
+
+// The front end of a run without a person: status texts and messages go to a stream as lines,
+// questions get the safe answer, No or Cancel. Only the warning that a stored record will be erased
+// is agreed to, where the caller allows it.
+class ConsoleFrontEnd final : public Dialogs, public Display, public FrontEnd {
+ public:
+  ConsoleFrontEnd(std::ostream& messages, StoredRecords storedRecords);
+
+  // The boxes since the last call.
+  [[nodiscard]] std::vector<ReportedMessage> TakeMessages();
+
+  void Tell(Icon icon, const QString& title, const QString& text) override;
+  [[nodiscard]] Answer Ask(const Question& question) override;
+
+  void ShowStatusText(const QString& text) override;
+  void ShowProgress(int /*percent*/) override {}
+  bool ShowFrameX(int frame) override;
+  void EnablePort(int /*slot*/, bool /*enabled*/) override {}
+  void SetLamp(Lamp /*lamp*/, LampState /*state*/) override {}
+  void ShowSlot(int /*slot*/) override {}
+
+  void ShowData(const DataFrame& /*frame*/) override {}
+  void ClearData() override {}
+  void SetActionRunning(bool /*running*/) override {}
+  void CopyToClipboard(const QString& /*text*/) override {}
+  void CloseNow() override {}
+
+ private:
+  void Write(const ReportedMessage& message);
+
+  std::ostream& out_;
+  StoredRecords storedRecords_;
+  int frame_ = -1;
+  std::vector<ReportedMessage> messages_;
+};
+
+}  // namespace kartocheck

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <iosfwd>
+#include <optional>
+
+#include "app/bas_mkt_test.h"
+#include "console/console_front_end.h"
+
+namespace kartocheck {
+
+// Exit status of a run.
+namespace exit_status {
+inline constexpr int DataRead = 0;
+inline constexpr int NoTerminal = 1;
+inline constexpr int NoData = 2;  // a terminal, but no data could be read
+inline constexpr int UsageOrFatal = 3;
+}  // namespace exit_status
+
+struct ConsoleOptions {
+  bool json = false;
+  std::optional<int> port;  // only this port: 1 to 256 or 8192 to 8447
+};
+
+// Checks the ports, identifies the terminals, reads what can be read and reports on `out`. Returns
+// the exit status.
+[[nodiscard]] int RunConsole(const ConsoleOptions& options, Bas_MKT_Test& module,
+                             ConsoleFrontEnd& frontEnd, std::ostream& out);
+
+}  // namespace kartocheck

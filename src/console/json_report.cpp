@@ -1,0 +1,124 @@
+#include "console/json_report.h"
+
+#include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <array>
+
+namespace kartocheck {
+
+namespace {
+
+// Keys of the insured data, in the order of the elements.
+constexpr std::array<const char16_t*, ElementCount> ElementKeys{
+    u"insurerName", u"insurerNumber",    u"insuredNumber",  u"vknr",
+    u"status",      u"statusSupplement", u"title",          u"firstName",
+    u"nameAffix",   u"lastName",         u"birthDate",      u"street",
+    u"countryCode", u"postalCode",       u"town",           u"validUntil",
+    u"checksum",    u"readingDate",      u"approvalNumber", u"checksumSupplement",
+};
+
+QString IconName(Icon icon) {
+  switch (icon) {
+    case Icon::Information:
+      return QStringLiteral("information");
+    case Icon::Question:
+      return QStringLiteral("question");
+    case Icon::Exclamation:
+      return QStringLiteral("exclamation");
+    case Icon::Critical:
+      return QStringLiteral("critical");
+  }
+  return {};
+}
+
+QString AnswerName(Answer answer) {
+  switch (answer) {
+    case Answer::Ok:
+      return QStringLiteral("ok");
+    case Answer::Cancel:
+      return QStringLiteral("cancel");
+    case Answer::Yes:
+      return QStringLiteral("yes");
+    case Answer::No:
+      return QStringLiteral("no");
+  }
+  return {};
+}
+
+QJsonObject PortJson(const PortEntry& port) {
+  return {
+      {QStringLiteral("text"), port.PortText.Trimmed()},
+      {QStringLiteral("available"), port.AvailText.Trimmed()},
+      {QStringLiteral("baud"), port.BaudText.Trimmed()},
+      {QStringLiteral("result"), port.ScanResult},
+  };
+}
+
+QJsonObject TerminalJson(const TerminalInfo& terminal) {
+  return {
+      {QStringLiteral("answered"), terminal.Answered},
+      {QStringLiteral("model"), terminal.ModelName.Trimmed()},
+      {QStringLiteral("manufacturerId"), terminal.ManufacturerId.Trimmed()},
+      {QStringLiteral("productCode"), terminal.ProductCode.Trimmed()},
+      {QStringLiteral("softwareVersion"), terminal.SoftwareVersion.Trimmed()},
+      {QStringLiteral("outputMedium"), terminal.DisplayText.Trimmed()},
+      {QStringLiteral("mobile"), terminal.Reset95},
+      {QStringLiteral("mobileExtended"), terminal.Reset9501},
+      {QStringLiteral("usbVirtualCom"), terminal.UsbVirtualCom},
+  };
+}
+
+QJsonValue DataJson(const PortReport& report) {
+  if (!report.terminal.DataRead) return QJsonValue::Null;
+  QJsonObject elements;
+  for (std::size_t i = 0; i < ElementKeys.size(); ++i) {
+    elements.insert(QStringView(ElementKeys[i]), report.insured[static_cast<Element>(i)]);
+  }
+  return QJsonObject{
+      {QStringLiteral("card"),
+       report.terminal.EgkData ? QStringLiteral("egk") : QStringLiteral("kvk")},
+      {QStringLiteral("source"),
+       report.terminal.IsMobile() ? QStringLiteral("record") : QStringLiteral("card")},
+      {QStringLiteral("elements"), elements},
+  };
+}
+
+QJsonArray MessagesJson(const std::vector<ReportedMessage>& messages) {
+  QJsonArray array;
+  for (const ReportedMessage& message : messages) {
+    QJsonObject object{
+        {QStringLiteral("icon"), IconName(message.icon)},
+        {QStringLiteral("title"), message.title.trimmed()},
+        {QStringLiteral("text"), message.text},
+    };
+    if (message.isQuestion) object.insert(QStringLiteral("answer"), AnswerName(message.answer));
+    array.append(object);
+  }
+  return array;
+}
+
+}  // namespace
+
+QByteArray JsonReport(const std::vector<PortReport>& reports) {
+  QJsonObject ports;
+  for (const PortReport& report : reports) {
+    ports.insert(QString::number(report.pn),
+                 QJsonObject{
+                     {QStringLiteral("port"), PortJson(report.port)},
+                     {QStringLiteral("terminal"), TerminalJson(report.terminal)},
+                     {QStringLiteral("data"), DataJson(report)},
+                     {QStringLiteral("messages"), MessagesJson(report.messages)},
+                 });
+  }
+  return QJsonDocument(QJsonObject{
+                           {QStringLiteral("program"), QStringLiteral("KartoCheck")},
+                           {QStringLiteral("version"), QCoreApplication::applicationVersion()},
+                           {QStringLiteral("ports"), ports},
+                       })
+      .toJson();
+}
+
+}  // namespace kartocheck

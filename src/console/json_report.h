@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <vector>
+
+#include "console/port_report.h"
+
+namespace kartocheck {
+
+// The whole run as one JSON document, UTF-8. Its keys are stable and described in docs/console.md.
+[[nodiscard]] QByteArray JsonReport(const std::vector<PortReport>& reports);
+
+}  // namespace kartocheck

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+
+#include <vector>
+
+#include "discovery/terminal_info.h"
+#include "kvk/insured_data.h"
+#include "platform/dialogs.h"
+#include "terminal/port_entry.h"
+
+namespace kartocheck {
+
+// A box that a window would have shown, and what it was answered.
+struct ReportedMessage {
+  Icon icon = Icon::Information;
+  QString title;
+  QString text;
+  bool isQuestion = false;
+  Answer answer = Answer::Ok;
+};
+
+// What became of one port.
+struct PortReport {
+  int pn = 0;
+  PortEntry port;
+  TerminalInfo terminal;
+  InsuredData insured;
+  std::vector<ReportedMessage> messages;
+};
+
+}  // namespace kartocheck

@@ -1,0 +1,75 @@
+#include "console/text_report.h"
+
+#include <algorithm>
+#include <ostream>
+
+#include "discovery/terminal_identification.h"
+#include "ui/main_window/data_frame.h"
+
+namespace kartocheck {
+
+namespace {
+
+constexpr int LabelWidth = 26;
+
+void WriteRow(std::ostream& out, QStringView label, const QString& value) {
+  if (value.isEmpty()) return;
+  out << "  " << Printable(label.toString().leftJustified(LabelWidth)) << Printable(value) << '\n';
+}
+
+QString Verdict(const PortReport& report) {
+  if (!report.terminal.Answered) {
+    const QString model = report.terminal.ModelName.Trimmed();
+    return model.isEmpty() ? QStringLiteral("kein Chipkartenleser") : model;
+  }
+  return report.terminal.ModelName.Trimmed() + u", " +
+         (report.terminal.DataRead ? u"Daten gelesen" : u"keine Daten gelesen");
+}
+
+QString DescriptionOf(const PortReport& report) {
+  const QString text = report.port.PortText.Trimmed();
+  return text.isEmpty() ? PortDescription(report.pn, false) : text;
+}
+
+}  // namespace
+
+std::string Printable(const QString& text) {
+  QString printable = text;
+  std::replace_if(
+      printable.begin(), printable.end(),
+      [](QChar character) {
+        return character != u'\n' && character.category() == QChar::Other_Control;
+      },
+      QChar(QChar::ReplacementCharacter));
+  return printable.toStdString();
+}
+
+void WritePort(std::ostream& out, const PortReport& report) {
+  const TerminalInfo& terminal = report.terminal;
+  out << Printable(DescriptionOf(report)) << '\n';
+  WriteRow(out, u"Baudrate:", report.port.AvailText.Trimmed());
+  WriteRow(out, u"PKT Modell:", terminal.ModelName.Trimmed());
+  WriteRow(out, u"Hersteller:", terminal.ManufacturerId.Trimmed());
+  WriteRow(out, u"CT-Typ:", terminal.ProductCode.Trimmed());
+  WriteRow(out, u"Software Version:", terminal.SoftwareVersion.Trimmed());
+  WriteRow(out, u"Ausgabemedium:", terminal.DisplayText.Trimmed());
+  if (terminal.DataRead) {
+    const DataFrame frame = DataFrameOf(terminal, report.insured);
+    out << '\n' << "  " << Printable(frame.title) << '\n';
+    for (std::size_t row = 0; row < frame.labels.size(); ++row) {
+      WriteRow(out, frame.labels[row], frame.values[row]);
+    }
+  }
+  out << '\n';
+  out.flush();
+}
+
+void WritePortTable(std::ostream& out, const std::vector<PortReport>& reports) {
+  out << "Schnittstellen\n";
+  for (const PortReport& report : reports) {
+    WriteRow(out, DescriptionOf(report), Verdict(report));
+  }
+  out.flush();
+}
+
+}  // namespace kartocheck

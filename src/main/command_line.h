@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+#include <variant>
+
+namespace kartocheck {
+
+// What the program was called with.
+struct CommandLine {
+  std::optional<QString> ctApi;     // this library instead of the installed one
+  std::optional<QString> simulate;  // name or file of a scenario
+  bool console = false;
+  bool json = false;
+  bool eraseRecords = false;
+  std::optional<int> port;
+};
+
+// A call that only wants to be told something, or that cannot be carried out: the text to print,
+// and whether it is an error.
+struct CommandLineText {
+  QString text;
+  bool isError = false;
+};
+
+// Takes the arguments apart, the program's name first.
+[[nodiscard]] std::variant<CommandLine, CommandLineText> ParseCommandLine(QStringList arguments);
+
+}  // namespace kartocheck

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QFrame>
+
+#include <array>
+
+class QToolButton;
+
+namespace kartocheck {
+
+// Pict_MKT_Test: the picture buttons that start the actions.
+class ButtonPanel final : public QFrame {
+  Q_OBJECT
+
+ public:
+  static constexpr int ButtonCount = 6;
+
+  explicit ButtonPanel(QWidget* parent);
+
+ Q_SIGNALS:
+  // A click on button `index`, 0 to 5.
+  void Pressed(int index);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  std::array<QToolButton*, ButtonCount> CmdB_MKt_Test{};
+};
+
+}  // namespace kartocheck

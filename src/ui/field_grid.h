@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QWidget>
+
+#include <vector>
+
+class QLabel;
+class QScrollArea;
+
+namespace kartocheck {
+
+class ValueField;
+
+// Rows of a label and the value field it describes, top to bottom.
+class FieldGrid final : public QWidget {
+  Q_OBJECT
+
+ public:
+  // The object names of labels and value fields are the given ones with "_" and the row, from 0.
+  FieldGrid(int rows, const QString& labelName, const QString& valueName, QWidget* parent);
+
+  void SetLabel(int row, const QString& text);
+  void SetValue(int row, const QString& text);
+
+ private:
+  struct Row {
+    QLabel* label;
+    ValueField* value;
+  };
+  std::vector<Row> rows_;
+};
+
+// The grid in an area that scrolls where the window is too low or narrow for it.
+[[nodiscard]] QScrollArea* Scrolling(FieldGrid* grid, QWidget* parent);
+
+}  // namespace kartocheck

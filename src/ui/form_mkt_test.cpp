@@ -1,0 +1,277 @@
+#include "ui/form_mkt_test.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMenuBar>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QSettings>
+#include <QStatusBar>
+
+#include <algorithm>
+
+#include "ui/available_features.h"
+#include "ui/button_panel.h"
+#include "ui/insured_data_frame.h"
+#include "ui/notice_frames.h"
+#include "ui/picture.h"
+#include "ui/plain_label.h"
+#include "ui/port_frame.h"
+#include "ui/terminal_access_frame.h"
+#include "ui/terminal_status_frame.h"
+
+namespace kartocheck {
+
+namespace {
+
+// Between the edge of the window and the texts of the status bar, in logical pixels.
+constexpr int StatusBarMargin = 6;
+constexpr int FullProgress = 100;
+
+QString GeometryKey() {
+  return QStringLiteral("Form_MKT_Test/geometry");
+}
+
+QAction* AddEntry(QMenu* menu, const QString& name, const QString& text, bool available) {
+  QAction* entry = menu->addAction(text);
+  entry->setObjectName(name);
+  entry->setEnabled(available);
+  return entry;
+}
+
+}  // namespace
+
+Form_MKT_Test::Form_MKT_Test(const Options& options) : boxes_(*this), settings_(options.settings) {
+  setObjectName(QStringLiteral("Form_MKT_Test"));
+  setWindowTitle(QStringLiteral("KartoCheck"));
+  setWindowIcon(PictureIcon(u"kartocheck"));
+  CreateMenus();
+  CreateFrames();
+  CreateStatusBar(options.simulation);
+  CreateLayout();
+  ShowFrameX(static_cast<int>(Frame::Data));
+  UpdateEnabled();
+  RestoreGeometry();
+
+  connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { CloseForSystem(); });
+}
+
+Form_MKT_Test::~Form_MKT_Test() = default;
+
+void Form_MKT_Test::CreateMenus() {
+  QMenu* file = menuBar()->addMenu(QStringLiteral("&Datei"));
+  file->setObjectName(QStringLiteral("mnuDatei"));
+  mnuValidierung = AddEntry(file, QStringLiteral("mnuValidierung"), QStringLiteral("&Validierung"),
+                            feature::Validation);
+  mnuValidierung->setCheckable(true);
+  mnuSchema = file->addMenu(QStringLiteral("&Neues Schema laden"));
+  mnuSchema->setObjectName(QStringLiteral("mnuSchema"));
+  constexpr std::array<QStringView, 3> Schemas{
+      u"UC_allgemeineVersicherungsdatenXSD",
+      u"UC_PersoenlicheVersichertendatenXSD",
+      u"UC_geschuetzteVersichertendatenXSD",
+  };
+  for (int schema = 0; schema < static_cast<int>(Schemas.size()); ++schema) {
+    AddEntry(mnuSchema, MemberName(u"mnuSchema", schema),
+             Schemas.at(static_cast<std::size_t>(schema)).toString(), feature::SchemaChoice);
+  }
+  file->addSeparator();
+  QAction* quit = AddEntry(file, QStringLiteral("mnuBeenden"), QStringLiteral("&Beenden"), true);
+  quit->setShortcut(QKeySequence(QKeySequence::Quit));
+  connect(quit, &QAction::triggered, this, &QWidget::close);
+
+  QMenu* help = menuBar()->addMenu(QStringLiteral("&Hilfe"));
+  help->setObjectName(QStringLiteral("mnuHilfe"));
+  AddEntry(help, QStringLiteral("mnuBenutzerInformation"), QStringLiteral("Ben&utzer Information"),
+           feature::UserInformation);
+  AddEntry(help, QStringLiteral("mnuPruefbericht"), QStringLiteral("Prüfbericht &kopieren"),
+           feature::TestReport);
+  help->addSeparator();
+  AddEntry(help, QStringLiteral("mnuInfo"), QStringLiteral("Inf&o..."), feature::ProgramInfo);
+}
+
+// In the order in which the Tab key walks through them: from what is used first to what is only
+// looked at.
+void Form_MKT_Test::CreateFrames() {
+  auto* content = new QWidget(this);
+  setCentralWidget(content);
+
+  Pict_MKT_Test = new ButtonPanel(content);
+  connect(Pict_MKT_Test, &ButtonPanel::Pressed, this, [this](int index) {
+    if (flow_ != nullptr) flow_->Button(index);
+  });
+  Fram_Comx = new PortFrame(content);
+  connect(Fram_Comx, &PortFrame::PortChosen, this, [this](int member) {
+    if (flow_ != nullptr) flow_->ChoosePort(member);
+  });
+  Fram_MKTStatus = new TerminalAccessFrame(content);
+  cmdeGK = new QPushButton(QStringLiteral("Info eGK Daten"), content);
+  cmdeGK->setObjectName(QStringLiteral("cmdeGK"));
+  cmdeGK->setToolTip(QStringLiteral("Anzeige weiterer Daten der elektronischen Gesundheitskarte."));
+  cmdeGK->setAccessibleName(cmdeGK->text());
+
+  terminalStatus_ = new TerminalStatusFrame(content);
+  insuredData_ = new InsuredDataFrame(content);
+  Fram_Show = {new WaitFrame(content), new DialogCheckFrame(content), terminalStatus_,
+               insuredData_};
+  for (int frame = 0; frame < static_cast<int>(Fram_Show.size()); ++frame) {
+    QWidget* widget = Fram_Show.at(static_cast<std::size_t>(frame));
+    widget->setObjectName(MemberName(u"Fram_Show", frame));
+    // All frames share one place; it keeps its size whichever of them is shown.
+    QSizePolicy policy = widget->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    widget->setSizePolicy(policy);
+    widget->hide();
+  }
+}
+
+void Form_MKT_Test::CreateStatusBar(bool simulation) {
+  statusBar()->setObjectName(QStringLiteral("StatusBar1"));
+  statusBar()->setContentsMargins(StatusBarMargin, 0, StatusBarMargin, 0);
+  QLabel* caption = PlainLabel(QStringLiteral("Labl_Status"), QStringLiteral("Status:"), this);
+  Labl_StatusText = PlainLabel(QStringLiteral("Labl_StatusText"), QString(), this);
+  Labl_StatusText->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  statusBar()->addWidget(caption);
+  statusBar()->addWidget(Labl_StatusText, 1);
+  if (simulation) {
+    QLabel* label =
+        PlainLabel(QStringLiteral("Labl_Simulation"), QStringLiteral("Simulation"), this);
+    QFont bold = label->font();
+    bold.setBold(true);
+    label->setFont(bold);
+    statusBar()->addPermanentWidget(label);
+  }
+  ProgressBar1 = new QProgressBar(this);
+  ProgressBar1->setObjectName(QStringLiteral("ProgressBar1"));
+  ProgressBar1->setAccessibleName(QStringLiteral("Fortschritt"));
+  ProgressBar1->setRange(0, FullProgress);
+  ProgressBar1->setValue(0);
+  statusBar()->addPermanentWidget(ProgressBar1);
+}
+
+void Form_MKT_Test::CreateLayout() {
+  auto* top = new QHBoxLayout;
+  top->addWidget(Pict_MKT_Test);
+  top->addStretch();
+  top->addWidget(Fram_MKTStatus);
+
+  auto* left = new QVBoxLayout;
+  left->addWidget(Fram_Comx, 1);
+  left->addWidget(cmdeGK);
+
+  auto* layout = new QGridLayout(centralWidget());
+  layout->addLayout(top, 0, 0, 1, 2);
+  layout->addLayout(left, 1, 0);
+  for (QWidget* frame : Fram_Show) layout->addWidget(frame, 1, 1);
+  layout->setColumnStretch(1, 1);
+  layout->setRowStretch(1, 1);
+}
+
+void Form_MKT_Test::RestoreGeometry() {
+  resize(sizeHint().boundedTo(screen()->availableSize()));
+  if (settings_ != nullptr) restoreGeometry(settings_->value(GeometryKey()).toByteArray());
+}
+
+void Form_MKT_Test::Attach(TestFlow& flow) {
+  flow_ = &flow;
+  for (int slot = 1; slot <= SlotCount; ++slot) ShowSlot(slot);
+}
+
+void Form_MKT_Test::ShowStatusText(const QString& text) {
+  Labl_StatusText->setText(text);
+}
+
+void Form_MKT_Test::ShowProgress(int percent) {
+  ProgressBar1->setValue(std::clamp(percent, 0, FullProgress));
+}
+
+bool Form_MKT_Test::ShowFrameX(int frame) {
+  if (frame < 0 || frame >= static_cast<int>(Fram_Show.size())) return false;
+  QWidget* wanted = Fram_Show.at(static_cast<std::size_t>(frame));
+  if (!wanted->isHidden()) return false;
+  const auto visible = std::find_if(Fram_Show.begin(), Fram_Show.end(),
+                                    [](const QWidget* widget) { return !widget->isHidden(); });
+  if (visible != Fram_Show.end()) (*visible)->hide();
+  wanted->show();
+  return true;
+}
+
+void Form_MKT_Test::EnablePort(int slot, bool enabled) {
+  Fram_Comx->EnablePort(slot, enabled);
+}
+
+void Form_MKT_Test::SetLamp(Lamp lamp, LampState state) {
+  Fram_MKTStatus->SetLamp(lamp, state);
+}
+
+void Form_MKT_Test::ShowSlot(int slot) {
+  if (flow_ != nullptr) terminalStatus_->ShowSlot(slot, flow_->StatusTabOf(slot));
+}
+
+void Form_MKT_Test::ShowData(const DataFrame& frame) {
+  insuredData_->ShowData(frame);
+}
+
+void Form_MKT_Test::ClearData() {
+  insuredData_->ClearData();
+}
+
+void Form_MKT_Test::SetActionRunning(bool running) {
+  if (running == actionRunning_) return;
+  actionRunning_ = running;
+  if (running) {
+    focusBefore_ = focusWidget();
+    // Not the application's cursor: message boxes keep the arrow.
+    setCursor(Qt::BusyCursor);
+  } else {
+    unsetCursor();
+  }
+  UpdateEnabled();
+  // A disabled control loses the focus; whoever works with the keyboard goes on where they were.
+  if (!running && focusBefore_ != nullptr) focusBefore_->setFocus();
+}
+
+void Form_MKT_Test::UpdateEnabled() {
+  Pict_MKT_Test->setEnabled(!actionRunning_);
+  Fram_Comx->SetActionRunning(actionRunning_);
+  cmdeGK->setEnabled(feature::EgkInfo && !actionRunning_);
+  mnuValidierung->setEnabled(feature::Validation && !actionRunning_);
+  mnuSchema->setEnabled(feature::SchemaChoice && !actionRunning_);
+}
+
+void Form_MKT_Test::CopyToClipboard(const QString& text) {
+  QClipboard* clipboard = QGuiApplication::clipboard();
+  clipboard->clear();
+  clipboard->setText(text);
+}
+
+void Form_MKT_Test::CloseNow() {
+  closing_ = true;
+  close();
+}
+
+void Form_MKT_Test::CloseForSystem() {
+  boxes_.FallSilent();
+  const bool mayClose = flow_ == nullptr || flow_->MayClose(CloseSource::System);
+  // A modal window runs an event loop of its own; whoever opened it goes on when it is gone.
+  while (QWidget* modal = QApplication::activeModalWidget()) {
+    if (!modal->close()) break;
+  }
+  if (mayClose) CloseNow();
+}
+
+void Form_MKT_Test::closeEvent(QCloseEvent* event) {
+  // The system may end the program while the user is being asked; then the answer is not waited
+  // for.
+  const bool mayClose =
+      closing_ || flow_ == nullptr || flow_->MayClose(CloseSource::User) || closing_;
+  event->setAccepted(mayClose);
+  if (mayClose && settings_ != nullptr) settings_->setValue(GeometryKey(), saveGeometry());
+}
+
+}  // namespace kartocheck

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include <array>
+
+#include "platform/display.h"
+#include "ui/main_window/front_end.h"
+#include "ui/main_window/test_flow.h"
+#include "ui/message_boxes.h"
+
+class QAction;
+class QLabel;
+class QMenu;
+class QProgressBar;
+class QPushButton;
+class QSettings;
+
+namespace kartocheck {
+
+class ButtonPanel;
+class InsuredDataFrame;
+class PortFrame;
+class TerminalAccessFrame;
+class TerminalStatusFrame;
+
+// The program's one main window. It shows what it is given and reports what was pressed.
+class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd {
+  Q_OBJECT
+
+ public:
+  struct Options {
+    bool simulation = false;        // terminals are simulated: the status bar says so
+    QSettings* settings = nullptr;  // where size and position are kept; nowhere when null
+  };
+
+  explicit Form_MKT_Test(const Options& options);
+  ~Form_MKT_Test() override;
+
+  // The window's message boxes.
+  [[nodiscard]] Dialogs& Boxes() { return boxes_; }
+
+  // Who is told of what is pressed; outlives the window's use. The flow needs the window to be
+  // made, so it comes after construction.
+  void Attach(TestFlow& flow);
+
+  // The system ends the program (SIGTERM, end of the desktop session): an open box counts as
+  // answered with Cancel or No, nothing more is asked, and the window closes, after the end of
+  // the running action if there is one.
+  void CloseForSystem();
+
+  void ShowStatusText(const QString& text) override;
+  void ShowProgress(int percent) override;
+  bool ShowFrameX(int frame) override;
+  void EnablePort(int slot, bool enabled) override;
+  void SetLamp(Lamp lamp, LampState state) override;
+  void ShowSlot(int slot) override;
+
+  void ShowData(const DataFrame& frame) override;
+  void ClearData() override;
+  void SetActionRunning(bool running) override;
+  void CopyToClipboard(const QString& text) override;
+  void CloseNow() override;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void CreateMenus();
+  void CreateFrames();
+  void CreateStatusBar(bool simulation);
+  void CreateLayout();
+  void UpdateEnabled();
+  void RestoreGeometry();
+
+  MessageBoxes boxes_;
+  QSettings* settings_;
+  TestFlow* flow_ = nullptr;
+  bool actionRunning_ = false;
+  bool closing_ = false;           // closes without a question
+  QPointer<QWidget> focusBefore_;  // had the focus when the running action began
+
+  ButtonPanel* Pict_MKT_Test = nullptr;
+  PortFrame* Fram_Comx = nullptr;
+  TerminalAccessFrame* Fram_MKTStatus = nullptr;
+  QPushButton* cmdeGK = nullptr;
+  std::array<QWidget*, 4> Fram_Show{};
+  TerminalStatusFrame* terminalStatus_ = nullptr;
+  InsuredDataFrame* insuredData_ = nullptr;
+  QLabel* Labl_StatusText = nullptr;
+  QProgressBar* ProgressBar1 = nullptr;
+
+  QAction* mnuValidierung = nullptr;
+  QMenu* mnuSchema = nullptr;
+};
+
+}  // namespace kartocheck

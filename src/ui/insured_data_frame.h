@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QGroupBox>
+
+#include "ui/main_window/data_frame.h"
+
+namespace kartocheck {
+
+class FieldGrid;
+
+// Fram_Show_3: the insured person's data.
+class InsuredDataFrame final : public QGroupBox {
+  Q_OBJECT
+
+ public:
+  explicit InsuredDataFrame(QWidget* parent);
+
+  void ShowData(const DataFrame& frame);
+  // Empties the value fields; title and labels stay.
+  void ClearData();
+
+ private:
+  FieldGrid* grid_;
+};
+
+}  // namespace kartocheck

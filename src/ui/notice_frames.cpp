@@ -1,0 +1,77 @@
+#include "ui/notice_frames.h"
+
+#include <QVBoxLayout>
+
+#include <array>
+
+#include "text/status_texts.h"
+#include "ui/picture.h"
+#include "ui/plain_label.h"
+
+namespace kartocheck {
+
+namespace {
+
+constexpr std::array<QStringView, 4> WaitTexts{
+    u"Bitte warten !",
+    u"Programm prüft die serielle(n) Schnittstelle(n)",
+    u"auf Vorhandensein eines",
+    u"multifunktionalen Karten-Terminals (MKT).",
+};
+
+// Size of a heading, relative to the window's font.
+constexpr double HeadingScale = 1.5;
+
+void MakeHeading(QLabel* label) {
+  QFont font = label->font();
+  font.setPointSizeF(font.pointSizeF() * HeadingScale);
+  font.setBold(true);
+  label->setFont(font);
+}
+
+void AddCentred(QVBoxLayout* layout, QLabel* label) {
+  label->setAlignment(Qt::AlignCenter);
+  label->setWordWrap(true);
+  layout->addWidget(label);
+}
+
+QLabel* PictureLabel(QStringView picture, QWidget* parent) {
+  auto* label = new QLabel(parent);
+  label->setPixmap(PicturePixmap(picture));
+  return label;
+}
+
+}  // namespace
+
+WaitFrame::WaitFrame(QWidget* parent) : QFrame(parent) {
+  setFrameShape(QFrame::StyledPanel);
+  auto* layout = new QVBoxLayout(this);
+  layout->addStretch();
+  AddCentred(layout, PictureLabel(u"full_scan", this));
+  layout->addSpacing(layout->spacing());
+  for (int line = 0; line < static_cast<int>(WaitTexts.size()); ++line) {
+    QLabel* label = PlainLabel(MemberName(u"Labe_Warten", line),
+                               WaitTexts.at(static_cast<std::size_t>(line)).toString(), this);
+    AddCentred(layout, label);
+    if (line == 0) {
+      MakeHeading(label);
+      layout->addSpacing(layout->spacing());
+    }
+  }
+  layout->addStretch();
+}
+
+DialogCheckFrame::DialogCheckFrame(QWidget* parent) : QFrame(parent) {
+  setFrameShape(QFrame::StyledPanel);
+  auto* layout = new QVBoxLayout(this);
+  QLabel* heading =
+      PlainLabel(QStringLiteral("Labe_Dialog"), status_text::DialogCheck.toString(), this);
+  MakeHeading(heading);
+  layout->addStretch();
+  AddCentred(layout, PictureLabel(u"diagnosis", this));
+  layout->addSpacing(layout->spacing());
+  AddCentred(layout, heading);
+  layout->addStretch();
+}
+
+}  // namespace kartocheck

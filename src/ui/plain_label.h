@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QLabel>
+
+namespace kartocheck {
+
+// A label that shows its text as it is: no markup, a single "&" as a single "&".
+[[nodiscard]] QLabel* PlainLabel(const QString& name, const QString& text, QWidget* parent);
+
+// The object name of a member of a control array: "Opti_Comx" and 4 give "Opti_Comx_4".
+[[nodiscard]] QString MemberName(QStringView array, int index);
+
+}  // namespace kartocheck

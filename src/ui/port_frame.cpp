@@ -1,0 +1,103 @@
+#include "ui/port_frame.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QListWidget>
+#include <QMouseEvent>
+#include <QRadioButton>
+
+#include "ui/available_features.h"
+#include "ui/plain_label.h"
+
+namespace kartocheck {
+
+namespace {
+
+constexpr std::array<QStringView, SlotCount> PortTexts{u"COM 1 ", u"COM 2", u"COM 3", u"COM 4",
+                                                       u"weitere ..."};
+constexpr int FurtherPortMember = FurtherPortSlot - 1;
+
+// The longest entry of the list of further ports.
+constexpr QStringView WidestEntry = u"USB Device 256 (CTAPI pn=8447)";
+// Lines of the list of further ports that are seen without scrolling, at least.
+constexpr int LeastVisibleLines = 4;
+
+// The text beside an option button; a click on it is a click on the button.
+class OptionLabel final : public QLabel {
+ public:
+  OptionLabel(QRadioButton& option, QWidget* parent) : QLabel(parent), option_(option) {}
+
+ protected:
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    if (event->button() == Qt::LeftButton && rect().contains(event->pos())) option_.click();
+  }
+
+ private:
+  QRadioButton& option_;
+};
+
+}  // namespace
+
+PortFrame::PortFrame(QWidget* parent) : QGroupBox(QStringLiteral("Schnittstellen"), parent) {
+  setObjectName(QStringLiteral("Fram_Comx"));
+  portEnabled_.fill(true);
+  portEnabled_[FurtherPortMember] = feature::FurtherPorts;
+
+  auto* layout = new QGridLayout(this);
+  layout->setColumnStretch(1, 1);
+  for (int member = 0; member < SlotCount; ++member) AddOption(member);
+  Opti_Comx[0]->setChecked(true);
+
+  List1 = new QListWidget(this);
+  List1->setObjectName(QStringLiteral("List1"));
+  List1->setAccessibleName(QStringLiteral("Weitere Schnittstellen"));
+  const QFontMetrics metrics = List1->fontMetrics();
+  const int frame = 2 * (List1->frameWidth() + metrics.averageCharWidth());
+  List1->setMinimumSize(metrics.horizontalAdvance(WidestEntry.toString()) + frame,
+                        metrics.lineSpacing() * LeastVisibleLines + frame);
+  List1->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Expanding);
+  layout->addWidget(List1, SlotCount, 0, 1, 2);
+  layout->setRowStretch(SlotCount, 1);
+  UpdateEnabled();
+}
+
+void PortFrame::AddOption(int member) {
+  const auto index = static_cast<std::size_t>(member);
+  const QString text = PortTexts.at(index).toString();
+  auto* option = new QRadioButton(this);
+  option->setObjectName(MemberName(u"Opti_Comx", member));
+  option->setAccessibleName(text.trimmed());
+  connect(option, &QRadioButton::clicked, this, [this, member] { Q_EMIT PortChosen(member); });
+
+  auto* label = new OptionLabel(*option, this);
+  label->setObjectName(MemberName(u"Labe_Comx", member));
+  label->setTextFormat(Qt::PlainText);
+  label->setText(text);
+
+  auto* rows = static_cast<QGridLayout*>(layout());
+  rows->addWidget(option, member, 0);
+  rows->addWidget(label, member, 1);
+  Opti_Comx.at(index) = option;
+  Labe_Comx.at(index) = label;
+}
+
+void PortFrame::EnablePort(int slot, bool enabled) {
+  portEnabled_.at(static_cast<std::size_t>(slot - 1)) = enabled;
+  UpdateEnabled();
+}
+
+void PortFrame::SetActionRunning(bool running) {
+  actionRunning_ = running;
+  UpdateEnabled();
+}
+
+void PortFrame::UpdateEnabled() {
+  for (std::size_t member = 0; member < portEnabled_.size(); ++member) {
+    const bool enabled = portEnabled_.at(member) && !actionRunning_;
+    Opti_Comx.at(member)->setEnabled(enabled);
+    Labe_Comx.at(member)->setEnabled(enabled);
+  }
+  List1->setEnabled(feature::FurtherPorts && !actionRunning_);
+}
+
+}  // namespace kartocheck

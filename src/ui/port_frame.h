@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QGroupBox>
+
+#include <array>
+
+#include "terminal/slot.h"
+
+class QLabel;
+class QListWidget;
+class QRadioButton;
+
+namespace kartocheck {
+
+// Fram_Comx: the choice of the port, COM 1 to COM 4 or one of the further ports in the list.
+class PortFrame final : public QGroupBox {
+  Q_OBJECT
+
+ public:
+  explicit PortFrame(QWidget* parent);
+
+  // slot: 1 to 5.
+  void EnablePort(int slot, bool enabled);
+  // While an action runs no other port can be chosen.
+  void SetActionRunning(bool running);
+
+ Q_SIGNALS:
+  // A click on option button `member`, 0 to 4.
+  void PortChosen(int member);
+
+ private:
+  void AddOption(int member);
+  void UpdateEnabled();
+
+  std::array<QRadioButton*, SlotCount> Opti_Comx{};
+  std::array<QLabel*, SlotCount> Labe_Comx{};
+  QListWidget* List1 = nullptr;
+
+  std::array<bool, SlotCount> portEnabled_;
+  bool actionRunning_ = false;
+};
+
+}  // namespace kartocheck

@@ -1,0 +1,72 @@
+#include "ui/terminal_status_frame.h"
+
+#include <QGroupBox>
+#include <QScrollArea>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include "ui/field_grid.h"
+#include "ui/plain_label.h"
+
+namespace kartocheck {
+
+namespace {
+
+constexpr std::array<QStringView, SlotCount> TabTitles{u"COM 1", u"COM 2", u"COM 3", u"COM 4",
+                                                       u"weitere ..."};
+
+constexpr std::array<QStringView, StatusRowCount> RowLabels{
+    u"Serielle Schnittstelle:", u"Baudrate:",      u"PKT Modell:",    u"Hersteller:", u"CT-Typ:",
+    u"Software Version:",       u"Ausgabemedium:", u"PnP Device ID:",
+};
+
+// A further port need not be a serial one.
+constexpr QStringView FurtherPortLabel = u"Schnittstelle:";
+
+QStringView RowLabel(int slot, int row) {
+  if (slot == FurtherPortSlot && row == 0) return FurtherPortLabel;
+  return RowLabels.at(static_cast<std::size_t>(row));
+}
+
+}  // namespace
+
+TerminalStatusFrame::TerminalStatusFrame(QWidget* parent)
+    : QWidget(parent), TabStrip1(new QTabWidget(this)) {
+  TabStrip1->setObjectName(QStringLiteral("TabStrip1"));
+  TabStrip1->setAccessibleName(QStringLiteral("MKT Status je Schnittstelle"));
+  TabStrip1->tabBar()->setAccessibleName(TabStrip1->accessibleName());
+  for (int tab = 0; tab < SlotCount; ++tab) {
+    TabStrip1->addTab(NewTab(tab), TabTitles.at(static_cast<std::size_t>(tab)).toString());
+  }
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(TabStrip1);
+}
+
+QWidget* TerminalStatusFrame::NewTab(int tab) {
+  auto* page = new QWidget(this);
+  auto* frame = new QGroupBox(QStringLiteral("Status"), page);
+  frame->setObjectName(MemberName(u"Fram_Tab1", tab));
+  auto* grid = new FieldGrid(StatusRowCount, MemberName(u"Labe_Status", tab),
+                             MemberName(u"Labl_Status", tab), frame);
+  for (int row = 0; row < StatusRowCount; ++row) {
+    grid->SetLabel(row, RowLabel(tab + 1, row).toString());
+  }
+  grids_.at(static_cast<std::size_t>(tab)) = grid;
+
+  auto* frameLayout = new QVBoxLayout(frame);
+  frameLayout->addWidget(Scrolling(grid, frame));
+  auto* pageLayout = new QVBoxLayout(page);
+  pageLayout->addWidget(frame);
+  return page;
+}
+
+void TerminalStatusFrame::ShowSlot(int slot, const StatusTab& values) {
+  FieldGrid* grid = grids_.at(static_cast<std::size_t>(slot - 1));
+  for (int row = 0; row < StatusRowCount; ++row) {
+    grid->SetValue(row, values.at(static_cast<std::size_t>(row)));
+  }
+}
+
+}  // namespace kartocheck

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QWidget>
+
+#include <array>
+
+#include "terminal/slot.h"
+#include "ui/main_window/test_flow.h"
+
+class QTabWidget;
+
+namespace kartocheck {
+
+class FieldGrid;
+
+// Fram_Show_2: what is known of the terminals, one tab a slot.
+class TerminalStatusFrame final : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit TerminalStatusFrame(QWidget* parent);
+
+  void ShowSlot(int slot, const StatusTab& values);
+
+ private:
+  QWidget* NewTab(int tab);
+
+  QTabWidget* TabStrip1;
+  std::array<FieldGrid*, SlotCount> grids_{};
+};
+
+}  // namespace kartocheck

@@ -1,0 +1,83 @@
+#include "ui/value_field.h"
+
+#include <QFocusEvent>
+#include <QKeyEvent>
+#include <QPainter>
+
+namespace kartocheck {
+
+namespace {
+
+// Between frame and text, in logical pixels.
+constexpr int TextMargin = 2;
+// Width of a field where there is room enough, in characters.
+constexpr int UsualCharacters = 60;
+
+}  // namespace
+
+ValueField::ValueField(const QString& name, QWidget* parent) : QLabel(parent) {
+  setObjectName(name);
+  setTextFormat(Qt::PlainText);
+  setWordWrap(true);
+  setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  setFocusPolicy(Qt::StrongFocus);
+  setFrameStyle(static_cast<int>(QFrame::StyledPanel) | static_cast<int>(QFrame::Sunken));
+  setMargin(TextMargin);
+  setBackgroundRole(QPalette::Base);
+  setForegroundRole(QPalette::Text);
+  setAutoFillBackground(true);
+}
+
+void ValueField::SetCaption(const QString& caption) {
+  caption_ = caption;
+  UpdateAccessibleName();
+}
+
+void ValueField::ShowValue(const QString& value) {
+  setText(value);
+  UpdateAccessibleName();
+}
+
+QSize ValueField::sizeHint() const {
+  const int width = fontMetrics().averageCharWidth() * UsualCharacters;
+  return {width, heightForWidth(width)};
+}
+
+// A label's accessible name replaces its text for a screen reader, so it holds both.
+void ValueField::UpdateAccessibleName() {
+  setAccessibleName(text().isEmpty() ? caption_ : caption_ + u' ' + text());
+}
+
+void ValueField::focusInEvent(QFocusEvent* event) {
+  QLabel::focusInEvent(event);
+  const bool byTabKey =
+      event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+  if (byTabKey) setSelection(0, static_cast<int>(text().size()));
+  update();
+}
+
+void ValueField::focusOutEvent(QFocusEvent* event) {
+  QLabel::focusOutEvent(event);
+  update();
+}
+
+// Up and down walk through the fields of a list; a field of one line has no use for them itself.
+void ValueField::keyPressEvent(QKeyEvent* event) {
+  if (event->modifiers() == Qt::NoModifier && event->key() == Qt::Key_Down) {
+    focusNextChild();
+  } else if (event->modifiers() == Qt::NoModifier && event->key() == Qt::Key_Up) {
+    focusPreviousChild();
+  } else {
+    QLabel::keyPressEvent(event);
+  }
+}
+
+void ValueField::paintEvent(QPaintEvent* event) {
+  QLabel::paintEvent(event);
+  if (!hasFocus()) return;
+  QPainter painter(this);
+  painter.setPen(palette().color(QPalette::Highlight));
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+}  // namespace kartocheck

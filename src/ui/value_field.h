@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QLabel>
+
+namespace kartocheck {
+
+// A read-only field for a text from outside, a card or a terminal. The text is shown as it is,
+// wrapped where it is longer than the field, and can be selected with mouse and keyboard.
+class ValueField final : public QLabel {
+  Q_OBJECT
+
+ public:
+  ValueField(const QString& name, QWidget* parent);
+
+  // What the field holds, as the label beside it says; screen readers tell it with the value.
+  void SetCaption(const QString& caption);
+  void ShowValue(const QString& value);
+
+  [[nodiscard]] QSize sizeHint() const override;
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void UpdateAccessibleName();
+
+  QString caption_;
+};
+
+}  // namespace kartocheck
