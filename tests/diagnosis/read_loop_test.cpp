@@ -65,7 +65,8 @@ TEST_P(ReadLoopTest, Steps) {
       .insertCardPrompt =
           [&] {
             note("prompt");
-            return Question{.text = QStringLiteral("?"), .buttons = Buttons::OkCancel};
+            return Question{
+                .title = QString(), .text = QStringLiteral("?"), .buttons = Buttons::OkCancel};
           },
       .read =
           [&] {

@@ -45,7 +45,8 @@ SlotReading::SlotReading(CtApi& api, const KnownTerminal& terminal, int port)
 }
 
 int SlotReading::Read() {
-  return ReadCardData({link.session, pn, info, insured, egk, link.dialogs});
+  return ReadCardData({link.session, pn, info, insured, egk, validation, link.dialogs, link.display,
+                       link.eventLoop});
 }
 
 void SlotReading::ExpectEmptySlot() const {

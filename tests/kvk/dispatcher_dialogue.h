@@ -34,6 +34,7 @@ class SlotReading {
   TerminalInfo info;
   InsuredData insured;
   EgkData egk;
+  ValidationSettings validation;
   Link link;
 };
 

@@ -67,6 +67,7 @@ TEST_F(DispatcherEgkTest, TheReaderGetsAnOpenLinkAndAnEmptySlot) {
     EXPECT_EQ(&target.info, &reading.info);
     EXPECT_EQ(&target.insured, &reading.insured);
     EXPECT_EQ(&target.egk, &reading.egk);
+    EXPECT_EQ(&target.validation, &reading.validation);
     reading.ExpectEmptySlot();
     return -1;
   };

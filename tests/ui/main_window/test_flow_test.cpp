@@ -209,6 +209,35 @@ TEST(ResetButtonTest, EmptiesFrameAndSlotSoThatButtonThreeReadsAgain) {
   EXPECT_TRUE(window.module.Terminals[1].DataRead);
 }
 
+TEST(ScanPortTest, ReadsWhereATerminalAnswers) {
+  Dialogue dialogue(Check(3) + ReadsRecordB(3));
+  Window window(dialogue);
+  window.flow.ScanPort(3);
+  EXPECT_EQ(window.module.Insured[3][Element::LastName], u"Übermaß");
+  EXPECT_EQ(window.display.statusTexts, (std::vector{Prompting, Reading, Shown}));
+  EXPECT_TRUE(window.display.progress.empty());
+  EXPECT_TRUE(window.display.frames.empty());
+}
+
+TEST(ScanPortTest, AnotherTryDoesNotCheckThePortAgain) {
+  Dialogue dialogue(Check(3) + FindsNoCard(3) + ReadsRecordB(3));
+  Window window(dialogue);
+  window.dialogs.answers = {Answer::Yes};
+  window.flow.ScanPort(3);
+  EXPECT_TRUE(window.module.Terminals[3].DataRead);
+}
+
+TEST(ScanPortTest, ReadsNothingWhereNoTerminalAnswers) {
+  for (const char* script : {"open 3 -> -10", "open 3\n> 20 13 00 81 00\n< -> -10\nclose",
+                             "open 3\n> 20 13 00 81 00\n< 6E 00\nclose"}) {
+    Dialogue dialogue(script);
+    Window window(dialogue);
+    window.flow.ScanPort(3);
+    EXPECT_TRUE(window.display.statusTexts.empty());
+    EXPECT_EQ(window.display.slots, Numbers{3});
+  }
+}
+
 TEST(ButtonTest, TheFirstFourShowTheFrameOfTheirIndex) {
   for (const int index : {0, 1, 2}) {
     FakeApi api;

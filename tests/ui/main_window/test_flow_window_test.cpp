@@ -180,7 +180,8 @@ TEST(CloseDuringActionTest, TheWindowMayCloseInsideTheClose) {
   Window window(dialogue);
   window.eventLoop.onYield = [&] { (void)window.flow.MayClose(CloseSource::User); };
   window.frontEnd.onCall = [&](const std::string& call) {
-    if (call == "close window") EXPECT_TRUE(window.flow.MayClose(CloseSource::Program));
+    if (call != "close window") return;
+    EXPECT_TRUE(window.flow.MayClose(CloseSource::Program));
   };
   window.flow.Button(ReadButton);
   EXPECT_EQ(window.frontEnd.calls.back(), "close window");
