@@ -68,17 +68,11 @@ Bytes BuildEfAtr(EgkGeneration generation) {
   return file;
 }
 
-// Version of the files, XXXYYYZZZZ in BCD.
-Bytes VersionOf(EgkGeneration generation) {
-  switch (generation) {
-    case EgkGeneration::G1:
-      return {0x00, 0x20, 0x02, 0x00, 0x00};
-    case EgkGeneration::G1Plus:
-      return {0x00, 0x30, 0x00, 0x00, 0x00};
-    case EgkGeneration::G21:
-      break;
-  }
-  return {0x00, 0x40, 0x04, 0x00, 0x00};
+// EF.VERSION: three records with the version of the files, XXXYYYZZZZ in BCD.
+std::vector<Bytes> VersionRecords(EgkGeneration generation) {
+  const std::uint8_t major = generation == EgkGeneration::G1 ? 0x20 : 0x30;
+  const std::uint8_t minor = generation == EgkGeneration::G1 ? 0x02 : 0x00;
+  return std::vector<Bytes>(3, Bytes{0x00, major, minor, 0x00, 0x00});
 }
 
 // EF.Version2: data object EF with the versions of the filling instructions (C0) and of the card's
@@ -110,9 +104,8 @@ EgkCard::EgkCard(const EgkContents& contents)
     mfFiles_.push_back(
         {.Identifier = EfVersion2, .ShortIdentifier = 0x11, .Content = BuildVersion2()});
   } else {
-    const Bytes version = VersionOf(generation_);
     mfFiles_.push_back(
-        {.Identifier = EfVersion, .ShortIdentifier = 0x10, .Records = {version, version, version}});
+        {.Identifier = EfVersion, .ShortIdentifier = 0x10, .Records = VersionRecords(generation_)});
   }
 
   const VsdContents& vsd = contents.Vsd;
