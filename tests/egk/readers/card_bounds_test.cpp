@@ -84,7 +84,7 @@ INSTANTIATE_TEST_SUITE_P(Card, CardVdOffsetsTest,
                              {"FFFF to 0", 0xFFFF, 0, 0},
                              {"FFFF to 1", 0xFFFF, 1, 0},
                              {"1 to FFFF", 1, 0xFFFF, 0},
-                                              }));
+                         }));
 
 class CardPdLengthTest : public testing::TestWithParam<OffsetRow> {};
 

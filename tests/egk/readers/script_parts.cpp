@@ -93,6 +93,11 @@ std::size_t ScriptParts::IndexOf(const std::string& part) const {
   throw std::invalid_argument("no part " + part);
 }
 
+bool ScriptParts::Has(const std::string& part) const {
+  return std::any_of(parts_.begin(), parts_.end(),
+                     [&part](const ScriptPart& each) { return each.name == part; });
+}
+
 const std::string& ScriptParts::SectionOf(const std::string& part) const {
   return parts_[IndexOf(part)].section;
 }

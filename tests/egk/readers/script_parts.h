@@ -30,6 +30,7 @@ class ScriptParts {
   // Leaves out a part itself.
   [[nodiscard]] ScriptParts Without(const std::string& part) const;
 
+  [[nodiscard]] bool Has(const std::string& part) const;
   [[nodiscard]] const std::string& SectionOf(const std::string& part) const;
   [[nodiscard]] std::string Text() const;
 
