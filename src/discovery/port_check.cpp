@@ -4,10 +4,23 @@
 
 namespace kartocheck {
 
+namespace {
+
+// A terminal inherits nothing from the one that was on the port before.
+void ForgetTerminal(TerminalInfo& info) {
+  ResetTerminalInfo(info);
+  info.Answered = false;
+  info.SelectRefused = false;
+  info.Reset95 = false;
+  info.Reset9501 = false;
+  info.UsbVirtualCom = false;
+}
+
+}  // namespace
+
 void CheckPort(int pn, const PortCheckTarget& target) {
-  ResetTerminalInfo(target.info);
+  ForgetTerminal(target.info);
   target.port = {};
-  target.info.Answered = false;
   target.port.ScanResult = target.link.CtOpen(pn);
   if (target.port.ScanResult == ct_code::Success) {
     (void)IdentifyTerminal(target.link, pn, target.info, target.port);

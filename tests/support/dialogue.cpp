@@ -23,8 +23,19 @@ constexpr int DefaultBaud = 9600;
   throw std::invalid_argument("dialogue line " + std::to_string(line) + ": " + text.toStdString());
 }
 
+// 'text' is written as the digits of its bytes in ISO-8859-1.
+QString WithoutQuotes(const QString& text, int line) {
+  const QStringList parts = text.split(u'\'');
+  if (parts.size() % 2 == 0) Reject(line, text);
+  QString digits;
+  for (qsizetype i = 0; i < parts.size(); ++i) {
+    digits += i % 2 == 0 ? parts[i] : HexOf(parts[i].toLatin1());
+  }
+  return digits;
+}
+
 QByteArray BytesOf(const QString& text, int line) {
-  QString digits = text;
+  QString digits = WithoutQuotes(text, line);
   for (auto record = SampleRecords().begin(); record != SampleRecords().end(); ++record) {
     digits.replace(u'{' + record.key() + u'}', record.value());
   }

@@ -19,7 +19,8 @@ namespace kartocheck::test {
 //                     class to the card
 //   < 95 00           its response                     < -> -10        ... the call returns -10
 //
-// {A}, {B} ... stand for the bytes of the sample record of that name.
+// In commands and responses 'text' stands for its bytes in ISO-8859-1, and {A}, {B} ... for the
+// bytes of the sample record of that name.
 struct DialogueStep {
   enum class Kind { Open, Baud, Close, Exchange } kind;
   int line = 0;

@@ -72,7 +72,15 @@ TEST(DialogueTest, RepliesWithTheBytesAndTheCodeOfTheNextLine) {
   EXPECT_EQ(Exchange(dialogue, {0x00, 0x0E, 0x00, 0x00}, 0, &answer), -8);
 }
 
+TEST(DialogueTest, QuotedTextStandsForItsBytes) {
+  Dialogue dialogue("> 20 11\n< 46 05 'DENRV' 90 00");
+  QByteArray answer;
+  EXPECT_EQ(Exchange(dialogue, {0x20, 0x11}, 1, &answer), 0);
+  EXPECT_EQ(HexOf(answer), u"460544454E52569000");
+}
+
 TEST(DialogueTest, ALineThatIsNoStepIsRefused) {
+  EXPECT_THROW(ParseDialogue("> 20 'open end"), std::invalid_argument);
   EXPECT_THROW(ParseDialogue("opne 1"), std::invalid_argument);
   EXPECT_THROW(ParseDialogue("< 90 00"), std::invalid_argument);
   EXPECT_THROW(ParseDialogue("> 20 1"), std::invalid_argument);

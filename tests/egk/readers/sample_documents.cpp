@@ -1,7 +1,8 @@
 #include "egk/readers/sample_documents.h"
 
 #include <stdexcept>
-#include <zlib.h>
+
+#include "support/gzip_data.h"
 
 namespace kartocheck::test {
 
@@ -50,25 +51,7 @@ QString GvdDocument() {
 }
 
 QByteArray Compressed(const QString& text) {
-  constexpr int GzipWindow = 15 + 16;
-  constexpr int MemoryLevel = 8;
-  z_stream stream{};
-  if (deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, GzipWindow, MemoryLevel,
-                   Z_DEFAULT_STRATEGY) != Z_OK) {
-    throw std::runtime_error("deflateInit2");
-  }
-  QByteArray bytes = text.toLatin1();
-  QByteArray block(static_cast<qsizetype>(deflateBound(&stream, static_cast<uLong>(bytes.size()))),
-                   Qt::Uninitialized);
-  stream.next_in = reinterpret_cast<Bytef*>(bytes.data());
-  stream.avail_in = static_cast<uInt>(bytes.size());
-  stream.next_out = reinterpret_cast<Bytef*>(block.data());
-  stream.avail_out = static_cast<uInt>(block.size());
-  const int result = deflate(&stream, Z_FINISH);
-  block.truncate(static_cast<qsizetype>(stream.total_out));
-  deflateEnd(&stream);
-  if (result != Z_STREAM_END) throw std::runtime_error("deflate");
-  return block;
+  return Gzip(text.toLatin1());
 }
 
 QByteArray Compressed(const QString& text, qsizetype size) {
