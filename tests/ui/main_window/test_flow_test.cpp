@@ -1,5 +1,6 @@
 #include "ui/main_window/test_flow.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <stdexcept>
 #include <string>
@@ -8,6 +9,7 @@
 #include "support/answer_book.h"
 #include "support/dialogue.h"
 #include "support/fake_api.h"
+#include "support/faulty_api.h"
 #include "support/printing.h"
 #include "ui/main_window/window_fixture.h"
 
@@ -154,6 +156,39 @@ TEST(ReadButtonTest, AFurtherPortIsReadByItsNumberIntoSlotFive) {
   window.flow.Button(ReadButton);
   EXPECT_EQ(window.frontEnd.frames.at(0).values[9], u"Übermaß");
   EXPECT_TRUE(window.module.Terminals[5].DataRead);
+}
+
+// The whole action over a link whose n-th exchange fails. The first three are the port check's.
+TEST(ReadButtonTest, EveryFaultAtEveryExchangeEndsWithAPersonOrWithNothing) {
+  const std::string script = Check(1) + ReadsRecordB(1);
+  const int exchanges = AnswerBook(script).Exchanges();
+  ASSERT_EQ(exchanges, 9);
+  for (int faulty = 1; faulty <= exchanges + 1; ++faulty) {
+    for (const Fault& fault : AllFaults()) {
+      SCOPED_TRACE("exchange " + std::to_string(faulty) + ", " + fault.Name());
+      AnswerBook book(script);
+      FaultyApi api(book, faulty, fault);
+      Window window(api);
+      FillSlot(window, 1);
+      window.module.Terminals[1].DataRead = false;
+      window.dialogs.answerSafely = true;
+      window.flow.Button(ReadButton);
+
+      // Card request, select and read are what a read cannot do without.
+      const bool hasData = faulty != 5 && faulty != 7 && faulty != 8;
+      EXPECT_EQ(window.module.Terminals[1].DataRead, hasData);
+      ASSERT_EQ(window.frontEnd.frames.size(), 1U);
+      const DataFrame& frame = window.frontEnd.frames.front();
+      EXPECT_EQ(frame.values[9], hasData ? QStringLiteral("Übermaß") : QString());
+      for (const QString& value : frame.values) EXPECT_FALSE(value.startsWith(u"element"));
+      const std::vector<QString>& calls = api.Calls();
+      EXPECT_EQ(calls.at(calls.size() - 2), u"2011000000");
+      EXPECT_EQ(calls.back(), u"close");
+      EXPECT_EQ(std::count(calls.begin(), calls.end(), QStringLiteral("close")), 2);
+      EXPECT_FALSE(window.module.IsLinkOpen());
+      EXPECT_EQ(window.frontEnd.calls.back(), "action ends");
+    }
+  }
 }
 
 TEST(CopyButtonTest, CopiesTheDataOfTheCurrentPort) {
