@@ -33,8 +33,10 @@ void TestFlow::Button(int index) {
   if (module_.Busy) return;
   {
     const RunningAction running(*this);
-    if (index >= 0 && index <= 5) Run(static_cast<Action>(index));
-    display_.ShowProgress(0);
+    if (index >= 0 && index <= 5) {
+      Run(static_cast<Action>(index));
+      display_.ShowProgress(0);
+    }
     if (module_.IsLinkOpen()) module_.CloseLink();
   }
   if (module_.ExitRequested) {

@@ -1,0 +1,73 @@
+// A compressed block as a card may send it. The first byte chooses kind and validation, the rest is
+// the block.
+
+#include <QByteArrayView>
+
+#include "egk/vsd_decoder.h"
+#include "fuzz/fuzz_input.h"
+
+namespace kartocheck {
+namespace {
+
+class NoDisplay final : public Display {
+ public:
+  void ShowStatusText(const QString&) override {}
+  void ShowProgress(int) override {}
+  bool ShowFrameX(int) override { return false; }
+  void EnablePort(int, bool) override {}
+  void SetLamp(Lamp, LampState) override {}
+  void ShowSlot(int) override {}
+};
+
+class NoEventLoop final : public EventLoop {
+ public:
+  void Yield() override {}
+  void Wait(std::chrono::milliseconds) override {}
+};
+
+ValidationSettings& OwnSchemas() {
+  static ValidationSettings settings = [] {
+    ValidationSettings loaded;
+    LoadSchemas(loaded, {QStringLiteral(VSD_SCHEMAS)});
+    return loaded;
+  }();
+  return settings;
+}
+
+void Run(std::uint8_t choice, QByteArrayView compressed) {
+  using Procedure = std::int16_t (*)(QByteArrayView, const VsdTarget&);
+  constexpr PerVsdKind<Procedure> Procedures{{{DecompressPd, DecompressVd, DecompressGvd}}};
+  const auto kind = static_cast<VsdKind>((choice >> 1) % VsdKindCount);
+  ValidationSettings& validation = OwnSchemas();
+  validation.isOn = (choice & 1) != 0;
+
+  EgkData egk;
+  InsuredData insured;
+  NoDisplay display;
+  NoEventLoop eventLoop;
+  const VsdTarget target{.egk = egk,
+                         .insured = insured,
+                         .validation = validation,
+                         .display = display,
+                         .eventLoop = eventLoop};
+  const std::int16_t result = Procedures[kind](compressed, target);
+  const VsdDocument& kept = egk.documents[kind];
+
+  using fuzz::Require;
+  Require(result == 0 || result == -1 || result == -2, "a known result");
+  Require(validation.isOn || kept.xmlText.size() < 32768, "a text below the cap");
+  Require(result != -2 || kept.IsEmpty(), "nothing kept of what was not decompressed");
+  Require(result == 0 || insured.IsEmpty(), "nothing mapped of a failure");
+  Require(kept.notValidated || validation.isOn, "no success without validation");
+  Require(!validation.isOn || !kept.notValidated || insured.IsEmpty(),
+          "with validation only valid data are mapped");
+}
+
+}  // namespace
+}  // namespace kartocheck
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size == 0) return 0;
+  kartocheck::Run(data[0], QByteArrayView(data + 1, static_cast<qsizetype>(size - 1)));
+  return 0;
+}
