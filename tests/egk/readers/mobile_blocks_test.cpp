@@ -17,6 +17,7 @@ constexpr auto* BadGvdInContainer = u"\r\nKeine gültigen GVD Daten im EF VD ";
 constexpr auto* NoGvd = u"\r\nKeine gültigen Daten in EF GVD ";
 constexpr auto* VdTooLong = u"\r\nRead EF VD war nicht erfolgreich!";
 constexpr auto* PdTooLong = u"\r\nRead EF PD war nicht erfolgreich!";
+constexpr auto* BadChecksum = u"Die Prüfsumme der gelesenen eGK VSD Zusatzdaten ist korrupt!!! ";
 constexpr auto* GvdTooLong = u"\r\nRead EF GVD war nicht erfolgreich!";
 
 QString Joined(std::initializer_list<QStringView> notes) {
@@ -301,6 +302,21 @@ TEST(MobileDocumentTest, PdThenVdThenGvd) {
             Texts({u"Persoenliche Versichertendaten werden dekomprimiert.",
                    u"Allgemeine Versicherungsdaten werden dekomprimiert.",
                    u"Geschuetzte Versichertendaten werden dekomprimiert."}));
+}
+
+// Two digits, whatever the length of the checksum's data object.
+TEST(MobileDocumentTest, ChecksumElement) {
+  QByteArray status = PlainStatusRecord();
+  status.chop(3);
+  status += QByteArray::fromHex("9302123F");
+  Dialogue dialogue(
+      PlainRecordScript().Replacing("StatusVd", Exchange("00B08C0000", status)).Text().c_str());
+  EgkReading reading(dialogue);
+  reading.info.Reset95 = true;
+  EXPECT_EQ(reading.FromMobile(), 0);
+  EXPECT_EQ(reading.insured[Element::ChecksumSupplement], u"12");
+  EXPECT_EQ(reading.egk.stored.checksumText, u"123F");
+  EXPECT_EQ(reading.Boxes(), Texts({BadChecksum}));
 }
 
 // Elements 17 to 19 belong to terminals that are flagged mobile.
