@@ -6,6 +6,7 @@
 #include "egk/readers/sample_documents.h"
 #include "egk/readers/script_parts.h"
 #include "support/dialogue.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -79,7 +80,8 @@ INSTANTIATE_TEST_SUITE_P(
                     FileRow{"a length of 0", Number(0) + Pd(600), Joined({NoPd}), false},
                     FileRow{"a length of FFFF", Number(0xFFFF) + Pd(600), Joined({NoPd}), false},
                     FileRow{"nothing but a length", Number(1), Joined({NoPd}), false},
-                    FileRow{"half a length", QByteArray(1, '\0'), Joined({NoPd}), false}));
+                    FileRow{"half a length", QByteArray(1, '\0'), Joined({NoPd}), false}),
+    SentenceName());
 
 class MobilePlainVdTest : public testing::TestWithParam<FileRow> {};
 
@@ -128,7 +130,8 @@ INSTANTIATE_TEST_SUITE_P(
                 false},
         FileRow{"a VD but half the GVD's offsets", ContainerWith(8, 507, 508, 807).first(7),
                 Joined({NoVd, BadGvdInContainer}), false},
-        FileRow{"one byte", QByteArray(1, '\0'), Joined({NoVd, NoGvdInContainer}), false}));
+        FileRow{"one byte", QByteArray(1, '\0'), Joined({NoVd, NoGvdInContainer}), false}),
+    SentenceName());
 
 // The GVD of the container, whatever became of the VD.
 class MobileContainerGvdTest : public testing::TestWithParam<FileRow> {};
@@ -147,7 +150,8 @@ INSTANTIATE_TEST_SUITE_P(
                     FileRow{"the GVD's offsets 0", ContainerWith(8, 507, 0, 0),
                             Joined({NoGvdInContainer}), false},
                     FileRow{"the GVD's offsets FFFF", ContainerWith(8, 507, 0xFFFF, 0xFFFF),
-                            Joined({NoGvdInContainer}), false}));
+                            Joined({NoGvdInContainer}), false}),
+    SentenceName());
 
 class MobileExtendedGvdTest : public testing::TestWithParam<FileRow> {};
 
@@ -171,7 +175,8 @@ INSTANTIATE_TEST_SUITE_P(
         FileRow{"a length one too large", Number(301) + Gvd(300), Joined({NoGvd}), false},
         FileRow{"a length of FFFF", Number(0xFFFF) + Gvd(300), Joined({NoGvd}), false},
         FileRow{"a length of 0", Number(0) + Gvd(300), Joined({NoGvd}), false},
-        FileRow{"half a length", QByteArray(1, '\x01'), Joined({NoGvd}), false}));
+        FileRow{"half a length", QByteArray(1, '\x01'), Joined({NoGvd}), false}),
+    SentenceName());
 
 // An extended record keeps the GVD in its own file and says nothing of a container without one.
 class MobileExtendedContainerTest : public testing::TestWithParam<FileRow> {};
@@ -187,7 +192,8 @@ INSTANTIATE_TEST_SUITE_P(
         FileRow{"no GVD, offsets 0", ContainerWith(8, 507, 0, 0), {}, true},
         FileRow{"a GVD", ContainerWith(8, 507, 508, 807), {}, true},
         FileRow{"the GVD past the file's end", ContainerWith(8, 507, 508, 808),
-                Joined({BadGvdInContainer}), true}));
+                Joined({BadGvdInContainer}), true}),
+    SentenceName());
 
 // Which GVD is taken: EF.GVD's, else the container's.
 struct GvdSourceRow {
@@ -230,7 +236,8 @@ INSTANTIATE_TEST_SUITE_P(
                         u"gespeichert!",
                         true},
                     GvdSourceRow{"EF.GVD fails", "< -> -10", GvdTooLong, true},
-                    GvdSourceRow{"EF.GVD holds none", "< 00 00 00 90 00", NoGvd, true}));
+                    GvdSourceRow{"EF.GVD holds none", "< 00 00 00 90 00", NoGvd, true}),
+    SentenceName());
 
 struct DecoderRow {
   const char* sentence;
@@ -290,7 +297,8 @@ INSTANTIATE_TEST_SUITE_P(
         DecoderRow{"GVD of the container", "Vd", "8200", true, GvdNotDecompressed,
                    u"Error GVD XML Daten!\r\n"},
         DecoderRow{"GVD of its own file", "Gvd", "8300", false, GvdNotDecompressed,
-                   u"Error GVD XML Daten!\r\n"}));
+                   u"Error GVD XML Daten!\r\n"}),
+    SentenceName());
 
 // The documents are decompressed in this order, whatever the order of the files.
 TEST(MobileDocumentTest, PdThenVdThenGvd) {
