@@ -29,12 +29,20 @@ class ConsoleFrontEnd final : public Dialogs, public Display, public FrontEnd {
   void ShowStatusText(const QString& text) override;
   void ShowProgress(int /*percent*/) override {}
   bool ShowFrameX(int frame) override;
+  void ShowDiagnosisStep(const QString& /*step*/) override {}
   void EnablePort(int /*slot*/, bool /*enabled*/) override {}
   void SetLamp(Lamp /*lamp*/, LampState /*state*/) override {}
   void ShowSlot(int /*slot*/) override {}
 
   void ShowData(const DataFrame& /*frame*/) override {}
   void ClearData() override {}
+  void ShowPortList(const QStringList& /*lines*/, int /*chosen*/) override {}
+  void MarkPort(int /*member*/) override {}
+  void NameFurtherPort(const QString& /*name*/) override {}
+  void ShowStatusTab(int /*slot*/) override {}
+  void MarkButton(int /*index*/) override {}
+  void ShowDiagnosedPort(const QString& /*name*/) override {}
+  void ShowScanResult(const ScanResult& /*result*/) override {}
   void SetActionRunning(bool /*running*/) override {}
   void CopyToClipboard(const QString& /*text*/) override {}
   void CloseNow() override {}
