@@ -36,32 +36,29 @@ QStringList Arguments(int argc, char** argv) {
 }
 
 // The CT-API of the call: a library, or simulated terminals.
-struct ChosenCtApi {
-  std::unique_ptr<CtApiLibrary> library;
-  std::unique_ptr<CtApiSimulated> simulated;
-
-  [[nodiscard]] CtApi& Get() const {
-    if (simulated) return *simulated;
-    return *library;
-  }
-};
-
-ChosenCtApi ChooseCtApi(const CommandLine& line) {
-  const QString directory = QCoreApplication::applicationDirPath();
-  ChosenCtApi chosen;
-  if (line.simulate) {
-    const auto file = ScenarioFile(directory, *line.simulate);
-    if (!file) {
-      throw std::runtime_error("Szenario nicht gefunden: " + line.simulate->toStdString());
+class ChosenCtApi {
+ public:
+  explicit ChosenCtApi(const CommandLine& line) {
+    const QString directory = QCoreApplication::applicationDirPath();
+    if (line.simulate) {
+      const auto file = ScenarioFile(directory, *line.simulate);
+      if (!file)
+        throw std::runtime_error("Szenario nicht gefunden: " + line.simulate->toStdString());
+      practice_ = ctapi::LoadScenario(file->toStdU16String());
+      api_ = std::make_unique<CtApiSimulated>(practice_);
+    } else {
+      api_ = std::make_unique<CtApiLibrary>(
+          line.ctApi ? QStringList{*line.ctApi}
+                     : CtApiCandidates(directory, CtApiLibrary::FileName));
     }
-    chosen.simulated =
-        std::make_unique<CtApiSimulated>(ctapi::LoadScenario(file->toStdU16String()));
-  } else {
-    chosen.library = std::make_unique<CtApiLibrary>(
-        line.ctApi ? QStringList{*line.ctApi} : CtApiCandidates(directory, CtApiLibrary::FileName));
   }
-  return chosen;
-}
+
+  [[nodiscard]] CtApi& Get() { return *api_; }
+
+ private:
+  ctapi::SimulatedPractice practice_;
+  std::unique_ptr<CtApi> api_;
+};
 
 int RunConsoleFrontEnd(const CommandLine& line, CtApi& api) {
   QtEventLoop eventLoop;
@@ -77,7 +74,7 @@ int RunConsoleFrontEnd(const CommandLine& line, CtApi& api) {
 }
 
 int Run(const CommandLine& line) {
-  const ChosenCtApi api = ChooseCtApi(line);
+  ChosenCtApi api(line);
   if (line.console) return RunConsoleFrontEnd(line, api.Get());
 #if defined(KARTOCHECK_WITH_WINDOW)
   return RunWindow(api.Get(), TerminateNow, line.simulate.has_value());

@@ -19,13 +19,13 @@ std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv) 
 
 int RunWindow(CtApi& api, const Terminate& terminate, bool simulation) {
   QtEventLoop eventLoop;
-  Form_MKT_Test window({.simulation = simulation});
+  Form_MKT_Test window({.simulation = simulation, .settings = nullptr});
   Bas_MKT_Test module({.api = api,
-                       .dialogs = window,
+                       .dialogs = window.Boxes(),
                        .display = window,
                        .eventLoop = eventLoop,
                        .terminate = terminate});
-  TestFlow flow(module, window, window, window);
+  TestFlow flow(module, window.Boxes(), window, window);
   window.Attach(flow);
   const TerminationSignal signal([&] { window.CloseForSystem(); });
   window.show();

@@ -32,12 +32,12 @@ class CtApi {
   // baud: the line's rate in baud, written only on success.
   [[nodiscard]] virtual std::int8_t GetBaudrate(std::uint16_t ctn, std::int32_t& baud) = 0;
 
+  virtual ~CtApi() = default;
   CtApi(const CtApi&) = delete;
   CtApi& operator=(const CtApi&) = delete;
 
  protected:
   CtApi() = default;
-  virtual ~CtApi() = default;
 };
 
 struct LibraryNotFound : std::runtime_error {

@@ -88,6 +88,31 @@ bool IsKnownEncoding(QStringView name) {
          IsNumbered(name, u"ISO-8859-", 1, 16) || IsNumbered(name, u"windows-", 1250, 1258);
 }
 
+// The recursion ends one level below the limit.
+bool NestsDeeperThan(int limit, const xmlNode* element) {
+  if (limit == 0) return true;
+  for (const xmlNode* child = ElementFrom(element->children); child != nullptr;
+       child = ElementFrom(child->next)) {
+    if (NestsDeeperThan(limit - 1, child)) return true;
+  }
+  return false;
+}
+
+// A prefix without a namespace stays in the name. The parser goes on after it.
+bool HasUndeclaredPrefix(const xmlNode* element) {
+  const auto isPrefixed = [](const xmlChar* name) { return xmlStrchr(name, ':') != nullptr; };
+  if (isPrefixed(element->name)) return true;
+  for (const xmlAttr* attribute = element->properties; attribute != nullptr;
+       attribute = attribute->next) {
+    if (isPrefixed(attribute->name)) return true;
+  }
+  for (const xmlNode* child = ElementFrom(element->children); child != nullptr;
+       child = ElementFrom(child->next)) {
+    if (HasUndeclaredPrefix(child)) return true;
+  }
+  return false;
+}
+
 // The parser calls this before it reads the first declaration of a document type.
 void RefuseDocumentType(void* context, const xmlChar*, const xmlChar*, const xmlChar*) {
   auto* const parser = static_cast<xmlParserCtxt*>(context);
@@ -171,7 +196,9 @@ std::optional<XmlDocument> XmlDocument::Parse(QStringView text) {
                         "UTF-8", ParseOptions);
   if (tree == nullptr) return std::nullopt;
   XmlDocument document(tree);
-  if (!document.Root()) return std::nullopt;
+  const xmlNode* const root = xmlDocGetRootElement(tree);
+  if (root == nullptr || NestsDeeperThan(MaxDepth, root)) return std::nullopt;
+  if (parser->nsWellFormed == 0 && HasUndeclaredPrefix(root)) return std::nullopt;
   return document;
 }
 

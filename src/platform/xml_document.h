@@ -52,14 +52,18 @@ class XmlElement {
   const _xmlNode* node_;
 };
 
-// A well-formed XML document whose elements nest at most 256 deep.
+// A well-formed XML document.
 class XmlDocument {
  public:
+  // Levels of elements; the parser itself gives up soon behind, or at some thousands in later
+  // versions.
+  static constexpr int MaxDepth = 256;
+
   // The text is Unicode already: the encoding that its XML declaration names is not applied.
-  // Nothing where the text is not well-formed, or nests deeper, or names an encoding other than
-  // UTF-8, UTF-16, US-ASCII, ISO-8859-1 to -16 and windows-1250 to -1258, or has a document type
-  // (so there are no entities to expand). Nothing else is ever loaded: no file, nothing from the
-  // network.
+  // Nothing where the text is not well-formed, or uses a prefix without a namespace, or nests
+  // deeper, or names an encoding other than UTF-8, UTF-16, US-ASCII, ISO-8859-1 to -16 and
+  // windows-1250 to -1258, or has a document type (so there are no entities to expand). Nothing
+  // else is ever loaded: no file, nothing from the network.
   [[nodiscard]] static std::optional<XmlDocument> Parse(QStringView text);
 
   [[nodiscard]] XmlElement Root() const;

@@ -1,7 +1,10 @@
 #include "ui/button_panel.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QToolButton>
+
+#include <algorithm>
 
 #include "ui/available_features.h"
 #include "ui/picture.h"
@@ -56,7 +59,23 @@ ButtonPanel::ButtonPanel(QWidget* parent) : QFrame(parent) {
     layout->addWidget(button);
     CmdB_MKt_Test.at(static_cast<std::size_t>(index)) = button;
   }
-  layout->addStretch();
+
+  int widest = 0;
+  for (const QToolButton* button : CmdB_MKt_Test) {
+    widest = std::max(widest, button->sizeHint().width());
+  }
+  for (QToolButton* button : CmdB_MKt_Test) button->setMinimumWidth(widest);
+}
+
+// The Enter key presses the button that has the focus, as the space bar does.
+void ButtonPanel::keyPressEvent(QKeyEvent* event) {
+  auto* button = qobject_cast<QToolButton*>(focusWidget());
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (enter && button != nullptr) {
+    button->click();
+  } else {
+    QFrame::keyPressEvent(event);
+  }
 }
 
 }  // namespace kartocheck

@@ -21,6 +21,9 @@ class ButtonPanel final : public QFrame {
   // A click on button `index`, 0 to 5.
   void Pressed(int index);
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
   std::array<QToolButton*, ButtonCount> CmdB_MKt_Test{};
 };

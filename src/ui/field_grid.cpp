@@ -11,7 +11,17 @@ namespace kartocheck {
 namespace {
 
 // Between the rows, in logical pixels: close enough for 18 rows on a small screen.
-constexpr int RowSpacing = 3;
+constexpr int RowSpacing = 4;
+
+// A scroll area that asks for as much room as its fields need.
+class FieldArea final : public QScrollArea {
+ public:
+  using QScrollArea::QScrollArea;
+
+  [[nodiscard]] QSize sizeHint() const override {
+    return widget() == nullptr ? QScrollArea::sizeHint() : widget()->sizeHint();
+  }
+};
 
 }  // namespace
 
@@ -42,7 +52,7 @@ void FieldGrid::SetValue(int row, const QString& text) {
 }
 
 QScrollArea* Scrolling(FieldGrid* grid, QWidget* parent) {
-  auto* area = new QScrollArea(parent);
+  auto* area = new FieldArea(parent);
   area->setFrameShape(QFrame::NoFrame);
   area->setWidgetResizable(true);
   area->setFocusPolicy(Qt::NoFocus);

@@ -9,6 +9,7 @@
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
 
@@ -28,7 +29,8 @@ namespace kartocheck {
 
 namespace {
 
-constexpr QSize DefaultSize(940, 720);
+// Between the edge of the window and the texts of the status bar, in logical pixels.
+constexpr int StatusBarMargin = 6;
 constexpr int FullProgress = 100;
 
 QString GeometryKey() {
@@ -52,7 +54,6 @@ Form_MKT_Test::Form_MKT_Test(const Options& options) : boxes_(*this), settings_(
   CreateFrames();
   CreateStatusBar(options.simulation);
   CreateLayout();
-  SetTabOrder();
   ShowFrameX(static_cast<int>(Frame::Data));
   UpdateEnabled();
   RestoreGeometry();
@@ -94,6 +95,8 @@ void Form_MKT_Test::CreateMenus() {
   AddEntry(help, QStringLiteral("mnuInfo"), QStringLiteral("Inf&o..."), feature::ProgramInfo);
 }
 
+// In the order in which the Tab key walks through them: from what is used first to what is only
+// looked at.
 void Form_MKT_Test::CreateFrames() {
   auto* content = new QWidget(this);
   setCentralWidget(content);
@@ -129,14 +132,19 @@ void Form_MKT_Test::CreateFrames() {
 
 void Form_MKT_Test::CreateStatusBar(bool simulation) {
   statusBar()->setObjectName(QStringLiteral("StatusBar1"));
+  statusBar()->setContentsMargins(StatusBarMargin, 0, StatusBarMargin, 0);
   QLabel* caption = PlainLabel(QStringLiteral("Labl_Status"), QStringLiteral("Status:"), this);
   Labl_StatusText = PlainLabel(QStringLiteral("Labl_StatusText"), QString(), this);
   Labl_StatusText->setTextInteractionFlags(Qt::TextSelectableByMouse);
   statusBar()->addWidget(caption);
   statusBar()->addWidget(Labl_StatusText, 1);
   if (simulation) {
-    statusBar()->addPermanentWidget(
-        PlainLabel(QStringLiteral("Labl_Simulation"), QStringLiteral("Simulation"), this));
+    QLabel* label =
+        PlainLabel(QStringLiteral("Labl_Simulation"), QStringLiteral("Simulation"), this);
+    QFont bold = label->font();
+    bold.setBold(true);
+    label->setFont(bold);
+    statusBar()->addPermanentWidget(label);
   }
   ProgressBar1 = new QProgressBar(this);
   ProgressBar1->setObjectName(QStringLiteral("ProgressBar1"));
@@ -147,32 +155,25 @@ void Form_MKT_Test::CreateStatusBar(bool simulation) {
 }
 
 void Form_MKT_Test::CreateLayout() {
+  auto* top = new QHBoxLayout;
+  top->addWidget(Pict_MKT_Test);
+  top->addStretch();
+  top->addWidget(Fram_MKTStatus);
+
   auto* left = new QVBoxLayout;
   left->addWidget(Fram_Comx, 1);
-  left->addWidget(Fram_MKTStatus);
   left->addWidget(cmdeGK);
 
   auto* layout = new QGridLayout(centralWidget());
-  layout->addWidget(Pict_MKT_Test, 0, 0, 1, 2);
+  layout->addLayout(top, 0, 0, 1, 2);
   layout->addLayout(left, 1, 0);
   for (QWidget* frame : Fram_Show) layout->addWidget(frame, 1, 1);
   layout->setColumnStretch(1, 1);
   layout->setRowStretch(1, 1);
 }
 
-// From what is used first to what is only looked at: buttons, ports, further data, fields.
-void Form_MKT_Test::SetTabOrder() {
-  QWidget* last = nullptr;
-  for (QWidget* group : {static_cast<QWidget*>(Pict_MKT_Test), static_cast<QWidget*>(Fram_Comx),
-                         static_cast<QWidget*>(cmdeGK), static_cast<QWidget*>(terminalStatus_),
-                         static_cast<QWidget*>(insuredData_)}) {
-    if (last != nullptr) setTabOrder(last, group);
-    last = group;
-  }
-}
-
 void Form_MKT_Test::RestoreGeometry() {
-  resize(DefaultSize);
+  resize(sizeHint().boundedTo(screen()->availableSize()));
   if (settings_ != nullptr) restoreGeometry(settings_->value(GeometryKey()).toByteArray());
 }
 

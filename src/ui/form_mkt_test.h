@@ -71,7 +71,6 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   void CreateFrames();
   void CreateStatusBar(bool simulation);
   void CreateLayout();
-  void SetTabOrder();
   void UpdateEnabled();
   void RestoreGeometry();
   [[nodiscard]] bool MayClose();

@@ -17,6 +17,8 @@ constexpr std::array<QStringView, SlotCount> PortTexts{u"COM 1 ", u"COM 2", u"CO
                                                        u"weitere ..."};
 constexpr int FurtherPortMember = FurtherPortSlot - 1;
 
+// The longest entry of the list of further ports.
+constexpr QStringView WidestEntry = u"USB Device 256 (CTAPI pn=8447)";
 // Lines of the list of further ports that are seen without scrolling, at least.
 constexpr int LeastVisibleLines = 4;
 
@@ -36,8 +38,7 @@ class OptionLabel final : public QLabel {
 
 }  // namespace
 
-PortFrame::PortFrame(QWidget* parent)
-    : QGroupBox(QStringLiteral("Schnittstellen"), parent), List1(new QListWidget(this)) {
+PortFrame::PortFrame(QWidget* parent) : QGroupBox(QStringLiteral("Schnittstellen"), parent) {
   setObjectName(QStringLiteral("Fram_Comx"));
   portEnabled_.fill(true);
   portEnabled_[FurtherPortMember] = feature::FurtherPorts;
@@ -47,10 +48,14 @@ PortFrame::PortFrame(QWidget* parent)
   for (int member = 0; member < SlotCount; ++member) AddOption(member);
   Opti_Comx[0]->setChecked(true);
 
+  List1 = new QListWidget(this);
   List1->setObjectName(QStringLiteral("List1"));
   List1->setAccessibleName(QStringLiteral("Weitere Schnittstellen"));
-  List1->setMinimumHeight(List1->fontMetrics().lineSpacing() * LeastVisibleLines +
-                          2 * List1->frameWidth());
+  const QFontMetrics metrics = List1->fontMetrics();
+  const int frame = 2 * (List1->frameWidth() + metrics.averageCharWidth());
+  List1->setMinimumSize(metrics.horizontalAdvance(WidestEntry.toString()) + frame,
+                        metrics.lineSpacing() * LeastVisibleLines + frame);
+  List1->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Expanding);
   layout->addWidget(List1, SlotCount, 0, 1, 2);
   layout->setRowStretch(SlotCount, 1);
   UpdateEnabled();

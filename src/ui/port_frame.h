@@ -34,7 +34,7 @@ class PortFrame final : public QGroupBox {
 
   std::array<QRadioButton*, SlotCount> Opti_Comx{};
   std::array<QLabel*, SlotCount> Labe_Comx{};
-  QListWidget* List1;
+  QListWidget* List1 = nullptr;
 
   std::array<bool, SlotCount> portEnabled_;
   bool actionRunning_ = false;

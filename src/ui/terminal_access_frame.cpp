@@ -1,6 +1,6 @@
 #include "ui/terminal_access_frame.h"
 
-#include <QGridLayout>
+#include <QHBoxLayout>
 
 #include "ui/plain_label.h"
 #include "ui/status_lamp.h"
@@ -16,14 +16,14 @@ constexpr std::array<QStringView, 2> LampTexts{u"Kartenzugriff", u"MKT-Zugriff"}
 TerminalAccessFrame::TerminalAccessFrame(QWidget* parent)
     : QGroupBox(QStringLiteral("MKT Status"), parent) {
   setObjectName(QStringLiteral("Fram_MKTStatus"));
-  auto* layout = new QGridLayout(this);
-  layout->setColumnStretch(1, 1);
+  auto* layout = new QHBoxLayout(this);
   for (int lamp = 0; lamp < static_cast<int>(Shap_Lampe.size()); ++lamp) {
     const auto index = static_cast<std::size_t>(lamp);
     const QString text = LampTexts.at(index).toString();
     Shap_Lampe.at(index) = new StatusLamp(MemberName(u"Shap_Lampe", lamp), text, this);
-    layout->addWidget(Shap_Lampe.at(index), lamp, 0);
-    layout->addWidget(PlainLabel(MemberName(u"Labe_Lampe", lamp), text, this), lamp, 1);
+    if (lamp > 0) layout->addSpacing(layout->spacing());
+    layout->addWidget(Shap_Lampe.at(index));
+    layout->addWidget(PlainLabel(MemberName(u"Labe_Lampe", lamp), text, this));
   }
 }
 

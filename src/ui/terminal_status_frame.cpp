@@ -2,6 +2,7 @@
 
 #include <QGroupBox>
 #include <QScrollArea>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -34,6 +35,7 @@ TerminalStatusFrame::TerminalStatusFrame(QWidget* parent)
     : QWidget(parent), TabStrip1(new QTabWidget(this)) {
   TabStrip1->setObjectName(QStringLiteral("TabStrip1"));
   TabStrip1->setAccessibleName(QStringLiteral("MKT Status je Schnittstelle"));
+  TabStrip1->tabBar()->setAccessibleName(TabStrip1->accessibleName());
   for (int tab = 0; tab < SlotCount; ++tab) {
     TabStrip1->addTab(NewTab(tab), TabTitles.at(static_cast<std::size_t>(tab)).toString());
   }
@@ -65,10 +67,6 @@ void TerminalStatusFrame::ShowSlot(int slot, const StatusTab& values) {
   for (int row = 0; row < StatusRowCount; ++row) {
     grid->SetValue(row, values.at(static_cast<std::size_t>(row)));
   }
-}
-
-void TerminalStatusFrame::OpenTab(int slot) {
-  TabStrip1->setCurrentIndex(slot - 1);
 }
 
 }  // namespace kartocheck

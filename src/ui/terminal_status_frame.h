@@ -21,7 +21,6 @@ class TerminalStatusFrame final : public QWidget {
   explicit TerminalStatusFrame(QWidget* parent);
 
   void ShowSlot(int slot, const StatusTab& values);
-  void OpenTab(int slot);
 
  private:
   QWidget* NewTab(int tab);

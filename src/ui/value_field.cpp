@@ -10,6 +10,8 @@ namespace {
 
 // Between frame and text, in logical pixels.
 constexpr int TextMargin = 2;
+// Width of a field where there is room enough, in characters.
+constexpr int UsualCharacters = 60;
 
 }  // namespace
 
@@ -34,6 +36,11 @@ void ValueField::SetCaption(const QString& caption) {
 void ValueField::ShowValue(const QString& value) {
   setText(value);
   UpdateAccessibleName();
+}
+
+QSize ValueField::sizeHint() const {
+  const int width = fontMetrics().averageCharWidth() * UsualCharacters;
+  return {width, heightForWidth(width)};
 }
 
 // A label's accessible name replaces its text for a screen reader, so it holds both.

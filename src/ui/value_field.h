@@ -16,6 +16,8 @@ class ValueField final : public QLabel {
   void SetCaption(const QString& caption);
   void ShowValue(const QString& value);
 
+  [[nodiscard]] QSize sizeHint() const override;
+
  protected:
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;

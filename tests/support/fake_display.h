@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -19,7 +20,10 @@ class FakeDisplay final : public Display {
   }
   void ShowDiagnosisStep(const QString& step) override { diagnosisSteps.push_back(step); }
   void EnablePort(int slot, bool enabled) override { enabledPorts.emplace_back(slot, enabled); }
-  void SetLamp(Lamp lamp, LampState state) override { lamps.emplace_back(lamp, state); }
+  void SetLamp(Lamp lamp, LampState state) override {
+    lamps.emplace_back(lamp, state);
+    if (onLamp) onLamp(lamp, state);
+  }
   void ShowSlot(int slot) override { slots.push_back(slot); }
 
   std::vector<QString> statusTexts;
@@ -29,6 +33,7 @@ class FakeDisplay final : public Display {
   std::vector<std::pair<int, bool>> enabledPorts;
   std::vector<std::pair<Lamp, LampState>> lamps;
   std::vector<int> slots;
+  std::function<void(Lamp, LampState)> onLamp;
 };
 
 }  // namespace kartocheck::test

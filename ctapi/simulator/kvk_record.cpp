@@ -1,0 +1,178 @@
+#include "simulator/kvk_record.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace ctapi {
+
+namespace {
+
+constexpr std::uint8_t Template = 0x60;
+constexpr std::uint8_t CheckTag = 0x8E;
+constexpr std::uint8_t ReadingDateTag = 0x91;
+constexpr std::uint8_t ApprovalNumberTag = 0x92;
+constexpr std::uint8_t SupplementCheckTag = 0x93;
+constexpr std::uint8_t Blank = 0x20;
+
+constexpr std::size_t LongestShortForm = 0x7F;
+constexpr std::size_t LongestOneByte = 0xFF;
+constexpr std::size_t LongestTwoBytes = 0xFFFF;
+
+// The fixed format has the insured number before the VKNR, the card behind it.
+constexpr std::array<std::size_t, KvkElementKinds.size()> FixedOrder{0, 1, 3,  2,  4,  5,  6,  7,
+                                                                     8, 9, 10, 11, 12, 13, 14, 15};
+constexpr std::size_t ReadingDateWidth = 8;
+
+struct Umlaut {
+  std::string_view Text;
+  std::uint8_t Code;
+};
+constexpr std::array<Umlaut, 7> Umlauts{
+    {{"Ä", 0x5B}, {"Ö", 0x5C}, {"Ü", 0x5D}, {"ä", 0x7B}, {"ö", 0x7C}, {"ü", 0x7D}, {"ß", 0x7E}}};
+
+// What an ASCII character has at its code in DIN 66003 too.
+bool IsCommonCharacter(char c) {
+  constexpr std::string_view TakenByUmlauts = "[\\]{|}~";
+  return c >= ' ' && c <= '~' && TakenByUmlauts.find(c) == std::string_view::npos;
+}
+
+void AppendCheckObject(Bytes& bytes, std::uint8_t tag, CheckByte check, std::uint8_t computed) {
+  switch (check.How) {
+    case CheckByte::Kind::Absent:
+      return;
+    case CheckByte::Kind::Empty:
+      AppendObject(bytes, tag, ByteView{});
+      return;
+    case CheckByte::Kind::Computed:
+    case CheckByte::Kind::Given: {
+      const Bytes value{check.How == CheckByte::Kind::Given ? check.Value : computed};
+      AppendObject(bytes, tag, value);
+      return;
+    }
+  }
+}
+
+Bytes Header(KvkForm form, std::size_t length) {
+  const bool fitsShort = length <= LongestShortForm;
+  Bytes header{Template};
+  if (form == KvkForm::Short60 || (form == KvkForm::Automatic && fitsShort)) {
+    if (!fitsShort) throw std::invalid_argument("the template is too long for the form 60");
+    header.push_back(static_cast<std::uint8_t>(length));
+  } else if (form == KvkForm::Long6082) {
+    if (length > LongestTwoBytes) throw std::invalid_argument("the template is too long");
+    header.push_back(0x82);
+    AppendBigEndian(header, length);
+  } else {
+    if (length > LongestOneByte) {
+      throw std::invalid_argument("the template is too long for the form 6081");
+    }
+    header.push_back(0x81);
+    header.push_back(static_cast<std::uint8_t>(length));
+  }
+  return header;
+}
+
+std::size_t LengthOfCheckObject(CheckByte check) {
+  if (check.How == CheckByte::Kind::Absent) return 0;
+  return check.How == CheckByte::Kind::Empty ? 2 : 3;
+}
+
+Bytes BuildTemplate(const KvkElements& elements, KvkForm form, CheckByte check) {
+  Bytes content;
+  for (const auto& kind : KvkElementKinds) {
+    if (const auto& value = elements.*kind.Value) AppendObject(content, kind.Tag, Din66003(*value));
+  }
+  Bytes record = Header(form, content.size() + LengthOfCheckObject(check));
+  Append(record, content);
+
+  // The check covers the whole template but its last byte; in the form 6082 its range ends one
+  // byte earlier, so that the length of the check element itself takes no part.
+  Bytes covered = record;
+  covered.push_back(CheckTag);
+  if (form != KvkForm::Long6082) covered.push_back(1);
+  AppendCheckObject(record, CheckTag, check, XorOf(covered));
+  return record;
+}
+
+Bytes BuildSupplement(const KvkSupplement& supplement) {
+  Bytes bytes;
+  if (supplement.ReadingDate)
+    AppendObject(bytes, ReadingDateTag, Din66003(*supplement.ReadingDate));
+  if (supplement.ApprovalNumber) {
+    AppendObject(bytes, ApprovalNumberTag, Din66003(*supplement.ApprovalNumber));
+  }
+  Bytes covered = bytes;
+  covered.push_back(SupplementCheckTag);
+  covered.push_back(1);
+  AppendCheckObject(bytes, SupplementCheckTag, supplement.Check, XorOf(covered));
+  return bytes;
+}
+
+void AppendField(Bytes& record, const std::optional<std::string>& text, std::size_t width) {
+  Bytes field = Din66003(text.value_or(""));
+  if (field.size() > width) throw std::invalid_argument("'" + *text + "' is wider than its field");
+  field.resize(width, Blank);
+  Append(record, field);
+}
+
+void AppendCheckField(Bytes& record, CheckByte check, std::uint8_t computed) {
+  if (check.How == CheckByte::Kind::Computed) {
+    record.push_back(computed);
+  } else {
+    record.push_back(check.How == CheckByte::Kind::Given ? check.Value : Blank);
+  }
+}
+
+Bytes BuildFixed(const KvkElements& elements, KvkForm form, CheckByte check,
+                 const std::optional<KvkSupplement>& supplement) {
+  Bytes record;
+  for (const std::size_t index : FixedOrder) {
+    const auto& kind = KvkElementKinds[index];
+    AppendField(record, elements.*kind.Value, kind.Width);
+  }
+  AppendCheckField(record, check, XorOf(record));
+  if (form == KvkForm::Fixed219) {
+    if (supplement) throw std::invalid_argument("the fixed format of 219 bytes has no supplement");
+    return record;
+  }
+  const KvkSupplement added = supplement.value_or(KvkSupplement{});
+  Bytes fields;
+  AppendField(fields, added.ReadingDate, ReadingDateWidth);
+  AppendField(fields, added.ApprovalNumber, form == KvkForm::Fixed231 ? 3 : 27);
+  AppendCheckField(fields, added.Check, XorOf(fields));
+  Append(record, fields);
+  return record;
+}
+
+}  // namespace
+
+Bytes BuildKvk(const KvkElements& elements, KvkForm form, CheckByte check,
+               const std::optional<KvkSupplement>& supplement) {
+  if (form == KvkForm::Fixed219 || form == KvkForm::Fixed231 || form == KvkForm::Fixed255) {
+    return BuildFixed(elements, form, check, supplement);
+  }
+  Bytes record = BuildTemplate(elements, form, check);
+  if (supplement) Append(record, BuildSupplement(*supplement));
+  return record;
+}
+
+Bytes Din66003(std::string_view text) {
+  Bytes bytes;
+  while (!text.empty()) {
+    const auto umlaut = std::find_if(Umlauts.begin(), Umlauts.end(),
+                                     [text](const Umlaut& u) { return text.starts_with(u.Text); });
+    if (umlaut != Umlauts.end()) {
+      bytes.push_back(umlaut->Code);
+      text.remove_prefix(umlaut->Text.size());
+    } else if (IsCommonCharacter(text.front())) {
+      bytes.push_back(static_cast<std::uint8_t>(text.front()));
+      text.remove_prefix(1);
+    } else {
+      throw std::invalid_argument("'" + std::string(text) +
+                                  "' begins with a character that DIN 66003 does not have");
+    }
+  }
+  return bytes;
+}
+
+}  // namespace ctapi

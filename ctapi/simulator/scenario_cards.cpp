@@ -1,0 +1,118 @@
+#include "simulator/scenario_cards.h"
+
+#include "simulator/kvk_record.h"
+#include "simulator/scenario.h"
+
+namespace ctapi {
+
+namespace {
+
+std::string TextOf(const ScenarioValue& value) {
+  return value.Text();
+}
+
+// "computed", "absent", "empty", or the byte itself in hexadecimal digits.
+CheckByte ReadCheck(const ScenarioValue& value) {
+  const std::string text = value.Text();
+  if (text == "computed") return {};
+  if (text == "absent") return {.How = CheckByte::Kind::Absent};
+  if (text == "empty") return {.How = CheckByte::Kind::Empty};
+  const auto bytes = BytesFromHex(text);
+  if (!bytes || bytes->size() != 1) {
+    value.Refuse("expected 'computed', 'absent', 'empty' or two hexadecimal digits");
+  }
+  return {.How = CheckByte::Kind::Given, .Value = bytes->front()};
+}
+
+KvkForm ReadForm(const ScenarioValue& value) {
+  return value.OneOf<KvkForm>("form", {{"automatic", KvkForm::Automatic},
+                                       {"60", KvkForm::Short60},
+                                       {"6081", KvkForm::Long6081},
+                                       {"6082", KvkForm::Long6082},
+                                       {"fixed219", KvkForm::Fixed219},
+                                       {"fixed231", KvkForm::Fixed231},
+                                       {"fixed255", KvkForm::Fixed255}});
+}
+
+KvkElements ReadElementsOf(ScenarioObject object) {
+  KvkElements elements;
+  for (const auto& kind : KvkElementKinds) {
+    object.Take(kind.Name, elements.*kind.Value, TextOf);
+  }
+  object.Finish();
+  return elements;
+}
+
+// The elements themselves, or the name of the file that holds them.
+KvkElements ReadElements(const ScenarioValue& value) {
+  if (!value.IsText()) return ReadElementsOf(value.Object());
+  try {
+    const nlohmann::json json = ParseJsonFile(value.Path());
+    return ReadElementsOf(ScenarioValue(json, "", value.Folder()).Object());
+  } catch (const ScenarioError& error) {
+    value.Refuse(value.Path().string() + ": " + error.what());
+  }
+}
+
+KvkSupplement ReadSupplement(const ScenarioValue& value) {
+  ScenarioObject object = value.Object();
+  KvkSupplement supplement;
+  object.Take("readingDate", supplement.ReadingDate, TextOf);
+  object.Take("approvalNumber", supplement.ApprovalNumber, TextOf);
+  object.Take("checksum", supplement.Check, ReadCheck);
+  object.Finish();
+  return supplement;
+}
+
+Bytes ReadKvkData(ScenarioObject& object) {
+  const auto file = object.Find("file");
+  const auto hex = object.Find("hex");
+  const auto elements = object.Find("elements");
+  if (int{file.has_value()} + int{hex.has_value()} + int{elements.has_value()} != 1) {
+    object.Refuse("one of the keys 'elements', 'hex' and 'file' is needed");
+  }
+  if (file) return file->File();
+  if (hex) return hex->Hex();
+
+  KvkForm form = KvkForm::Automatic;
+  CheckByte check;
+  std::optional<KvkSupplement> supplement;
+  object.Take("form", form, ReadForm);
+  object.Take("checksum", check, ReadCheck);
+  object.Take("supplement", supplement, ReadSupplement);
+  try {
+    return BuildKvk(ReadElements(*elements), form, check, supplement);
+  } catch (const std::invalid_argument& error) {
+    object.Refuse(error.what());
+  }
+}
+
+KvkCard::Identifier ReadIdentifier(const ScenarioValue& value) {
+  return value.OneOf<KvkCard::Identifier>("identifier", {{"current", KvkCard::Identifier::Current},
+                                                         {"old", KvkCard::Identifier::Old},
+                                                         {"none", KvkCard::Identifier::None}});
+}
+
+KvkCard ReadKvk(const ScenarioValue& value) {
+  ScenarioObject object = value.Object();
+  Bytes data = ReadKvkData(object);
+  KvkCard::Identifier identifier = KvkCard::Identifier::Current;
+  object.Take("identifier", identifier, ReadIdentifier);
+  object.Finish();
+  return KvkCard(std::move(data), identifier);
+}
+
+}  // namespace
+
+CardImage ReadCard(const ScenarioValue& value) {
+  ScenarioObject object = value.Object();
+  CardImage card = ReadKvk(object.Get("kvk"));
+  object.Finish();
+  return card;
+}
+
+CardImage ReadRecord(const ScenarioValue& value) {
+  return ReadCard(value);
+}
+
+}  // namespace ctapi

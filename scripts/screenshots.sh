@@ -1,0 +1,16 @@
+#!/bin/sh
+# Takes pictures of every window and message box, in light and dark colours, at 100 % and 200 %,
+# into build/screenshots/. Needs no display.
+set -eu
+cd "$(dirname "$0")/.."
+
+[ -f build/release/CMakeCache.txt ] || cmake --preset release
+cmake --build --preset release --target kartocheck_screenshots
+
+export QT_QPA_PLATFORM=offscreen
+program=build/release/tests/gui/kartocheck_screenshots
+for scale in 1 2; do
+  QT_SCALE_FACTOR=$scale "$program" "build/screenshots/light_${scale}00"
+  QT_SCALE_FACTOR=$scale "$program" "build/screenshots/dark_${scale}00" --dark
+done
+echo "Pictures: build/screenshots/"

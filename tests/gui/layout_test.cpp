@@ -1,0 +1,417 @@
+#include <QAccessible>
+#include <QAction>
+#include <QApplication>
+#include <QGroupBox>
+#include <QLabel>
+#include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QSettings>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+
+#include <gtest/gtest.h>
+#include <map>
+#include <set>
+
+#include "gui/support/program.h"
+#include "support/printing.h"
+
+namespace kartocheck::test {
+namespace {
+
+QString Member(const char16_t* array, int index) {
+  return QStringView(array).toString() + u'_' + QString::number(index);
+}
+
+class LayoutTest : public testing::Test {
+ protected:
+  QAction& Entry(const char16_t* name) {
+    auto* entry = program.window.findChild<QAction*>(QStringView(name).toString());
+    if (entry == nullptr) throw std::invalid_argument("no such menu entry");
+    return *entry;
+  }
+
+  std::vector<int> VisibleFrames() {
+    std::vector<int> visible;
+    for (int frame = 0; frame < 4; ++frame) {
+      if (program.Find(Member(u"Fram_Show", frame)).isVisible()) visible.push_back(frame);
+    }
+    return visible;
+  }
+
+  // The object names that the Tab key walks through, once around from the given control.
+  QStringList TabChain(const QString& from) {
+    program.Find(from).setFocus();
+    QStringList names;
+    do {
+      names << QApplication::focusWidget()->objectName();
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    } while (QApplication::focusWidget()->objectName() != from && names.size() < 100);
+    return names;
+  }
+
+  Program program;
+};
+
+TEST_F(LayoutTest, TitleAndNameAreTheProgramsOwn) {
+  EXPECT_EQ(program.window.windowTitle(), u"KartoCheck");
+  EXPECT_EQ(program.window.objectName(), u"Form_MKT_Test");
+  EXPECT_FALSE(program.window.windowIcon().isNull());
+}
+
+TEST_F(LayoutTest, ButtonsCarryPictureAndToolTip) {
+  const std::array<const char16_t*, 6> tooltips{
+      u"Programm prüft die serielle(n) Schnittstelle(n) auf Vorhandensein eines MKT's",
+      u"Überprüft die ausgewählte Schnittstelle im Dialog",
+      u"Der MKT Status wird angezeigt",
+      u"Die Krankenversichertendaten werden angezeigt/gelesen",
+      u"Die Krankenversichertendaten werden in die Zwischenablage kopiert",
+      u"Die Anzeigefelder werden zurückgesetzt",
+  };
+  const auto& panel = program.Find(QStringLiteral("Pict_MKT_Test"));
+  std::set<qint64> pictures;
+  for (int index = 0; index < 6; ++index) {
+    const auto& button = program.Find<QToolButton>(Member(u"CmdB_MKt_Test", index));
+    EXPECT_EQ(button.toolTip(), tooltips.at(static_cast<std::size_t>(index)));
+    EXPECT_EQ(button.accessibleName(), button.toolTip());
+    EXPECT_EQ(button.parentWidget(), &panel);
+    EXPECT_FALSE(button.icon().pixmap(40).isNull());
+    pictures.insert(button.icon().cacheKey());
+  }
+  EXPECT_EQ(pictures.size(), 6U);
+}
+
+TEST_F(LayoutTest, ButtonsOfMissingFeaturesAreDisabled) {
+  for (int index = 0; index < 6; ++index) {
+    EXPECT_EQ(program.Find(Member(u"CmdB_MKt_Test", index)).isEnabled(), index >= 2) << index;
+  }
+  EXPECT_FALSE(program.Find(QStringLiteral("cmdeGK")).isEnabled());
+}
+
+TEST_F(LayoutTest, PortFrameOffersFourComPortsAtStart) {
+  const std::array<const char16_t*, 5> texts{u"COM 1 ", u"COM 2", u"COM 3", u"COM 4",
+                                             u"weitere ..."};
+  EXPECT_EQ(program.Find<QGroupBox>(QStringLiteral("Fram_Comx")).title(), u"Schnittstellen");
+  for (int member = 0; member < 5; ++member) {
+    const auto& option = program.Find<QRadioButton>(Member(u"Opti_Comx", member));
+    const auto& label = program.Find<QLabel>(Member(u"Labe_Comx", member));
+    EXPECT_EQ(label.text(), texts.at(static_cast<std::size_t>(member)));
+    EXPECT_EQ(option.isChecked(), member == 0);
+    EXPECT_EQ(option.isEnabled(), member < 4);
+    EXPECT_EQ(label.isEnabled(), member < 4);
+  }
+  EXPECT_EQ(program.Find<QListWidget>(QStringLiteral("List1")).count(), 0);
+  EXPECT_FALSE(program.Find(QStringLiteral("List1")).isEnabled());
+}
+
+TEST_F(LayoutTest, EnablePortSwitchesOptionAndLabel) {
+  for (int slot = 1; slot <= 5; ++slot) {
+    for (const bool enabled : {false, true}) {
+      program.window.EnablePort(slot, enabled);
+      EXPECT_EQ(program.Find(Member(u"Opti_Comx", slot - 1)).isEnabled(), enabled) << slot;
+      EXPECT_EQ(program.Find(Member(u"Labe_Comx", slot - 1)).isEnabled(), enabled) << slot;
+    }
+  }
+}
+
+TEST_F(LayoutTest, ClickOnThePortsTextChoosesThePort) {
+  program.Click(QStringLiteral("Labe_Comx_2"));
+  EXPECT_TRUE(program.Find<QRadioButton>(QStringLiteral("Opti_Comx_2")).isChecked());
+  EXPECT_EQ(program.module.SelectedPort, 3);
+  EXPECT_EQ(program.Text(QStringLiteral("Labl_StatusText")),
+            u"Die serielle Schnittstelle COM 3 wurde ausgewählt");
+}
+
+TEST_F(LayoutTest, ClickOnTheTextOfADisabledPortChoosesNothing) {
+  program.Click(QStringLiteral("Labe_Comx_4"));
+  EXPECT_TRUE(program.Find<QRadioButton>(QStringLiteral("Opti_Comx_0")).isChecked());
+  EXPECT_EQ(program.module.SelectedPort, 1);
+}
+
+TEST_F(LayoutTest, ArrowKeysChooseThePort) {
+  program.Find(QStringLiteral("Opti_Comx_0")).setFocus();
+  program.Press(QStringLiteral("Opti_Comx_0"), Qt::Key_Down);
+  EXPECT_TRUE(program.Find<QRadioButton>(QStringLiteral("Opti_Comx_1")).isChecked());
+  EXPECT_EQ(program.module.CurrentPort, 2);
+}
+
+TEST_F(LayoutTest, DataFrameIsEmptyAtStart) {
+  const std::array<const char16_t*, 18> labels{
+      u"Krankenkassenname:",
+      u"Krankenkassennummer:",
+      u"Versichertennummer:",
+      u"VKNR:",
+      u"Versichertenstatus:",
+      u"Statusergänzung:",
+      u"Titel:",
+      u"Vorname:",
+      u"Namenszusatz:",
+      u"Familienname:",
+      u"Geburtsdatum:",
+      u"Straße:",
+      u"Wohnsitzländercode:",
+      u"Postleitzahl:",
+      u"Ortsname:",
+      u"Gültigkeitsdatum:",
+      u"Einlesedatum:",
+      u"Zulassungsnummer:",
+  };
+  EXPECT_EQ(program.Find<QGroupBox>(QStringLiteral("Fram_Show_3")).title(),
+            u"Krankenversicherten Kartendaten");
+  for (int row = 0; row < 18; ++row) {
+    EXPECT_EQ(program.Text(Member(u"Labl_Name", row)), labels.at(static_cast<std::size_t>(row)));
+    EXPECT_EQ(program.Text(Member(u"Labl_Wert", row)), u"");
+  }
+}
+
+TEST_F(LayoutTest, StatusTabsNameTheirRows) {
+  const std::array<const char16_t*, 8> labels{
+      u"Serielle Schnittstelle:", u"Baudrate:",      u"PKT Modell:",    u"Hersteller:", u"CT-Typ:",
+      u"Software Version:",       u"Ausgabemedium:", u"PnP Device ID:",
+  };
+  const std::array<const char16_t*, 5> titles{u"COM 1", u"COM 2", u"COM 3", u"COM 4",
+                                              u"weitere ..."};
+  const auto& tabs = program.Find<QTabWidget>(QStringLiteral("TabStrip1"));
+  ASSERT_EQ(tabs.count(), 5);
+  for (int tab = 0; tab < 5; ++tab) {
+    EXPECT_EQ(tabs.tabText(tab), titles.at(static_cast<std::size_t>(tab)));
+    const auto& frame = program.Find<QGroupBox>(Member(u"Fram_Tab1", tab));
+    EXPECT_EQ(frame.title(), u"Status");
+    EXPECT_TRUE(tabs.widget(tab)->isAncestorOf(&frame));
+    for (int row = 0; row < 8; ++row) {
+      const QString name = Member(u"Labe_Status", tab) + u'_' + QString::number(row);
+      const bool furtherPort = tab == 4 && row == 0;
+      EXPECT_EQ(program.Text(name),
+                furtherPort ? u"Schnittstelle:" : labels.at(static_cast<std::size_t>(row)));
+      const QString value = Member(u"Labl_Status", tab) + u'_' + QString::number(row);
+      EXPECT_TRUE(frame.isAncestorOf(&program.Find(value)));
+    }
+  }
+}
+
+TEST_F(LayoutTest, WaitFrameTellsWhatIsDone) {
+  EXPECT_EQ(program.Text(QStringLiteral("Labe_Warten_0")), u"Bitte warten !");
+  EXPECT_EQ(program.Text(QStringLiteral("Labe_Warten_1")),
+            u"Programm prüft die serielle(n) Schnittstelle(n)");
+  EXPECT_EQ(program.Text(QStringLiteral("Labe_Warten_2")), u"auf Vorhandensein eines");
+  EXPECT_EQ(program.Text(QStringLiteral("Labe_Warten_3")),
+            u"multifunktionalen Karten-Terminals (MKT).");
+  EXPECT_EQ(program.Text(QStringLiteral("Labe_Dialog")),
+            u"Überprüft die ausgewählte Schnittstelle im Dialog");
+}
+
+TEST_F(LayoutTest, OneFrameIsVisibleAtATime) {
+  EXPECT_EQ(VisibleFrames(), std::vector<int>{3});
+  for (const int frame : {0, 1, 2, 3, 1, 0}) {
+    EXPECT_TRUE(program.window.ShowFrameX(frame));
+    EXPECT_EQ(VisibleFrames(), std::vector<int>{frame});
+  }
+}
+
+TEST_F(LayoutTest, ShowingTheVisibleFrameChangesNothing) {
+  EXPECT_FALSE(program.window.ShowFrameX(3));
+  EXPECT_EQ(VisibleFrames(), std::vector<int>{3});
+}
+
+TEST_F(LayoutTest, AFrameIsShownWhereNoneWasVisible) {
+  program.Find(QStringLiteral("Fram_Show_3")).hide();
+  EXPECT_TRUE(program.window.ShowFrameX(2));
+  EXPECT_EQ(VisibleFrames(), std::vector<int>{2});
+}
+
+TEST_F(LayoutTest, ThereIsNoFrameOutsideOfZeroToThree) {
+  for (const int frame : {-1, 4, 32'767}) {
+    EXPECT_FALSE(program.window.ShowFrameX(frame));
+    EXPECT_EQ(VisibleFrames(), std::vector<int>{3});
+  }
+}
+
+TEST_F(LayoutTest, MenusHaveTheirEntries) {
+  const std::map<const char16_t*, const char16_t*> texts{
+      {u"mnuValidierung", u"&Validierung"},
+      {u"mnuSchema_0", u"UC_allgemeineVersicherungsdatenXSD"},
+      {u"mnuSchema_1", u"UC_PersoenlicheVersichertendatenXSD"},
+      {u"mnuSchema_2", u"UC_geschuetzteVersichertendatenXSD"},
+      {u"mnuBeenden", u"&Beenden"},
+      {u"mnuBenutzerInformation", u"Ben&utzer Information"},
+      {u"mnuInfo", u"Inf&o..."},
+      {u"mnuPruefbericht", u"Prüfbericht &kopieren"},
+  };
+  for (const auto& [name, text] : texts) EXPECT_EQ(Entry(name).text(), text);
+  EXPECT_EQ(program.Find<QMenu>(QStringLiteral("mnuDatei")).title(), u"&Datei");
+  EXPECT_EQ(program.Find<QMenu>(QStringLiteral("mnuHilfe")).title(), u"&Hilfe");
+  EXPECT_EQ(program.Find<QMenu>(QStringLiteral("mnuSchema")).title(), u"&Neues Schema laden");
+  EXPECT_TRUE(Entry(u"mnuValidierung").isCheckable());
+  EXPECT_FALSE(Entry(u"mnuValidierung").isChecked());
+}
+
+TEST_F(LayoutTest, MenuEntriesOfMissingFeaturesAreDisabled) {
+  for (const auto* name : {u"mnuValidierung", u"mnuSchema_0", u"mnuSchema_1", u"mnuSchema_2",
+                           u"mnuBenutzerInformation", u"mnuInfo", u"mnuPruefbericht"}) {
+    EXPECT_FALSE(Entry(name).isEnabled()) << QStringView(name).toString().toStdString();
+  }
+  EXPECT_FALSE(program.Find(QStringLiteral("mnuSchema")).isEnabled());
+  EXPECT_TRUE(Entry(u"mnuBeenden").isEnabled());
+}
+
+TEST_F(LayoutTest, StatusBarHoldsTextAndProgress) {
+  const auto& bar = program.Find<QStatusBar>(QStringLiteral("StatusBar1"));
+  EXPECT_EQ(program.Text(QStringLiteral("Labl_Status")), u"Status:");
+  EXPECT_TRUE(bar.isAncestorOf(&program.Find(QStringLiteral("Labl_StatusText"))));
+  const auto& progress = program.Find<QProgressBar>(QStringLiteral("ProgressBar1"));
+  const std::pair<int, int> rows[] = {{0, 0}, {50, 50}, {100, 100}, {120, 100}, {-1, 0}};
+  for (const auto& [percent, shown] : rows) {
+    program.window.ShowProgress(percent);
+    EXPECT_EQ(progress.value(), shown);
+  }
+}
+
+TEST_F(LayoutTest, StatusTextKeepsItsBlanks) {
+  const QString text =
+      QStringLiteral("An COM         Chipkartenleser möglich. Mit               Taste fortfahren.");
+  program.window.ShowStatusText(text);
+  EXPECT_EQ(program.Text(QStringLiteral("Labl_StatusText")), text);
+}
+
+TEST_F(LayoutTest, EveryControlHasAnAccessibleName) {
+  int checked = 0;
+  for (QWidget* widget : program.window.findChildren<QWidget*>()) {
+    const bool lamp = widget->objectName().startsWith(u"Shap_Lampe");
+    if ((widget->focusPolicy() & Qt::TabFocus) == 0 && !lamp) continue;
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_FALSE(accessible->text(QAccessible::Name).trimmed().isEmpty())
+        << widget->metaObject()->className() << " " << widget->objectName().toStdString();
+    ++checked;
+  }
+  // Buttons, options, list, eGK button, tab strip, status text aside: 18 + 40 value fields, lamps.
+  EXPECT_GE(checked, 6 + 5 + 1 + 1 + 1 + 58 + 2);
+}
+
+TEST_F(LayoutTest, TabKeyWalksFromButtonsToPortsToData) {
+  QStringList expected;
+  for (int index = 2; index < 6; ++index) expected << Member(u"CmdB_MKt_Test", index);
+  expected << QStringLiteral("Opti_Comx_0");
+  for (int row = 0; row < 18; ++row) expected << Member(u"Labl_Wert", row);
+  EXPECT_EQ(TabChain(QStringLiteral("CmdB_MKt_Test_2")).join(u' '), expected.join(u' '));
+}
+
+TEST_F(LayoutTest, TabKeyWalksThroughTheStatusTab) {
+  (void)program.window.ShowFrameX(2);
+  QStringList expected;
+  for (int index = 2; index < 6; ++index) expected << Member(u"CmdB_MKt_Test", index);
+  expected << QStringLiteral("Opti_Comx_0") << QStringLiteral("qt_tabwidget_tabbar");
+  for (int row = 0; row < 8; ++row) expected << Member(u"Labl_Status_0", row);
+  EXPECT_EQ(TabChain(QStringLiteral("CmdB_MKt_Test_2")).join(u' '), expected.join(u' '));
+}
+
+TEST_F(LayoutTest, NoMnemonicIsGivenTwice) {
+  std::map<QKeySequence, QString> taken;
+  const auto take = [&](const QString& text) {
+    const QKeySequence key = QKeySequence::mnemonic(text);
+    ASSERT_FALSE(key.isEmpty()) << text.toStdString();
+    EXPECT_TRUE(taken.emplace(key, text).second) << text.toStdString();
+  };
+  for (int index = 0; index < 6; ++index) {
+    take(program.Find<QToolButton>(Member(u"CmdB_MKt_Test", index)).text());
+  }
+  for (const QAction* menu : program.window.menuBar()->actions()) take(menu->text());
+}
+
+TEST_F(LayoutTest, MnemonicPressesTheButton) {
+  QTest::keyClick(&program.window, Qt::Key_S, Qt::AltModifier);
+  // Qt shows the button pressed for a moment first.
+  EXPECT_TRUE(WaitUntil([&] { return VisibleFrames() == std::vector<int>{2}; }));
+  EXPECT_EQ(program.Text(QStringLiteral("Labl_StatusText")), u"Der MKT Status wird angezeigt");
+}
+
+TEST_F(LayoutTest, SpaceAndEnterPressTheFocusedButton) {
+  for (const auto key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+    (void)program.window.ShowFrameX(3);
+    program.Find(QStringLiteral("CmdB_MKt_Test_2")).setFocus();
+    program.Press(QStringLiteral("CmdB_MKt_Test_2"), key);
+    EXPECT_EQ(VisibleFrames(), std::vector<int>{2}) << key;
+  }
+}
+
+// Every text that is not wrapped has the room it asks for.
+void ExpectNothingCut(QWidget& window) {
+  int checked = 0;
+  for (const auto* label : window.findChildren<QLabel*>()) {
+    if (!label->isVisible() || label->wordWrap()) continue;
+    EXPECT_GE(label->width(), label->sizeHint().width()) << label->text().toStdString();
+    EXPECT_GE(label->height(), label->minimumSizeHint().height()) << label->text().toStdString();
+    ++checked;
+  }
+  for (const auto* button : window.findChildren<QAbstractButton*>()) {
+    const bool own = button->isVisible() && !button->objectName().startsWith(u"Scroll");
+    if (!own || button->objectName().isEmpty()) continue;
+    EXPECT_GE(button->width(), button->minimumSizeHint().width()) << button->text().toStdString();
+    ++checked;
+  }
+  EXPECT_GE(checked, 18 + 6);
+}
+
+TEST_F(LayoutTest, NothingIsCut) {
+  ExpectNothingCut(program.window);
+}
+
+TEST_F(LayoutTest, NothingIsCutWithALargeFont) {
+  const QSize before = program.window.sizeHint();
+  QFont font = QApplication::font();
+  font.setPointSizeF(font.pointSizeF() * 1.8);
+  program.window.setFont(font);
+  program.window.resize(program.window.sizeHint());
+  ASSERT_TRUE(WaitUntil([&] { return program.window.sizeHint().height() > before.height(); }));
+  program.window.resize(program.window.sizeHint());
+  QApplication::processEvents();
+  ExpectNothingCut(program.window);
+}
+
+TEST_F(LayoutTest, DataFieldsGrowWithTheWindow) {
+  const int before = program.Find(QStringLiteral("Labl_Wert_0")).width();
+  program.window.resize(program.window.size() + QSize(300, 0));
+  QApplication::processEvents();
+  EXPECT_GE(program.Find(QStringLiteral("Labl_Wert_0")).width(), before + 290);
+}
+
+TEST(SimulationMarkTest, StandsInTheStatusBarWhenTerminalsAreSimulated) {
+  Program program("", {.simulation = true});
+  auto& mark = program.Find<QLabel>(QStringLiteral("Labl_Simulation"));
+  EXPECT_EQ(mark.text(), u"Simulation");
+  EXPECT_TRUE(program.Find(QStringLiteral("StatusBar1")).isAncestorOf(&mark));
+  program.window.ShowStatusText(QStringLiteral("Die Krankenversichertendaten lesen"));
+  EXPECT_TRUE(mark.isVisible());
+}
+
+TEST(SimulationMarkTest, IsMissingWithRealTerminals) {
+  const Program program;
+  EXPECT_EQ(program.window.findChild<QLabel*>(QStringLiteral("Labl_Simulation")), nullptr);
+}
+
+TEST(WindowSizeTest, IsRememberedFromOneStartToTheNext) {
+  const QTemporaryDir folder;
+  QSettings settings(folder.filePath(QStringLiteral("kartocheck.ini")), QSettings::IniFormat);
+  const Form_MKT_Test::Options options{.settings = &settings};
+  QSize left;
+  {
+    Program program("", options);
+    program.window.resize(program.window.size() - QSize(0, 60));
+    left = program.window.size();
+    program.window.CloseNow();
+  }
+  const Program program("", options);
+  EXPECT_EQ(program.window.size(), left);
+}
+
+}  // namespace
+}  // namespace kartocheck::test

@@ -1,0 +1,117 @@
+#include "ui/message_boxes.h"
+
+#include <QMessageBox>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include "gui/support/box_answerer.h"
+#include "support/printing.h"
+
+namespace kartocheck::test {
+namespace {
+
+class MessageBoxesTest : public testing::Test {
+ protected:
+  QWidget window;
+  MessageBoxes boxes{window};
+};
+
+TEST_F(MessageBoxesTest, MessagesHaveTitleTextIconAndOk) {
+  const std::pair<Icon, QMessageBox::Icon> rows[] = {
+      {Icon::Information, QMessageBox::Information},
+      {Icon::Question, QMessageBox::Question},
+      {Icon::Exclamation, QMessageBox::Warning},
+      {Icon::Critical, QMessageBox::Critical},
+  };
+  for (const auto& [icon, shown] : rows) {
+    BoxAnswerer user({PressButton(QMessageBox::Ok)});
+    boxes.Tell(icon, QStringLiteral(" KartoCheck "), QStringLiteral(" ERASE BINARY Error! "));
+    const SeenBox& box = user.seen.at(0);
+    EXPECT_EQ(box.title, u" KartoCheck ");
+    EXPECT_EQ(box.text, u" ERASE BINARY Error! ");
+    EXPECT_EQ(box.icon, shown);
+    EXPECT_EQ(box.buttons, QStringList{QStringLiteral("OK")});
+  }
+}
+
+TEST_F(MessageBoxesTest, LinesAndBlanksAreKept) {
+  BoxAnswerer user({PressKey(Qt::Key_Escape)});
+  boxes.Tell(Icon::Critical, QStringLiteral("Beendet KartoCheck "),
+             QStringLiteral("\r\n\r\n Zeile 1 \r\n\r\n                          Zeile 2 "));
+  EXPECT_EQ(user.seen.at(0).title, u"Beendet KartoCheck ");
+  EXPECT_EQ(user.seen.at(0).text, u"\n\n Zeile 1 \n\n                          Zeile 2 ");
+}
+
+TEST_F(MessageBoxesTest, MarkupIsShownAsItIs) {
+  BoxAnswerer user({PressKey(Qt::Key_Escape)});
+  const QString text = QStringLiteral("<b>x</b> a & b &amp; <img src='http://example.org/'>");
+  boxes.Tell(Icon::Information, QStringLiteral("<i>"), text);
+  EXPECT_EQ(user.seen.at(0).text, text);
+  EXPECT_EQ(user.seen.at(0).title, u"<i>");
+  EXPECT_EQ(user.seen.at(0).format, Qt::PlainText);
+}
+
+struct QuestionRow {
+  const char* description;
+  Buttons buttons;
+  Answer preselected;
+  BoxAnswerer::Step step;
+  Answer answer;
+  const char16_t* highlighted;
+};
+
+TEST_F(MessageBoxesTest, QuestionsGiveTheAnswerOfTheButton) {
+  const QuestionRow rows[] = {
+      {"Yes is pressed", Buttons::YesNo, Answer::No, PressButton(QMessageBox::Yes), Answer::Yes,
+       u"Nein"},
+      {"No is pressed", Buttons::YesNo, Answer::Yes, PressButton(QMessageBox::No), Answer::No,
+       u"Ja"},
+      {"Enter takes the preselected Yes", Buttons::YesNo, Answer::Yes, PressKey(Qt::Key_Return),
+       Answer::Yes, u"Ja"},
+      {"Enter takes the preselected No", Buttons::YesNo, Answer::No, PressKey(Qt::Key_Return),
+       Answer::No, u"Nein"},
+      {"Escape is No", Buttons::YesNo, Answer::Yes, PressKey(Qt::Key_Escape), Answer::No, u"Ja"},
+      {"the close box is No", Buttons::YesNo, Answer::Yes, CloseBox(), Answer::No, u"Ja"},
+      {"a box taken away is No", Buttons::YesNo, Answer::Yes,
+       [](QMessageBox& box) { box.reject(); }, Answer::No, u"Ja"},
+      {"Ok is pressed", Buttons::OkCancel, Answer::Cancel, PressButton(QMessageBox::Ok), Answer::Ok,
+       u"Abbrechen"},
+      {"Cancel is pressed", Buttons::OkCancel, Answer::Ok, PressButton(QMessageBox::Cancel),
+       Answer::Cancel, u"OK"},
+      {"Enter takes the preselected Cancel", Buttons::OkCancel, Answer::Cancel,
+       PressKey(Qt::Key_Return), Answer::Cancel, u"Abbrechen"},
+      {"Escape is Cancel", Buttons::OkCancel, Answer::Ok, PressKey(Qt::Key_Escape), Answer::Cancel,
+       u"OK"},
+      {"the close box is Cancel", Buttons::OkCancel, Answer::Ok, CloseBox(), Answer::Cancel, u"OK"},
+  };
+  for (const QuestionRow& row : rows) {
+    BoxAnswerer user({row.step});
+    const Answer answer = boxes.Ask({.title = QStringLiteral(" KartoCheck "),
+                                     .text = QStringLiteral(" Noch einmal versuchen? "),
+                                     .icon = Icon::Exclamation,
+                                     .buttons = row.buttons,
+                                     .preselected = row.preselected});
+    EXPECT_EQ(answer, row.answer) << row.description;
+    const SeenBox& box = user.seen.at(0);
+    EXPECT_EQ(box.preselected, row.highlighted) << row.description;
+    EXPECT_EQ(box.icon, QMessageBox::Warning) << row.description;
+    EXPECT_EQ(box.buttons.size(), 2) << row.description;
+  }
+}
+
+TEST_F(MessageBoxesTest, TheLongestLineIsNotWrapped) {
+  const QString line =
+      QStringLiteral(" Nach Durchführen eines Lesetests an einem Vedra F/Serie Delta/Sigma Gerät ");
+  int lines = 0;
+  BoxAnswerer user({[&](QMessageBox& box) {
+    const auto* label = box.findChild<QWidget*>(QStringLiteral("qt_msgbox_label"));
+    lines = label->height() / label->fontMetrics().lineSpacing();
+    box.close();
+  }});
+  boxes.Tell(Icon::Information, QString(), line);
+  EXPECT_EQ(lines, 1);
+}
+
+}  // namespace
+}  // namespace kartocheck::test

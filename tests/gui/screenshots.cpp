@@ -1,0 +1,153 @@
+// Takes a picture of the window in each of its states: kartocheck_screenshots FOLDER [--dark].
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QMessageBox>
+#include <QPalette>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QTimer>
+
+#include <cstdio>
+
+#include "gui/support/practice.h"
+#include "gui/support/program.h"
+#include "ui/german_texts.h"
+
+namespace kartocheck::test {
+namespace {
+
+QPalette DarkPalette() {
+  const QColor window(45, 47, 51);
+  const QColor text(232, 234, 237);
+  const QColor faded(130, 134, 140);
+  QPalette palette(QColor(58, 61, 66), window);
+  palette.setColor(QPalette::WindowText, text);
+  palette.setColor(QPalette::Base, QColor(30, 32, 35));
+  palette.setColor(QPalette::AlternateBase, window);
+  palette.setColor(QPalette::Text, text);
+  palette.setColor(QPalette::ButtonText, text);
+  palette.setColor(QPalette::ToolTipBase, window);
+  palette.setColor(QPalette::ToolTipText, text);
+  palette.setColor(QPalette::Highlight, QColor(53, 132, 228));
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(QPalette::Disabled, role, faded);
+  }
+  return palette;
+}
+
+class Album {
+ public:
+  explicit Album(const QDir& folder) : folder_(folder) {}
+
+  void Add(QWidget& widget, const QString& name) {
+    // The platform's screen is small; the window is to be seen as it wants to be.
+    if (widget.inherits("QMainWindow")) widget.resize(widget.sizeHint());
+    // Layouts inside of scroll areas settle in several rounds.
+    for (int round = 0; round < 4; ++round) QCoreApplication::processEvents();
+    const QString file = folder_.filePath(name + u".png");
+    if (!widget.grab().save(file)) qFatal("cannot write %s", qPrintable(file));
+  }
+
+  // A picture of the next message box, which is then closed.
+  void AddNextBox(const QString& name, QMessageBox::StandardButton answer) {
+    QTimer::singleShot(0, qApp, [this, name, answer] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (box == nullptr) return AddNextBox(name, answer);
+      Add(*box, name);
+      box->button(answer)->click();
+    });
+  }
+
+ private:
+  QDir folder_;
+};
+
+void TakeDataFrame(Album& album) {
+  Program program(practice::Identification(1) + practice::CardRead(1, practice::AnnesCard));
+  album.Add(program.window, QStringLiteral("start"));
+  program.library.beforeExchange = [&](int exchange) {
+    if (exchange == 4) album.Add(program.window, QStringLiteral("lesen"));
+  };
+  program.Click(QStringLiteral("CmdB_MKt_Test_3"));
+  album.Add(program.window, QStringLiteral("kvk_karte"));
+  program.Click(QStringLiteral("CmdB_MKt_Test_2"));
+  album.Add(program.window, QStringLiteral("mkt_status"));
+}
+
+void TakeMobileRecord(Album& album) {
+  Program program(
+      practice::MobileIdentification(3) + practice::MobileRead(3, practice::JoergsRecord),
+      {.simulation = true});
+  program.Click(QStringLiteral("Opti_Comx_2"));
+  album.AddNextBox(QStringLiteral("frage_loeschen"), QMessageBox::Yes);
+  program.Click(QStringLiteral("CmdB_MKt_Test_3"));
+  album.Add(program.window, QStringLiteral("kvk_mobil"));
+}
+
+void TakeFrames(Album& album) {
+  Program program;
+  (void)program.window.ShowFrameX(0);
+  program.window.ShowStatusText(QStringLiteral("Programm prüft die serielle Schnittstelle COM 2"));
+  program.window.ShowProgress(40);
+  album.Add(program.window, QStringLiteral("warten"));
+  (void)program.window.ShowFrameX(1);
+  album.Add(program.window, QStringLiteral("dialog"));
+  (void)program.window.ShowFrameX(3);
+  DataFrame frame = EmptyDataFrame();
+  for (int row = 0; row < DataRowCount; ++row) {
+    frame.values[static_cast<std::size_t>(row)] =
+        QStringLiteral(
+            "Lange Angabe mit Umlauten ÄÖÜäöüß & Zeichen <b>wie</b> diesen, die "
+            "sich über mehr als eine Zeile zieht")
+            .left(97);
+  }
+  program.window.ShowData(frame);
+  album.Add(program.window, QStringLiteral("lange_werte"));
+}
+
+void TakeBoxes(Album& album) {
+  Program program;
+  album.AddNextBox(QStringLiteral("frage_beenden"), QMessageBox::No);
+  program.window.close();
+  const std::pair<Icon, QString> icons[] = {
+      {Icon::Information, QStringLiteral("hinweis")},
+      {Icon::Exclamation, QStringLiteral("warnung")},
+      {Icon::Critical, QStringLiteral("fehler")},
+  };
+  for (const auto& [icon, name] : icons) {
+    album.AddNextBox(name, QMessageBox::Ok);
+    program.window.Boxes().Tell(
+        icon, Dialogs::Title.toString(),
+        QStringLiteral(" Lesen der Krankenversichertendaten von der Karte nicht möglich! \r\n"
+                       " Kommunikationsfehler ! "));
+  }
+}
+
+int Run(const QStringList& arguments) {
+  if (arguments.size() < 2) {
+    std::fputs("usage: kartocheck_screenshots FOLDER [--dark]\n", stderr);
+    return 2;
+  }
+  const QDir folder(arguments.at(1));
+  if (!folder.mkpath(QStringLiteral("."))) qFatal("cannot make the folder");
+  if (arguments.contains(QStringLiteral("--dark"))) QApplication::setPalette(DarkPalette());
+  Album album(folder);
+  TakeDataFrame(album);
+  TakeMobileRecord(album);
+  TakeFrames(album);
+  TakeBoxes(album);
+  return 0;
+}
+
+}  // namespace
+}  // namespace kartocheck::test
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  QApplication::setStyle(QStringLiteral("fusion"));
+  kartocheck::InstallGermanTexts(application);
+  return kartocheck::test::Run(QApplication::arguments());
+}
