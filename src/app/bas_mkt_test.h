@@ -80,6 +80,9 @@ class Bas_MKT_Test {
   // What the system knows of the port on a slot.
   [[nodiscard]] QString IdentificationOf(int slot) const;
 
+  // Why a port cannot be used and what to do about it; empty where nothing is known.
+  [[nodiscard]] QString HintFor(int pn) const { return directory_.HintFor(pn); }
+
   // Is a card or record ready? 1 when it is or the user was told why not, 0 otherwise.
   [[nodiscard]] std::int16_t StatusCheck(int pn);
 

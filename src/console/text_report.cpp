@@ -31,6 +31,34 @@ QString DescriptionOf(const PortReport& report) {
   return text.isEmpty() ? PortDescription(report.pn, false) : text;
 }
 
+constexpr PerVsdKind<QStringView> DocumentTitles{{{
+    u"Persönliche Versichertendaten:",
+    u"Allgemeine Versicherungsdaten:",
+    u"Geschützte Versichertendaten:",
+}}};
+
+void WriteDocument(std::ostream& out, QStringView title, const VsdDocument& document) {
+  if (document.IsEmpty()) return;
+  out << "\n  " << Printable(title.toString()) << '\n';
+  for (const VsdField& field : document.fields) {
+    WriteRow(out, QString(u"  " + field.name), field.value);
+  }
+  const QString validation = QString(document.validationText)
+                                 .replace(QStringLiteral("\r\n"), QStringLiteral(" "))
+                                 .simplified();
+  WriteRow(out, u"  Validierung:", validation);
+}
+
+// What the eGK holds besides the fields that it shares with the KVK.
+void WriteEgk(std::ostream& out, const EgkData& egk) {
+  for (const VsdKind kind : {VsdKind::Pd, VsdKind::Vd, VsdKind::Gvd}) {
+    WriteDocument(out, DocumentTitles[kind], egk.documents[kind]);
+  }
+  out << '\n';
+  WriteRow(out, u"ICCSN:", egk.iccsn);
+  WriteRow(out, u"EF.StatusVD:", egk.statusText + egk.stored.statusText);
+}
+
 }  // namespace
 
 std::string Printable(const QString& text) {
@@ -60,6 +88,9 @@ void WritePort(std::ostream& out, const PortReport& report) {
       WriteRow(out, frame.labels[row], frame.values[row]);
     }
   }
+  if (!report.egk.IsEmpty()) WriteEgk(out, report.egk);
+  WriteRow(out, u"PnP Device ID:", report.identification);
+  WriteRow(out, u"Hinweis:", report.hint);
   out << '\n';
   out.flush();
 }

@@ -15,12 +15,12 @@ class PortDirectory {
   // is known to be in the way.
   [[nodiscard]] virtual QString HintFor(int pn) const = 0;
 
+  virtual ~PortDirectory() = default;
   PortDirectory(const PortDirectory&) = delete;
   PortDirectory& operator=(const PortDirectory&) = delete;
 
  protected:
   PortDirectory() = default;
-  virtual ~PortDirectory() = default;
 };
 
 }  // namespace kartocheck

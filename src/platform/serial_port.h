@@ -41,12 +41,12 @@ class SerialPort {
   // Everything that has come since the buffer was emptied.
   [[nodiscard]] virtual QByteArray Received() = 0;
 
+  virtual ~SerialPort() = default;
   SerialPort(const SerialPort&) = delete;
   SerialPort& operator=(const SerialPort&) = delete;
 
  protected:
   SerialPort() = default;
-  virtual ~SerialPort() = default;
 };
 
 }  // namespace kartocheck

@@ -113,8 +113,6 @@ void TestFlow::FullScan() {
 
 void TestFlow::ScanComPorts() {
   for (int pn = 1; pn <= ComPortCount && !module_.ExitRequested; ++pn) {
-    ShowStatusText(status_text::ScanCom[static_cast<std::size_t>(pn - 1)]);
-    ShowProgress(progress_ + ScanStep);
     ScanPort(pn);
   }
 }
@@ -128,7 +126,12 @@ void TestFlow::ScanFurtherPorts() {
 }
 
 void TestFlow::ScanPort(int pn) {
-  if (pn > ComPortCount) UseFurtherPort(pn);
+  if (pn <= ComPortCount) {
+    ShowStatusText(status_text::ScanCom[static_cast<std::size_t>(pn - 1)]);
+    ShowProgress(progress_ + ScanStep);
+  } else {
+    UseFurtherPort(pn);
+  }
   module_.Terminals[SlotOf(pn)].Answered = false;
   CheckAndOffer(pn);
   if (module_.Terminals[SlotOf(pn)].Answered) {
