@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <ostream>
 
-#include "discovery/terminal_identification.h"
+#include "discovery/port_names.h"
+#include "terminal/slot.h"
 #include "ui/main_window/data_frame.h"
 
 namespace kartocheck {
@@ -20,15 +21,12 @@ void WriteRow(std::ostream& out, QStringView label, const QString& value) {
 QString Verdict(const PortReport& report) {
   if (!report.terminal.Answered) {
     const QString model = report.terminal.ModelName.Trimmed();
-    return model.isEmpty() ? QStringLiteral("kein Chipkartenleser") : model;
+    if (!model.isEmpty()) return model;
+    const QString port = report.port.PortText.Trimmed();
+    return port.isEmpty() ? QStringLiteral("Kein Chipkartenleser") : port;
   }
   return report.terminal.ModelName.Trimmed() + u", " +
          (report.terminal.DataRead ? u"Daten gelesen" : u"keine Daten gelesen");
-}
-
-QString DescriptionOf(const PortReport& report) {
-  const QString text = report.port.PortText.Trimmed();
-  return text.isEmpty() ? PortDescription(report.pn, false) : text;
 }
 
 constexpr PerVsdKind<QStringView> DocumentTitles{{{
@@ -74,7 +72,11 @@ std::string Printable(const QString& text) {
 
 void WritePort(std::ostream& out, const PortReport& report) {
   const TerminalInfo& terminal = report.terminal;
-  out << Printable(DescriptionOf(report)) << '\n';
+  out << Printable(PortLine(report.pn)) << '\n';
+  WriteRow(out,
+           IsUsbPort(report.pn) ? QStringView(u"Schnittstelle:")
+                                : QStringView(u"Serielle Schnittstelle:"),
+           report.port.PortText.Trimmed());
   WriteRow(out, u"Baudrate:", report.port.AvailText.Trimmed());
   WriteRow(out, u"PKT Modell:", terminal.ModelName.Trimmed());
   WriteRow(out, u"Hersteller:", terminal.ManufacturerId.Trimmed());
@@ -98,7 +100,7 @@ void WritePort(std::ostream& out, const PortReport& report) {
 void WritePortTable(std::ostream& out, const std::vector<PortReport>& reports) {
   out << "Schnittstellen\n";
   for (const PortReport& report : reports) {
-    WriteRow(out, DescriptionOf(report), Verdict(report));
+    WriteRow(out, PortLine(report.pn), Verdict(report));
   }
   out.flush();
 }
