@@ -11,7 +11,7 @@ namespace kartocheck {
 
 namespace {
 
-constexpr int LabelWidth = 26;
+constexpr int LabelWidth = 32;
 
 void WriteRow(std::ostream& out, QStringView label, const QString& value) {
   if (value.isEmpty()) return;
