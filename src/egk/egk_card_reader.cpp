@@ -24,6 +24,11 @@ constexpr int StatusLength = 25;
 // READ BINARY addresses 15 bits of offset.
 constexpr int LargestOffset = 0x7FFF;
 
+constexpr QStringView NoAccessRights =
+    u"Lesen geschützter Versichertendaten (EF.GVD) nicht möglich! ";
+constexpr QStringView NoUnlocking =
+    u"Eine Freischaltung z.B. durch PIN Eingabe wird durch KartoCheck nicht unterstützt!";
+
 // One read of a card. A section reports its own failure and the read goes on with the next section,
 // unless the section says that it has to stop.
 class CardRead {
@@ -194,9 +199,7 @@ void CardRead::ReadProtectedFile() {
   }
   const BinaryRead header = CtExchangeFile(with_.link, 0, 2);
   if (header.result == BinaryRead::AccessDenied) {
-    return Tell(Lines({u"Lesen geschützter Versichertendaten (EF.GVD) nicht möglich! ",
-                       u"Eine Freischaltung z.B. durch PIN Eingabe wird durch KartoCheck nicht "
-                       u"unterstützt!"}));
+    return Tell(Lines({NoAccessRights, NoUnlocking}));
   }
   if (!header.Succeeded() || header.bytes.size() < 2) {
     return Tell(QStringLiteral("Read EF GVD war nicht erfolgreich!"));

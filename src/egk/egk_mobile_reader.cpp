@@ -28,6 +28,9 @@ constexpr StoredFile EfPd{0x8100, 850};
 constexpr StoredFile EfVd{0x8200, 1250};
 constexpr StoredFile EfGvd{0x8300, 600};
 
+constexpr QStringView NoGvdStored =
+    u"Zu diesem Datensatz wurden keine geschützten Versichertendaten (GVD) gespeichert!";
+
 // The block behind a length of two bytes; empty where the length does not fit the file.
 QByteArray BlockBehindLength(const QByteArray& file) {
   const int length = NumberAt(file, 0);
@@ -47,6 +50,7 @@ class RecordRead {
   explicit RecordRead(const EgkTarget& target) : with_(target) {}
 
   [[nodiscard]] std::int16_t Run() {
+    with_.egk.stored = {};
     if (SelectHca(with_, QStringLiteral("Das Kommando Select DF HCA war nicht erfolgreich!")) !=
         HcaSelection::Selected) {
       return Stopped;
@@ -144,9 +148,8 @@ void RecordRead::ReadGvd() {
   const BinaryRead read = Read(EfGvd);
   if (read.bytes.isEmpty()) {
     return Note(read.statusWord == status_word::FileNotFound
-                    ? u"Zu diesem Datensatz wurden keine geschützten Versichertendaten (GVD) "
-                      u"gespeichert!"
-                    : u"Read EF GVD war nicht erfolgreich!");
+                    ? NoGvdStored
+                    : QStringView(u"Read EF GVD war nicht erfolgreich!"));
   }
   gvd_ = BlockBehindLength(read.bytes);
   if (gvd_.isEmpty()) Note(u"Keine gültigen Daten in EF GVD ");

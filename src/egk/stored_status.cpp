@@ -72,12 +72,16 @@ QString TextOfHex(QStringView value) {
   return TextOf(hex::Decode(value).value_or(QByteArray()));
 }
 
+// A sign or a blank, which a number may begin with, is no part of a date.
+bool IsDigit(QChar character) {
+  return character >= u'0' && character <= u'9';
+}
+
 // TT.MM.JJJJ of a date in either order, told apart by the month's place; empty where it is neither.
 QString ConvertedDate(const QString& date) {
-  bool isNumber = false;
-  const int fifthAndSixth = date.mid(4, 2).toInt(&isNumber);
-  if (date.size() != DateCharacters || !isNumber) return {};
-  if (fifthAndSixth > 12) return date.mid(0, 2) + u'.' + date.mid(2, 2) + u'.' + date.mid(4, 4);
+  if (date.size() != DateCharacters || !IsDigit(date[4]) || !IsDigit(date[5])) return {};
+  const bool isYearLast = date.mid(4, 2).toInt() > 12;
+  if (isYearLast) return date.mid(0, 2) + u'.' + date.mid(2, 2) + u'.' + date.mid(4, 4);
   return date.mid(6, 2) + u'.' + date.mid(4, 2) + u'.' + date.mid(0, 4);
 }
 
@@ -108,9 +112,9 @@ void ReadStoredStatus(QStringView data, const EgkTarget& target) {
 
   const QString approval = TextOfHex(found.approval);
   stored.approvalNumber = approval.left(expected).trimmed();
-  if (approval.trimmed().isEmpty()) {
+  if (stored.approvalNumber.isEmpty()) {
     TellEgk(target, QStringLiteral("Unbekanntes Format der Zulassungsnummer festgestellt!"));
-  } else if (approval.section(u';', 0, 0).trimmed().isEmpty()) {
+  } else if (stored.approvalNumber.section(u';', 0, 0).trimmed().isEmpty()) {
     TellEgk(target, QStringLiteral("Die Zulassungsnummer konnte nicht ermittelt werden!"));
   }
 

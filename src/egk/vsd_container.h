@@ -8,7 +8,7 @@ namespace kartocheck {
 
 // The big-endian number of two bytes at a 0-based index of a file; missing bytes count as 0.
 [[nodiscard]] inline int NumberAt(const QByteArray& file, qsizetype index) {
-  return static_cast<int>(hex::NumberAt(hex::Encode(file), 1 + 2 * index, 2));
+  return static_cast<int>(hex::NumberAt(hex::Encode(file.mid(index, 2)), 1, 2));
 }
 
 // Where a block lies in the container EF.VD. The end offset belongs to the block.

@@ -256,7 +256,6 @@ void Form_MKT_Test::CloseNow() {
 }
 
 void Form_MKT_Test::CloseForSystem() {
-  closingForSystem_ = true;
   boxes_.FallSilent();
   const bool mayClose = flow_ == nullptr || flow_->MayClose(CloseSource::System);
   // A modal window runs an event loop of its own; whoever opened it goes on when it is gone.
@@ -266,15 +265,11 @@ void Form_MKT_Test::CloseForSystem() {
   if (mayClose) CloseNow();
 }
 
-bool Form_MKT_Test::MayClose() {
-  if (closing_ || flow_ == nullptr) return true;
-  return flow_->MayClose(closingForSystem_ ? CloseSource::System : CloseSource::User);
-}
-
 void Form_MKT_Test::closeEvent(QCloseEvent* event) {
   // The system may end the program while the user is being asked; then the answer is not waited
   // for.
-  const bool mayClose = MayClose() || closing_;
+  const bool mayClose =
+      closing_ || flow_ == nullptr || flow_->MayClose(CloseSource::User) || closing_;
   event->setAccepted(mayClose);
   if (mayClose && settings_ != nullptr) settings_->setValue(GeometryKey(), saveGeometry());
 }

@@ -73,14 +73,12 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   void CreateLayout();
   void UpdateEnabled();
   void RestoreGeometry();
-  [[nodiscard]] bool MayClose();
 
   MessageBoxes boxes_;
   QSettings* settings_;
   TestFlow* flow_ = nullptr;
   bool actionRunning_ = false;
   bool closing_ = false;           // closes without a question
-  bool closingForSystem_ = false;  // the program is ended from outside
   QPointer<QWidget> focusBefore_;  // had the focus when the running action began
 
   ButtonPanel* Pict_MKT_Test = nullptr;

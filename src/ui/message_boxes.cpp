@@ -78,7 +78,6 @@ Answer MessageBoxes::Ask(const Question& question) {
   Fill(box, question.icon, question.title, question.text);
   box.setStandardButtons(ButtonOf(agreed) | ButtonOf(declined));
   box.setDefaultButton(ButtonOf(question.preselected));
-  box.setEscapeButton(ButtonOf(declined));
   return box.exec() == ButtonOf(agreed) ? agreed : declined;
 }
 

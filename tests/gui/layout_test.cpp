@@ -48,17 +48,6 @@ class LayoutTest : public testing::Test {
     return visible;
   }
 
-  // The object names that the Tab key walks through, once around from the given control.
-  QStringList TabChain(const QString& from) {
-    program.Find(from).setFocus();
-    QStringList names;
-    do {
-      names << QApplication::focusWidget()->objectName();
-      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    } while (QApplication::focusWidget()->objectName() != from && names.size() < 100);
-    return names;
-  }
-
   Program program;
 };
 
@@ -135,13 +124,6 @@ TEST_F(LayoutTest, ClickOnTheTextOfADisabledPortChoosesNothing) {
   program.Click(QStringLiteral("Labe_Comx_4"));
   EXPECT_TRUE(program.Find<QRadioButton>(QStringLiteral("Opti_Comx_0")).isChecked());
   EXPECT_EQ(program.module.SelectedPort, 1);
-}
-
-TEST_F(LayoutTest, ArrowKeysChooseThePort) {
-  program.Find(QStringLiteral("Opti_Comx_0")).setFocus();
-  program.Press(QStringLiteral("Opti_Comx_0"), Qt::Key_Down);
-  EXPECT_TRUE(program.Find<QRadioButton>(QStringLiteral("Opti_Comx_1")).isChecked());
-  EXPECT_EQ(program.module.CurrentPort, 2);
 }
 
 TEST_F(LayoutTest, DataFrameIsEmptyAtStart) {
@@ -295,52 +277,6 @@ TEST_F(LayoutTest, EveryControlHasAnAccessibleName) {
   }
   // Buttons, options, list, eGK button, tab strip, status text aside: 18 + 40 value fields, lamps.
   EXPECT_GE(checked, 6 + 5 + 1 + 1 + 1 + 58 + 2);
-}
-
-TEST_F(LayoutTest, TabKeyWalksFromButtonsToPortsToData) {
-  QStringList expected;
-  for (int index = 2; index < 6; ++index) expected << Member(u"CmdB_MKt_Test", index);
-  expected << QStringLiteral("Opti_Comx_0");
-  for (int row = 0; row < 18; ++row) expected << Member(u"Labl_Wert", row);
-  EXPECT_EQ(TabChain(QStringLiteral("CmdB_MKt_Test_2")).join(u' '), expected.join(u' '));
-}
-
-TEST_F(LayoutTest, TabKeyWalksThroughTheStatusTab) {
-  (void)program.window.ShowFrameX(2);
-  QStringList expected;
-  for (int index = 2; index < 6; ++index) expected << Member(u"CmdB_MKt_Test", index);
-  expected << QStringLiteral("Opti_Comx_0") << QStringLiteral("qt_tabwidget_tabbar");
-  for (int row = 0; row < 8; ++row) expected << Member(u"Labl_Status_0", row);
-  EXPECT_EQ(TabChain(QStringLiteral("CmdB_MKt_Test_2")).join(u' '), expected.join(u' '));
-}
-
-TEST_F(LayoutTest, NoMnemonicIsGivenTwice) {
-  std::map<QKeySequence, QString> taken;
-  const auto take = [&](const QString& text) {
-    const QKeySequence key = QKeySequence::mnemonic(text);
-    ASSERT_FALSE(key.isEmpty()) << text.toStdString();
-    EXPECT_TRUE(taken.emplace(key, text).second) << text.toStdString();
-  };
-  for (int index = 0; index < 6; ++index) {
-    take(program.Find<QToolButton>(Member(u"CmdB_MKt_Test", index)).text());
-  }
-  for (const QAction* menu : program.window.menuBar()->actions()) take(menu->text());
-}
-
-TEST_F(LayoutTest, MnemonicPressesTheButton) {
-  QTest::keyClick(&program.window, Qt::Key_S, Qt::AltModifier);
-  // Qt shows the button pressed for a moment first.
-  EXPECT_TRUE(WaitUntil([&] { return VisibleFrames() == std::vector<int>{2}; }));
-  EXPECT_EQ(program.Text(QStringLiteral("Labl_StatusText")), u"Der MKT Status wird angezeigt");
-}
-
-TEST_F(LayoutTest, SpaceAndEnterPressTheFocusedButton) {
-  for (const auto key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
-    (void)program.window.ShowFrameX(3);
-    program.Find(QStringLiteral("CmdB_MKt_Test_2")).setFocus();
-    program.Press(QStringLiteral("CmdB_MKt_Test_2"), key);
-    EXPECT_EQ(VisibleFrames(), std::vector<int>{2}) << key;
-  }
 }
 
 // Every text that is not wrapped has the room it asks for.

@@ -43,8 +43,6 @@ class Album {
   explicit Album(const QDir& folder) : folder_(folder) {}
 
   void Add(QWidget& widget, const QString& name) {
-    // The platform's screen is small; the window is to be seen as it wants to be.
-    if (widget.inherits("QMainWindow")) widget.resize(widget.sizeHint());
     // Layouts inside of scroll areas settle in several rounds.
     for (int round = 0; round < 4; ++round) QCoreApplication::processEvents();
     const QString file = folder_.filePath(name + u".png");

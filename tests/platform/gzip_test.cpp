@@ -161,7 +161,7 @@ TEST_P(GunzipTest, TheCapIsTooLong) {
 }
 
 TEST_P(GunzipTest, ABombIsTooLongAndNotInflatedFurther) {
-  ExpectOutcome(test::Gzip(QByteArray(100'000'000, '\0')), GunzipOutcome::TooLong);
+  ExpectOutcome(test::Gzip(QByteArray(10'000'000, '\0')), GunzipOutcome::TooLong);
 }
 
 TEST_P(GunzipTest, PlainDataReachTheCapToo) {

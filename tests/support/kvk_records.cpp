@@ -118,7 +118,7 @@ QString FullTemplateRecord() {
                                             {0x89, "Unter den Kastanien 123"},
                                             {0x8A, "D"},
                                             {0x8B, "01067"},
-                                            {0x8C, "Bad M}sterlingen"},
+                                            {0x8C, "Bad M}sterlingen am S."},
                                             {0x8D, "1228"},
                                         });
 }
