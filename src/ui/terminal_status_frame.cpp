@@ -39,6 +39,7 @@ TerminalStatusFrame::TerminalStatusFrame(QWidget* parent)
   for (int tab = 0; tab < SlotCount; ++tab) {
     TabStrip1->addTab(NewTab(tab), TabTitles.at(static_cast<std::size_t>(tab)).toString());
   }
+  connect(TabStrip1->tabBar(), &QTabBar::currentChanged, this, [this] { Q_EMIT TabChosen(); });
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(TabStrip1);
@@ -67,6 +68,15 @@ void TerminalStatusFrame::ShowSlot(int slot, const StatusTab& values) {
   for (int row = 0; row < StatusRowCount; ++row) {
     grid->SetValue(row, values.at(static_cast<std::size_t>(row)));
   }
+}
+
+void TerminalStatusFrame::ShowTab(int slot) {
+  const QSignalBlocker quiet(TabStrip1->tabBar());
+  TabStrip1->setCurrentIndex(slot - 1);
+}
+
+void TerminalStatusFrame::NameFurtherPort(const QString& name) {
+  TabStrip1->setTabText(FurtherPortSlot - 1, name);
 }
 
 }  // namespace kartocheck

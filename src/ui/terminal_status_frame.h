@@ -21,6 +21,14 @@ class TerminalStatusFrame final : public QWidget {
   explicit TerminalStatusFrame(QWidget* parent);
 
   void ShowSlot(int slot, const StatusTab& values);
+  // Brings the tab of a slot, 1 to 5, to the front.
+  void ShowTab(int slot);
+  // Title of the fifth tab.
+  void NameFurtherPort(const QString& name);
+
+ Q_SIGNALS:
+  // A click on a tab.
+  void TabChosen();
 
  private:
   QWidget* NewTab(int tab);
