@@ -26,14 +26,9 @@ Bas_MKT_Test::Bas_MKT_Test(const Surroundings& surroundings)
 
 void Bas_MKT_Test::CheckPort(int pn) {
   const int slot = SlotOf(pn);
-  TerminalInfo& info = Terminals[slot];
   ClearSlot(slot);
-  info.Reset95 = false;
-  info.Reset9501 = false;
-  info.UsbVirtualCom = false;
-  info.SelectRefused = false;
   kartocheck::CheckPort(pn, {.link = session_,
-                             .info = info,
+                             .info = Terminals[slot],
                              .port = Ports[slot],
                              .serial = serial_,
                              .display = display_,

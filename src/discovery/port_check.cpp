@@ -29,6 +29,14 @@ std::int16_t ProbeAndOpen(int pn, const PortCheckTarget& with) {
   return code;
 }
 
+// A terminal that was exchanged inherits nothing. That one once answered here survives until a link
+// opens: the status check's advice depends on it.
+void ForgetTerminal(TerminalInfo& info) {
+  const bool answered = info.Answered;
+  info = {};
+  info.Answered = answered;
+}
+
 void MarkUnopened(std::int16_t code, TerminalInfo& info) {
   ResetTerminalInfo(info);
   info.ModelName =
@@ -126,7 +134,7 @@ void CheckComPort(int pn, const PortCheckTarget& with) {
 }  // namespace
 
 void CheckPort(int pn, const PortCheckTarget& target) {
-  ResetTerminalInfo(target.info);
+  ForgetTerminal(target.info);
   target.port = {};
   if (pn <= LastTestedComPort) {
     CheckComPort(pn, target);

@@ -38,8 +38,8 @@ inline constexpr int NoTerminal = 5;    // the port is free, but no link could b
 
 // Decides whether the port exists and is free, whether a terminal answers on it, and which one.
 // COM 1 to 4 are tested through the serial-port control first, further ports (5 and up) through the
-// CT-API library only. The outcome is in the slot's two records; the slot is shown and the link is
-// closed in every case.
+// CT-API library only. The outcome is in the slot's two records, which keep nothing of an earlier
+// terminal but that one answered; the slot is shown and the link is closed in every case.
 void CheckPort(int pn, const PortCheckTarget& target);
 
 }  // namespace kartocheck

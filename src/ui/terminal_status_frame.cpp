@@ -39,7 +39,9 @@ TerminalStatusFrame::TerminalStatusFrame(QWidget* parent)
   for (int tab = 0; tab < SlotCount; ++tab) {
     TabStrip1->addTab(NewTab(tab), TabTitles.at(static_cast<std::size_t>(tab)).toString());
   }
-  connect(TabStrip1->tabBar(), &QTabBar::currentChanged, this, [this] { Q_EMIT TabChosen(); });
+  connect(TabStrip1, &QTabWidget::currentChanged, this, [this] {
+    if (!showingTab_) Q_EMIT TabChosen();
+  });
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(TabStrip1);
@@ -71,8 +73,9 @@ void TerminalStatusFrame::ShowSlot(int slot, const StatusTab& values) {
 }
 
 void TerminalStatusFrame::ShowTab(int slot) {
-  const QSignalBlocker quiet(TabStrip1->tabBar());
+  showingTab_ = true;
   TabStrip1->setCurrentIndex(slot - 1);
+  showingTab_ = false;
 }
 
 void TerminalStatusFrame::NameFurtherPort(const QString& name) {

@@ -27,13 +27,14 @@ class TerminalStatusFrame final : public QWidget {
   void NameFurtherPort(const QString& name);
 
  Q_SIGNALS:
-  // A click on a tab.
+  // The user chose a tab.
   void TabChosen();
 
  private:
   QWidget* NewTab(int tab);
 
   QTabWidget* TabStrip1;
+  bool showingTab_ = false;  // the program changes the tab, not the user
   std::array<FieldGrid*, SlotCount> grids_{};
 };
 
