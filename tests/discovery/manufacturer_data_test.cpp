@@ -29,7 +29,7 @@ class ManufacturerDataTest : public testing::TestWithParam<ManufacturerRow> {};
 TEST_P(ManufacturerDataTest, Fields) {
   const ManufacturerRow& row = GetParam();
   const std::string script = std::string("> 20 13 00 46 00\n< ") + row.answer;
-  Dialogue dialogue(script.c_str());
+  Dialogue dialogue(script);
   Link link(dialogue);
   TerminalInfo info;
   info.ManufacturerId = u"old";
@@ -93,7 +93,7 @@ TEST_P(HandheldObjectTest, SoftwareVersion) {
                              "PKTDM2.1.3' " + row.header + " '" + std::string(31, '9') + "' " +
                              row.version + " '" +
                              std::string(static_cast<std::size_t>(row.tail), '9') + "' 90 00";
-  Dialogue dialogue(script.c_str());
+  Dialogue dialogue(script);
   Link link(dialogue);
   TerminalInfo info;
   EXPECT_EQ(ReadManufacturerData(link.session, info), 0);

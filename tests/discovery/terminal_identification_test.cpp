@@ -468,7 +468,7 @@ TEST_P(UsbProbeTest, FlagAndPortText) {
                                               > 20 71 00 01 00
                                               < )") +
                                row.answer;
-    Dialogue dialogue(script.c_str());
+    Dialogue dialogue(script);
     Link link(dialogue);
     TerminalInfo info;
     info.UsbVirtualCom = before;

@@ -10,7 +10,7 @@ constexpr std::int32_t Baud = 9600;
 
 }  // namespace
 
-AnswerBook::AnswerBook(const char* script) {
+AnswerBook::AnswerBook(const std::string& script) {
   using Kind = DialogueStep::Kind;
   for (const DialogueStep& step : ParseDialogue(script)) {
     if (step.kind == Kind::Open) openCode_ = static_cast<std::int8_t>(step.code);

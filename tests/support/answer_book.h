@@ -4,6 +4,7 @@
 #include <QMap>
 
 #include <deque>
+#include <string>
 
 #include "support/dialogue.h"
 
@@ -15,7 +16,7 @@ namespace kartocheck::test {
 // Opening and closing give the codes of the dialogue.
 class AnswerBook final : public CtApi {
  public:
-  explicit AnswerBook(const char* script);
+  explicit AnswerBook(const std::string& script);
 
   // Number of exchanges in the dialogue.
   [[nodiscard]] int Exchanges() const { return exchanges_; }

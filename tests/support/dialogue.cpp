@@ -47,10 +47,10 @@ QByteArray BytesOf(const QString& text, int line) {
 
 }  // namespace
 
-std::vector<DialogueStep> ParseDialogue(const char* script) {
+std::vector<DialogueStep> ParseDialogue(const std::string& script) {
   std::vector<DialogueStep> steps;
   int line = 0;
-  for (const QString& raw : QString::fromUtf8(script).split(u'\n')) {
+  for (const QString& raw : QString::fromStdString(script).split(u'\n')) {
     ++line;
     const QString text = raw.section(u'#', 0, 0).trimmed();
     if (text.isEmpty()) continue;
@@ -80,7 +80,7 @@ std::vector<DialogueStep> ParseDialogue(const char* script) {
   return steps;
 }
 
-Dialogue::Dialogue(const char* script) : steps_(ParseDialogue(script)) {}
+Dialogue::Dialogue(const std::string& script) : steps_(ParseDialogue(script)) {}
 
 Dialogue::~Dialogue() {
   if (next_ < steps_.size()) {

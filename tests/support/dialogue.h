@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <string>
 #include <vector>
 
 #include "platform/ct_api.h"
@@ -32,14 +33,14 @@ struct DialogueStep {
 };
 
 // Throws std::invalid_argument at the first line that is no step.
-[[nodiscard]] std::vector<DialogueStep> ParseDialogue(const char* script);
+[[nodiscard]] std::vector<DialogueStep> ParseDialogue(const std::string& script);
 
 // A CT-API library that replays a recorded dialogue. An open without a baud line behind it tells
 // 9600. A call that is not the next step fails the test with step, expected and actual; so do steps
 // that are left over when the dialogue goes away.
 class Dialogue final : public CtApi {
  public:
-  explicit Dialogue(const char* script);
+  explicit Dialogue(const std::string& script);
   ~Dialogue() override;
 
   [[nodiscard]] std::int8_t Init(std::uint16_t ctn, std::uint16_t pn) override;

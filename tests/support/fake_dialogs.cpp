@@ -14,7 +14,9 @@ Answer FakeDialogs::Ask(const Question& question) {
                    .icon = question.icon,
                    .isQuestion = true,
                    .buttons = question.buttons,
-                   .preselected = question.preselected});
+                   .preselected = question.preselected,
+                   .consequence = question.consequence});
+  if (onAsk) onAsk(question);
   if (answers.empty()) {
     if (!answerSafely) ADD_FAILURE() << "unexpected question: " << question.text.toStdString();
     return question.buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <vector>
 
 #include "platform/dialogs.h"
@@ -15,6 +16,7 @@ struct ShownBox {
   bool isQuestion = false;
   Buttons buttons = Buttons::YesNo;
   Answer preselected = Answer::Yes;
+  Consequence consequence = Consequence::None;
 };
 
 // Records every box. Questions get the answers in order; one without an answer left fails the test
@@ -28,6 +30,7 @@ class FakeDialogs final : public Dialogs {
   bool answerSafely = false;
   std::deque<Answer> answers;
   std::vector<ShownBox> boxes;
+  std::function<void(const Question&)> onAsk;
 
   [[nodiscard]] std::vector<QString> Texts() const;
 };

@@ -65,7 +65,6 @@ void TestFlow::RunAction(Work work) {
   {
     const RunningAction running(*this);
     work();
-    ShowProgress(0);
     if (module_.IsLinkOpen()) module_.CloseLink();
   }
   if (module_.ExitRequested) {
@@ -76,7 +75,9 @@ void TestFlow::RunAction(Work work) {
 
 void TestFlow::Button(int index) {
   RunAction([&] {
-    if (index >= 0 && index <= 5) Run(static_cast<Action>(index));
+    if (index < 0 || index > static_cast<int>(Action::ResetFields)) return;
+    Run(static_cast<Action>(index));
+    ShowProgress(0);
   });
 }
 
@@ -247,6 +248,7 @@ void TestFlow::ChoosePort(int member) {
       ShowFrame(Frame::Wait);
       ShowProgress(0);
       SweepFurtherPorts();
+      ShowProgress(0);
       ShowFrame(Frame::Data);
     });
   }

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "egk/egk_reader.h"
+
+namespace kartocheck::test {
+
+// Stands in for the eGK readers: the dispatcher's business ends where they are called.
+struct NotedEgkReaders {
+  // "card" or "mobile", in order.
+  static inline std::vector<std::string> calls;
+  // What the next call does; -1 and nothing else where it is empty.
+  static inline std::function<std::int16_t(const EgkTarget&)> read;
+
+  static void Forget() {
+    calls.clear();
+    read = nullptr;
+  }
+};
+
+}  // namespace kartocheck::test

@@ -1,0 +1,158 @@
+#include "ui/main_window/data_frame.h"
+
+#include <gtest/gtest.h>
+#include <ostream>
+#include <vector>
+
+#include "support/printing.h"
+
+namespace kartocheck::test {
+namespace {
+
+InsuredData AllElements() {
+  InsuredData data;
+  for (int i = 0; i < ElementCount; ++i) {
+    data[static_cast<Element>(i)] = QStringLiteral("element %1").arg(i);
+  }
+  return data;
+}
+
+using Labels = std::vector<QStringView>;
+
+const Labels KvkLabels{u"Krankenkassenname:",
+                       u"Krankenkassennummer:",
+                       u"Versichertennummer:",
+                       u"VKNR:",
+                       u"Versichertenstatus:",
+                       u"Statusergänzung:",
+                       u"Titel:",
+                       u"Vorname:",
+                       u"Namenszusatz:",
+                       u"Familienname:",
+                       u"Geburtsdatum:",
+                       u"Straße:",
+                       u"Wohnsitzländercode:",
+                       u"Postleitzahl:",
+                       u"Ortsname:",
+                       u"Gültigkeitsdatum:",
+                       u"Einlesedatum:",
+                       u"Zulassungsnummer:"};
+
+const Labels EgkLabels{u"Krankenkassenname:",
+                       u"Krankenkassennummer:",
+                       u"Versichertennummer:",
+                       u"WOP:",
+                       u"Versichertenstatus_RSA:",
+                       u"Rechtskreis:",
+                       u"Titel:",
+                       u"Vorname:",
+                       u"Namenszusatz:",
+                       u"Familienname:",
+                       u"Geburtsdatum:",
+                       u"Straße:",
+                       u"Wohnsitzländercode:",
+                       u"Postleitzahl:",
+                       u"Ortsname:",
+                       u"Gültigkeit (Ende):",
+                       u"Einlesedatum:",
+                       u"Zulassungsnummer:"};
+
+struct FrameRow {
+  const char* sentence;
+  bool egk;
+  bool mobile;
+  QStringView title;
+  const Labels& labels;
+
+  friend std::ostream& operator<<(std::ostream& out, const FrameRow& row) {
+    return out << row.sentence;
+  }
+};
+
+class DataFrameTest : public testing::TestWithParam<FrameRow> {};
+
+TEST_P(DataFrameTest, TitleLabelsAndValues) {
+  const FrameRow& row = GetParam();
+  TerminalInfo info;
+  info.DataRead = true;
+  info.EgkData = row.egk;
+  info.Reset95 = row.mobile;
+  const DataFrame frame = DataFrameOf(info, AllElements());
+  EXPECT_EQ(frame.title, row.title);
+  EXPECT_EQ(Labels(frame.labels.begin(), frame.labels.end()), row.labels);
+  for (int i = 0; i < 16; ++i) {
+    EXPECT_EQ(frame.values.at(static_cast<std::size_t>(i)), QStringLiteral("element %1").arg(i));
+  }
+  // Reading date and approval number; the checksum between them is never shown.
+  EXPECT_EQ(frame.values[16], row.mobile ? QStringLiteral("element 17") : QString());
+  EXPECT_EQ(frame.values[17], row.mobile ? QStringLiteral("element 18") : QString());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    MainWindow, DataFrameTest,
+    testing::ValuesIn(std::vector<FrameRow>{
+        {"a KVK from the card", false, false, u"Krankenversicherten Kartendaten(Karte)", KvkLabels},
+        {"a KVK record from a mobile terminal", false, true,
+         u"Krankenversicherten Kartendaten(Mobil)", KvkLabels},
+        {"an eGK from the card", true, false,
+         u"eGK VSDaten(Karte) abgebildet auf die Krankenversicherten Kartendaten", EgkLabels},
+        {"an eGK record from a mobile terminal", true, true,
+         u"eGK VSDaten(Mobil) abgebildet auf die Krankenversicherten Kartendaten", EgkLabels},
+    }));
+
+TEST(DataFrameTest, WithoutDataTheTitleNamesNoSource) {
+  for (const bool mobile : {false, true}) {
+    TerminalInfo info;
+    info.Reset95 = mobile;
+    const DataFrame frame = DataFrameOf(info, {});
+    EXPECT_EQ(frame.title, u"Krankenversicherten Kartendaten");
+    EXPECT_EQ(Labels(frame.labels.begin(), frame.labels.end()), KvkLabels);
+    for (const QString& value : frame.values) EXPECT_EQ(value, QString());
+  }
+}
+
+TEST(DataFrameTest, TheEmptyFrame) {
+  const DataFrame frame = EmptyDataFrame();
+  EXPECT_EQ(frame.title, u"Krankenversicherten Kartendaten");
+  EXPECT_EQ(Labels(frame.labels.begin(), frame.labels.end()), KvkLabels);
+  for (const QString& value : frame.values) EXPECT_EQ(value, QString());
+}
+
+TEST(DataFrameTest, TextsAreShownAndCopiedAsTheyAre) {
+  TerminalInfo info;
+  info.DataRead = true;
+  InsuredData insured;
+  insured[Element::InsurerName] = QStringLiteral("Muster & Söhne && Co");
+  insured[Element::LastName] = QStringLiteral("<b>Muster</b>&amp;<img src='x'>");
+  const DataFrame frame = DataFrameOf(info, insured);
+  EXPECT_EQ(frame.values[0], u"Muster & Söhne && Co");
+  EXPECT_EQ(frame.values[9], u"<b>Muster</b>&amp;<img src='x'>");
+  EXPECT_TRUE(ClipboardText(info, insured).startsWith(u"Muster & Söhne && Co\r\n"));
+}
+
+TEST(ClipboardTextTest, ACardsDataAreSixteenLines) {
+  EXPECT_EQ(ClipboardText({}, AllElements()),
+            u"element 0\r\nelement 1\r\nelement 2\r\nelement 3\r\nelement 4\r\nelement 5\r\n"
+            u"element 6\r\nelement 7\r\nelement 8\r\nelement 9\r\nelement 10\r\nelement 11\r\n"
+            u"element 12\r\nelement 13\r\nelement 14\r\nelement 15\r\n");
+}
+
+TEST(ClipboardTextTest, AMobileTerminalsDataAreEighteenLinesWithoutTheChecksum) {
+  TerminalInfo info;
+  info.Reset95 = true;
+  EXPECT_EQ(ClipboardText(info, AllElements()),
+            u"element 0\r\nelement 1\r\nelement 2\r\nelement 3\r\nelement 4\r\nelement 5\r\n"
+            u"element 6\r\nelement 7\r\nelement 8\r\nelement 9\r\nelement 10\r\nelement 11\r\n"
+            u"element 12\r\nelement 13\r\nelement 14\r\nelement 15\r\n"
+            u"element 17\r\nelement 18\r\n");
+}
+
+TEST(ClipboardTextTest, AnEmptySlotStillGivesItsLines) {
+  TerminalInfo info;
+  EXPECT_EQ(ClipboardText(info, {}), QStringLiteral("\r\n").repeated(16));
+  info.Reset95 = true;
+  EXPECT_EQ(ClipboardText(info, {}), QStringLiteral("\r\n").repeated(18));
+}
+
+}  // namespace
+}  // namespace kartocheck::test

@@ -1,0 +1,319 @@
+#include "ui/main_window/test_flow.h"
+
+#include <gtest/gtest.h>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "support/answer_book.h"
+#include "support/dialogue.h"
+#include "support/fake_api.h"
+#include "support/printing.h"
+#include "ui/main_window/window_fixture.h"
+
+// The buttons.
+
+namespace kartocheck::test {
+namespace {
+
+using Calls = std::vector<std::string>;
+using Numbers = std::vector<int>;
+
+const QString Prompting = QStringLiteral("Die Krankenversichertendaten lesen");
+const QString Reading = QStringLiteral("Die Krankenversichertendaten werden gelesen");
+const QString Shown = QStringLiteral("Die Krankenversichertendaten werden angezeigt");
+
+// One round of check and read, with the answer to the card request at its end.
+std::string Check(int pn) {
+  return "open " + std::to_string(pn) + R"(
+    > 20 13 00 81 00
+    < 90 00
+    > 20 13 00 46 00
+    < 46 0F 'DENRVPKTO 1.002' 90 00
+    > 20 71 00 01 00
+    < 6D 00
+    close
+  )";
+}
+std::string ReadsRecordB(int pn) {
+  return "open " + std::to_string(pn) + R"(
+    > 20 11 00 00 00
+    < 90 00
+    > 20 12 01 00 01 01
+    < 90 00
+    > 20 11 01 00
+    < 90 00
+    > 00 A4 04 00 06 D2 76 00 00 01 01
+    < 90 00
+    > 00 B0 00 00 00
+    < {B} 90 00
+    > 20 11 00 00 00
+    < 90 00
+    close
+  )";
+}
+std::string FindsNoCard(int pn) {
+  return "open " + std::to_string(pn) + R"(
+    > 20 11 00 00 00
+    < 90 00
+    > 20 12 01 00 01 01
+    < 62 00
+    > 20 11 00 00 00
+    < 90 00
+    close
+  )";
+}
+
+void FillSlot(Window& window, int slot) {
+  for (int i = 0; i < ElementCount; ++i) {
+    window.module.Insured[slot][static_cast<Element>(i)] = QStringLiteral("element %1").arg(i);
+  }
+  window.module.Terminals[slot].Answered = true;
+  window.module.Terminals[slot].DataRead = true;
+}
+
+TEST(ReadButtonTest, ChecksReadsAndShowsTheSelectedPort) {
+  Dialogue dialogue(Check(2) + ReadsRecordB(2));
+  Window window(dialogue);
+  window.module.SelectedPort = 2;
+  window.module.CurrentPort = 2;
+  window.flow.Button(ReadButton);
+  EXPECT_EQ(window.display.frames, Numbers{3});
+  EXPECT_EQ(window.display.progress, (Numbers{0, 50, 100, 0}));
+  EXPECT_EQ(window.display.statusTexts, (std::vector{Prompting, Reading, Shown, Shown}));
+  EXPECT_EQ(window.display.slots, (Numbers{2, 2})) << "after the check and after the read";
+  EXPECT_EQ(window.frontEnd.calls, (Calls{"action starts", "show data", "action ends"}));
+  ASSERT_EQ(window.frontEnd.frames.size(), 1U);
+  EXPECT_EQ(window.frontEnd.frames[0].title, u"Krankenversicherten Kartendaten(Karte)");
+  EXPECT_EQ(window.frontEnd.frames[0].values[9], u"Übermaß");
+  EXPECT_TRUE(window.dialogs.boxes.empty());
+  EXPECT_FALSE(window.module.Busy);
+}
+
+TEST(ReadButtonTest, DataThatWereReadAlreadyAreShownWithoutAnotherRead) {
+  Dialogue dialogue("");
+  Window window(dialogue);
+  FillSlot(window, 1);
+  window.flow.Button(ReadButton);
+  EXPECT_EQ(window.display.progress, (Numbers{0, 100, 0}));
+  EXPECT_EQ(window.display.statusTexts, std::vector{Shown});
+  ASSERT_EQ(window.frontEnd.frames.size(), 1U);
+  EXPECT_EQ(window.frontEnd.frames[0].values[0], u"element 0");
+}
+
+TEST(ReadButtonTest, YesToAnotherTryChecksAndReadsAgain) {
+  Dialogue dialogue(Check(1) + FindsNoCard(1) + Check(1) + FindsNoCard(1) + Check(1) +
+                    ReadsRecordB(1));
+  Window window(dialogue);
+  window.dialogs.answers = {Answer::Yes, Answer::Yes};
+  window.flow.Button(ReadButton);
+  EXPECT_EQ(window.display.progress, (Numbers{0, 50, 50, 50, 100, 0}));
+  EXPECT_EQ(window.display.statusTexts, (std::vector{Prompting, Reading, Shown, Prompting, Reading,
+                                                     Shown, Prompting, Reading, Shown, Shown}));
+  EXPECT_EQ(window.frontEnd.frames.at(0).values[9], u"Übermaß");
+}
+
+TEST(ReadButtonTest, NoToAnotherTryEndsWithAnEmptyFrame) {
+  Dialogue dialogue(Check(1) + FindsNoCard(1));
+  Window window(dialogue);
+  window.dialogs.answers = {Answer::No};
+  window.flow.Button(ReadButton);
+  EXPECT_EQ(window.display.progress, (Numbers{0, 50, 100, 0}));
+  ASSERT_EQ(window.frontEnd.frames.size(), 1U);
+  EXPECT_EQ(window.frontEnd.frames[0].title, u"Krankenversicherten Kartendaten");
+  for (const QString& value : window.frontEnd.frames[0].values) EXPECT_EQ(value, QString());
+}
+
+TEST(ReadButtonTest, AFailedReadShowsNothingOfAnEarlierPerson) {
+  Dialogue dialogue(Check(1) + "open 1 -> -127");
+  Window window(dialogue);
+  FillSlot(window, 1);
+  window.module.Terminals[1].DataRead = false;
+  window.flow.Button(ReadButton);
+  for (const QString& value : window.frontEnd.frames.at(0).values) EXPECT_EQ(value, QString());
+  EXPECT_TRUE(window.module.Insured[1].IsEmpty());
+}
+
+TEST(ReadButtonTest, AnotherTerminalOnThePortInheritsNothing) {
+  // A mobile terminal with extended records was there; now there is a stationary one without card.
+  Dialogue dialogue(Check(1) + FindsNoCard(1));
+  Window window(dialogue);
+  TerminalInfo& info = window.module.Terminals[1];
+  info.Reset95 = info.Reset9501 = info.SelectRefused = true;
+  window.dialogs.answers = {Answer::No};
+  window.flow.Button(ReadButton);
+  EXPECT_EQ(window.dialogs.Texts(),
+            std::vector{QStringLiteral(" Keine Chipkarte gefunden! \r\n Noch einmal versuchen? ")});
+}
+
+TEST(ReadButtonTest, AFurtherPortIsReadByItsNumberIntoSlotFive) {
+  Dialogue dialogue(Check(8193) + ReadsRecordB(8193));
+  Window window(dialogue);
+  window.module.SelectedPort = 8193;
+  window.module.CurrentPort = 5;
+  window.flow.Button(ReadButton);
+  EXPECT_EQ(window.frontEnd.frames.at(0).values[9], u"Übermaß");
+  EXPECT_TRUE(window.module.Terminals[5].DataRead);
+}
+
+TEST(CopyButtonTest, CopiesTheDataOfTheCurrentPort) {
+  FakeApi api;
+  Window window(api);
+  FillSlot(window, 3);
+  window.module.CurrentPort = 3;
+  window.flow.Button(CopyButton);
+  EXPECT_EQ(window.display.statusTexts,
+            std::vector{QStringLiteral(
+                "Die Krankenversichertendaten wurden in die Zwischenablage kopiert")});
+  ASSERT_EQ(window.frontEnd.clipboard.size(), 1U);
+  EXPECT_EQ(window.frontEnd.clipboard[0].count(u"\r\n"), 16);
+  EXPECT_TRUE(window.frontEnd.clipboard[0].startsWith(u"element 0\r\nelement 1\r\n"));
+  EXPECT_TRUE(window.frontEnd.clipboard[0].endsWith(u"element 15\r\n"));
+  EXPECT_TRUE(window.display.frames.empty()) << "the frame stays";
+}
+
+TEST(CopyButtonTest, AMobileTerminalsDataHaveTwoLinesMore) {
+  FakeApi api;
+  Window window(api);
+  FillSlot(window, 1);
+  window.module.Terminals[1].Reset95 = true;
+  window.flow.Button(CopyButton);
+  EXPECT_TRUE(
+      window.frontEnd.clipboard.at(0).endsWith(u"element 15\r\nelement 17\r\nelement 18\r\n"));
+}
+
+TEST(CopyButtonTest, AnEmptySlotGivesEmptyLines) {
+  FakeApi api;
+  Window window(api);
+  window.flow.Button(CopyButton);
+  EXPECT_EQ(window.frontEnd.clipboard.at(0), QStringLiteral("\r\n").repeated(16));
+}
+
+TEST(ResetButtonTest, EmptiesFrameAndSlotSoThatButtonThreeReadsAgain) {
+  Dialogue dialogue(Check(1) + ReadsRecordB(1));
+  Window window(dialogue);
+  FillSlot(window, 1);
+  FillSlot(window, 2);
+  window.flow.Button(ResetButton);
+  EXPECT_EQ(window.display.statusTexts,
+            std::vector{QStringLiteral("Die Anzeigefelder wurden zurückgesetzt")});
+  EXPECT_EQ(window.frontEnd.calls, (Calls{"action starts", "clear data", "action ends"}));
+  EXPECT_TRUE(window.module.Insured[1].IsEmpty());
+  EXPECT_FALSE(window.module.Terminals[1].DataRead);
+  EXPECT_TRUE(window.module.Terminals[1].Answered);
+  EXPECT_FALSE(window.module.Insured[2].IsEmpty());
+  EXPECT_TRUE(window.module.Terminals[2].DataRead);
+  EXPECT_TRUE(window.display.frames.empty());
+
+  window.flow.Button(ReadButton);
+  EXPECT_TRUE(window.module.Terminals[1].DataRead);
+}
+
+TEST(ScanPortTest, ReadsWhereATerminalAnswers) {
+  Dialogue dialogue(Check(3) + ReadsRecordB(3));
+  Window window(dialogue);
+  window.flow.ScanPort(3);
+  EXPECT_EQ(window.module.Insured[3][Element::LastName], u"Übermaß");
+  EXPECT_EQ(window.display.statusTexts, (std::vector{Prompting, Reading, Shown}));
+  EXPECT_TRUE(window.display.progress.empty());
+  EXPECT_TRUE(window.display.frames.empty());
+}
+
+TEST(ScanPortTest, AnotherTryDoesNotCheckThePortAgain) {
+  Dialogue dialogue(Check(3) + FindsNoCard(3) + ReadsRecordB(3));
+  Window window(dialogue);
+  window.dialogs.answers = {Answer::Yes};
+  window.flow.ScanPort(3);
+  EXPECT_TRUE(window.module.Terminals[3].DataRead);
+}
+
+TEST(ScanPortTest, ReadsNothingWhereNoTerminalAnswers) {
+  for (const char* script : {"open 3 -> -10", "open 3\n> 20 13 00 81 00\n< -> -10\nclose",
+                             "open 3\n> 20 13 00 81 00\n< 6E 00\nclose"}) {
+    Dialogue dialogue(script);
+    Window window(dialogue);
+    window.flow.ScanPort(3);
+    EXPECT_TRUE(window.display.statusTexts.empty());
+    EXPECT_EQ(window.display.slots, Numbers{3});
+  }
+}
+
+TEST(ButtonTest, TheFirstFourShowTheFrameOfTheirIndex) {
+  for (const int index : {0, 1, 2}) {
+    FakeApi api;
+    Window window(api);
+    window.flow.Button(index);
+    EXPECT_EQ(window.display.frames, Numbers{index});
+  }
+}
+
+TEST(ButtonTest, ButtonTwoSaysThatTheStatusIsShown) {
+  FakeApi api;
+  Window window(api);
+  window.flow.Button(2);
+  EXPECT_EQ(window.display.statusTexts,
+            std::vector{QStringLiteral("Der MKT Status wird angezeigt")});
+}
+
+TEST(ButtonTest, AnIndexOutsideZeroToFiveDoesNothing) {
+  for (const int index : {-1, 6, 100, -1000}) {
+    FakeApi api;
+    Window window(api);
+    window.flow.Button(index);
+    EXPECT_TRUE(window.display.frames.empty());
+    EXPECT_TRUE(window.display.statusTexts.empty());
+    EXPECT_TRUE(window.display.progress.empty());
+    EXPECT_TRUE(window.dialogs.boxes.empty());
+    EXPECT_EQ(window.frontEnd.calls, (Calls{"action starts", "action ends"}));
+    EXPECT_FALSE(window.module.Busy);
+  }
+}
+
+TEST(ButtonTest, AClickDuringAnActionDoesNothing) {
+  Dialogue dialogue(Check(1) + ReadsRecordB(1));
+  Window window(dialogue);
+  int clicks = 0;
+  window.eventLoop.onYield = [&] {
+    EXPECT_TRUE(window.module.Busy);
+    for (int index = 0; index <= 5; ++index) window.flow.Button(index);
+    ++clicks;
+  };
+  window.flow.Button(ReadButton);
+  EXPECT_GT(clicks, 0);
+  EXPECT_EQ(window.display.frames, Numbers{3});
+  EXPECT_TRUE(window.frontEnd.clipboard.empty());
+  EXPECT_EQ(window.frontEnd.calls, (Calls{"action starts", "show data", "action ends"}));
+}
+
+TEST(ButtonTest, ALinkLeftOpenIsClosedBeforeTheControlsComeBack) {
+  FakeApi api;
+  api.data = [](auto&, auto&, auto, auto, auto&) -> std::int8_t {
+    throw std::runtime_error("anything");
+  };
+  Window window(api);
+  // In a test the end of the program leaves the link as it is.
+  EXPECT_THROW(window.flow.Button(ReadButton), Terminated);
+  ASSERT_TRUE(window.module.IsLinkOpen());
+  int closes = 0;
+  api.close = [&](auto) -> std::int8_t { return ++closes, 0; };
+  window.frontEnd.onCall = [&](const std::string& call) {
+    if (call != "action ends") return;
+    EXPECT_EQ(closes, 1);
+    EXPECT_TRUE(window.module.Busy);
+  };
+  window.flow.Button(CopyButton);
+  EXPECT_FALSE(window.module.IsLinkOpen());
+  EXPECT_EQ(closes, 1);
+}
+
+TEST(ButtonTest, TheControlsComeBackWhenTheProgramEndsInTheMiddle) {
+  FakeApi api;
+  api.init = [](auto, auto) -> std::int8_t { throw LibraryNotFound("no such file"); };
+  Window window(api);
+  EXPECT_THROW(window.flow.Button(ReadButton), Terminated);
+  EXPECT_FALSE(window.module.Busy);
+  EXPECT_EQ(window.frontEnd.calls.back(), "action ends");
+}
+
+}  // namespace
+}  // namespace kartocheck::test
