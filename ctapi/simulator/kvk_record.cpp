@@ -85,12 +85,14 @@ Bytes BuildTemplate(const KvkElements& elements, KvkForm form, CheckByte check) 
   Bytes record = Header(form, content.size() + LengthOfCheckObject(check));
   Append(record, content);
 
-  // The check covers the whole template but its last byte; in the form 6082 its range ends one
-  // byte earlier, so that the length of the check element itself takes no part.
-  Bytes covered = record;
-  covered.push_back(CheckTag);
-  if (form != KvkForm::Long6082) covered.push_back(1);
-  AppendCheckObject(record, CheckTag, check, XorOf(covered));
+  if (form == KvkForm::Long6082) {
+    // In this form the check's range ends one byte early: the length of the check element itself
+    // takes no part.
+    const auto computed = static_cast<std::uint8_t>(XorOf(record) ^ CheckTag);
+    AppendCheckObject(record, CheckTag, check, computed);
+  } else {
+    AppendCheckObject(record, CheckTag, check);
+  }
   return record;
 }
 
@@ -101,10 +103,7 @@ Bytes BuildSupplement(const KvkSupplement& supplement) {
   if (supplement.ApprovalNumber) {
     AppendObject(bytes, ApprovalNumberTag, Din66003(*supplement.ApprovalNumber));
   }
-  Bytes covered = bytes;
-  covered.push_back(SupplementCheckTag);
-  covered.push_back(1);
-  AppendCheckObject(bytes, SupplementCheckTag, supplement.Check, XorOf(covered));
+  AppendCheckObject(bytes, SupplementCheckTag, supplement.Check);
   return bytes;
 }
 
@@ -145,6 +144,12 @@ Bytes BuildFixed(const KvkElements& elements, KvkForm form, CheckByte check,
 }
 
 }  // namespace
+
+void AppendCheckObject(Bytes& bytes, std::uint8_t tag, CheckByte check) {
+  constexpr std::uint8_t Length = 1;
+  const auto computed = static_cast<std::uint8_t>(XorOf(bytes) ^ tag ^ Length);
+  AppendCheckObject(bytes, tag, check, computed);
+}
 
 Bytes BuildKvk(const KvkElements& elements, KvkForm form, CheckByte check,
                const std::optional<KvkSupplement>& supplement) {

@@ -77,6 +77,9 @@ struct CheckByte {
   std::uint8_t Value = 0;
 };
 
+// Appends the check object; the computed check is the XOR of everything before its value byte.
+void AppendCheckObject(Bytes& bytes, std::uint8_t tag, CheckByte check);
+
 // What a mobile terminal appends to a record that it stores (tags 91, 92, 93).
 struct KvkSupplement {
   std::optional<std::string> ReadingDate{};     // 8 digits TTMMJJJJ

@@ -99,7 +99,10 @@ SimulatedTerminal ReadTerminal(const ScenarioValue& value) {
   SimulatedTerminal terminal(std::move(profile), ReadState(object));
   if (const auto card = object.Find("card")) terminal.Insert(ReadCard(*card));
   if (const auto records = object.Find("records")) {
-    for (const ScenarioValue& record : records->List()) terminal.Store(ReadRecord(record));
+    const bool extended = terminal.Profile().KeepsExtendedRecords();
+    for (const ScenarioValue& record : records->List()) {
+      terminal.Store(ReadRecord(record, extended));
+    }
   }
   object.Finish();
   return terminal;

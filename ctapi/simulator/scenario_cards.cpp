@@ -2,6 +2,7 @@
 
 #include "simulator/kvk_record.h"
 #include "simulator/scenario.h"
+#include "simulator/scenario_egk.h"
 
 namespace ctapi {
 
@@ -9,19 +10,6 @@ namespace {
 
 std::string TextOf(const ScenarioValue& value) {
   return value.Text();
-}
-
-// "computed", "absent", "empty", or the byte itself in hexadecimal digits.
-CheckByte ReadCheck(const ScenarioValue& value) {
-  const std::string text = value.Text();
-  if (text == "computed") return {};
-  if (text == "absent") return {.How = CheckByte::Kind::Absent};
-  if (text == "empty") return {.How = CheckByte::Kind::Empty};
-  const auto bytes = BytesFromHex(text);
-  if (!bytes || bytes->size() != 1) {
-    value.Refuse("expected 'computed', 'absent', 'empty' or two hexadecimal digits");
-  }
-  return {.How = CheckByte::Kind::Given, .Value = bytes->front()};
 }
 
 KvkForm ReadForm(const ScenarioValue& value) {
@@ -102,17 +90,29 @@ KvkCard ReadKvk(const ScenarioValue& value) {
   return KvkCard(std::move(data), identifier);
 }
 
+// Exactly one of the two kinds of card; `readEgk` reads the one with a processor.
+template <typename ReadEgk>
+CardImage ReadKvkOrEgk(const ScenarioValue& value, ReadEgk readEgk) {
+  ScenarioObject object = value.Object();
+  const auto kvk = object.Find("kvk");
+  const auto egk = object.Find("egk");
+  if (kvk.has_value() == egk.has_value()) {
+    object.Refuse("one of the keys 'kvk' and 'egk' is needed");
+  }
+  object.Finish();
+  if (kvk) return ReadKvk(*kvk);
+  return readEgk(*egk);
+}
+
 }  // namespace
 
 CardImage ReadCard(const ScenarioValue& value) {
-  ScenarioObject object = value.Object();
-  CardImage card = ReadKvk(object.Get("kvk"));
-  object.Finish();
-  return card;
+  return ReadKvkOrEgk(value, ReadEgkCard);
 }
 
-CardImage ReadRecord(const ScenarioValue& value) {
-  return ReadCard(value);
+CardImage ReadRecord(const ScenarioValue& value, bool extended) {
+  return ReadKvkOrEgk(
+      value, [extended](const ScenarioValue& egk) { return ReadEgkRecord(egk, extended); });
 }
 
 }  // namespace ctapi

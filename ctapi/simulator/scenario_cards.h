@@ -5,8 +5,9 @@
 
 namespace ctapi {
 
-// The card, or the stored record of a mobile terminal, that a scenario describes.
+// The card that a scenario describes, or the stored record of a mobile terminal; extended: whether
+// that terminal keeps extended records.
 [[nodiscard]] CardImage ReadCard(const ScenarioValue& card);
-[[nodiscard]] CardImage ReadRecord(const ScenarioValue& record);
+[[nodiscard]] CardImage ReadRecord(const ScenarioValue& record, bool extended);
 
 }  // namespace ctapi

@@ -4,13 +4,15 @@
 #include <optional>
 #include <variant>
 
+#include "simulator/egk_card.h"
 #include "simulator/kvk_card.h"
+#include "simulator/stored_egk_record.h"
 #include "simulator/terminal_profile.h"
 
 namespace ctapi {
 
 // A card in the slot, or a stored record that a mobile terminal presents as one.
-using CardImage = std::variant<KvkCard>;
+using CardImage = std::variant<KvkCard, EgkCard, StoredEgkRecord>;
 
 enum class OutputMedium {
   Pc,              // card data go to the PC

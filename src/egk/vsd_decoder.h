@@ -28,8 +28,8 @@ inline constexpr std::int16_t VsdNotDecompressed = -2;
 
 // Turns one gzip-compressed document into its XML text, validates it when asked to and maps it onto
 // the field table and the element list. A block that is not gzip data is taken as the text itself.
-// The text is kept for every result 0 and for -1 of a document that could not be parsed; it is at
-// most 32,767 characters long.
+// The text, at most 32,767 characters as decompressed, is kept for every result 0 and for -1 of a
+// document that could not be parsed.
 [[nodiscard]] std::int16_t DecompressVd(QByteArrayView compressed, const VsdTarget& target);
 [[nodiscard]] std::int16_t DecompressPd(QByteArrayView compressed, const VsdTarget& target);
 [[nodiscard]] std::int16_t DecompressGvd(QByteArrayView compressed, const VsdTarget& target);

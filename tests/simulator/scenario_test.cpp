@@ -4,87 +4,23 @@
 #include <array>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include "simulator/hex.h"
+#include "simulator/scenario_support.h"
 
 namespace ctapi {
 namespace {
 
+using test::ErrorOf;
+using test::Exchange;
+using test::Folder;
+using test::KvkWith;
+using test::Load;
+using test::PortWith;
 using test::PrintTo;
+using test::TerminalWith;
 
 namespace fs = std::filesystem;
-
-// A folder of the test's own, gone with it.
-class Folder {
- public:
-  Folder() {
-    std::string name = testing::UnitTest::GetInstance()->current_test_info()->name();
-    std::replace(name.begin(), name.end(), '/', '_');
-    path_ = fs::path(testing::TempDir()) / ("scenario_" + std::to_string(getpid()) + name);
-    fs::create_directories(path_);
-  }
-  ~Folder() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-  }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-
-  fs::path Write(const fs::path& name, std::string_view text) const {
-    const fs::path file = path_ / name;
-    fs::create_directories(file.parent_path());
-    std::ofstream(file, std::ios::binary) << text;
-    return file;
-  }
-
- private:
-  fs::path path_;
-};
-
-SimulatedPractice Load(std::string_view text) {
-  const Folder folder;
-  return LoadScenario(folder.Write("test.json", text));
-}
-
-// What is wrong with a scenario, without the name of its file.
-std::string ErrorOf(std::string_view text) {
-  const Folder folder;
-  const fs::path file = folder.Write("test.json", text);
-  try {
-    (void)LoadScenario(file);
-  } catch (const ScenarioError& error) {
-    const std::string message = error.what();
-    const std::string prefix = file.string() + ": ";
-    EXPECT_EQ(message.substr(0, prefix.size()), prefix);
-    EXPECT_EQ(message.find('\n'), std::string::npos);
-    return message.substr(std::min(prefix.size(), message.size()));
-  }
-  return "";
-}
-
-std::string Exchange(SimulatedPractice& practice, const char* command) {
-  const Bytes bytes = *BytesFromHex(command);
-  Bytes response(4098);
-  std::uint8_t dad = bytes.front() == 0x20 ? 1 : 0;
-  std::uint8_t sad = 2;
-  std::uint16_t length = 0;
-  const int code = practice.Data(1, dad, sad, bytes, response, length);
-  return code == 0 ? test::ToHex(ByteView(response).first(length)) : "code " + std::to_string(code);
-}
-
-// A scenario with one port, with its terminal, with the KVK in it; what stands there besides.
-std::string PortWith(const std::string& what) {
-  return R"({"ports": [{"port": 1, )" + what + "}]}";
-}
-
-std::string TerminalWith(const std::string& what) {
-  return PortWith(R"("terminal": {"family": "gamma", )" + what + "}");
-}
-
-std::string KvkWith(const std::string& what) {
-  return TerminalWith(R"("card": {"kvk": {)" + what + "}}");
-}
 
 struct BadScenario {
   const char* Name;

@@ -1,0 +1,118 @@
+#include "egk/readers/egk_reading.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+namespace kartocheck::test {
+
+namespace {
+
+constexpr QStringView AnotherPerson = u"fremd";
+
+}  // namespace
+
+std::vector<QString> Texts(std::initializer_list<QStringView> texts) {
+  std::vector<QString> list;
+  for (const QStringView text : texts) list.push_back(text.toString());
+  return list;
+}
+
+Elements ElementsOf(const InsuredData& insured) {
+  Elements texts;
+  for (int i = 0; i < ElementCount; ++i) texts.push_back(insured[static_cast<Element>(i)]);
+  return texts;
+}
+
+Elements SampleElements(bool withPd, bool withVd) {
+  Elements texts(ElementCount);
+  if (withPd) {
+    texts[2] = QStringLiteral("Q110000028");
+    texts[7] = QStringLiteral("Öllegunde");
+    texts[9] = QStringLiteral("Musterfräulein-Prüfstein");
+    texts[10] = QStringLiteral("03.02.1971");
+    texts[11] = QStringLiteral("Am Testfeld 12 ");
+    texts[12] = QStringLiteral("D");
+    texts[13] = QStringLiteral("99999");
+    texts[14] = QStringLiteral("Übungsstadt");
+  }
+  if (withVd) {
+    texts[0] = QStringLiteral("Erfundene Kasse für Prüfzwecke");
+    texts[1] = QStringLiteral("109999999");
+    texts[3] = QStringLiteral("98");
+    texts[15] = QStringLiteral("31.12.2029");
+  }
+  return texts;
+}
+
+std::vector<QString> AllTexts(const InsuredData& insured, const EgkData& egk) {
+  std::vector<QString> texts = ElementsOf(insured);
+  texts.insert(texts.end(),
+               {egk.iccsn, egk.statusText, egk.stored.status.tlv, egk.stored.statusText,
+                egk.stored.readingDate.tlv, egk.stored.storedDate, egk.stored.convertedDate,
+                egk.stored.approval.tlv, egk.stored.approvalNumber, egk.stored.checksum.tlv,
+                egk.stored.checksumText});
+  for (const VsdDocument& document : egk.documents) {
+    texts.insert(texts.end(), {document.xmlText, document.validationText});
+    for (const VsdField& field : document.fields) {
+      texts.insert(texts.end(), {field.name, field.value});
+    }
+  }
+  return texts;
+}
+
+EgkReading::EgkReading(CtApi& api) : link(api) {
+  info.DisplayText = u"of before";
+}
+
+std::int16_t EgkReading::Dispatched() {
+  return ReadCardData({.link = link.session,
+                       .pn = 1,
+                       .info = info,
+                       .insured = insured,
+                       .egk = egk,
+                       .validation = validation,
+                       .dialogs = link.dialogs,
+                       .display = link.display,
+                       .eventLoop = link.eventLoop});
+}
+
+EgkTarget EgkReading::Target() {
+  return {link.session, info, insured, egk, validation, link.dialogs, link.display, link.eventLoop};
+}
+
+void EgkReading::ExpectInformationBoxes(const std::vector<QString>& critical) const {
+  for (const ShownBox& box : link.dialogs.boxes) {
+    const bool isCritical = std::find(critical.begin(), critical.end(), box.text) != critical.end();
+    EXPECT_EQ(box.title, BoxTitle) << box.text.toStdString();
+    EXPECT_EQ(box.icon, isCritical ? Icon::Critical : Icon::Information) << box.text.toStdString();
+    EXPECT_FALSE(box.isQuestion) << box.text.toStdString();
+  }
+}
+
+void EgkReading::FillWithAnotherPerson() {
+  const QString text = AnotherPerson.toString();
+  for (int i = 0; i < ElementCount; ++i) insured[static_cast<Element>(i)] = text;
+  egk.iccsn = text;
+  egk.statusText = text;
+  for (VsdDocument& document : egk.documents) {
+    document.xmlText = text;
+    document.validationText = text;
+    document.fields.fill({text, text});
+  }
+  for (StatusObject* object :
+       {&egk.stored.status, &egk.stored.readingDate, &egk.stored.approval, &egk.stored.checksum}) {
+    object->tlv = text;
+  }
+  for (QString* stored : {&egk.stored.statusText, &egk.stored.storedDate, &egk.stored.convertedDate,
+                          &egk.stored.approvalNumber, &egk.stored.checksumText}) {
+    *stored = text;
+  }
+  info.DataRead = true;
+  info.EgkData = true;
+}
+
+void EgkReading::ExpectNothingOfAnotherPerson() const {
+  for (const QString& text : AllTexts(insured, egk)) EXPECT_FALSE(text.contains(AnotherPerson));
+}
+
+}  // namespace kartocheck::test

@@ -1,0 +1,58 @@
+// A compressed block as a card may send it. The first byte chooses kind and validation, the rest is
+// the block.
+
+#include <QByteArrayView>
+
+#include "egk/vsd_decoder.h"
+#include "fuzz/quiet_front_end.h"
+#include "fuzz/verify.h"
+
+namespace kartocheck {
+namespace {
+
+ValidationSettings& OwnSchemas() {
+  static ValidationSettings settings = [] {
+    ValidationSettings loaded;
+    LoadSchemas(loaded, {QStringLiteral(VSD_SCHEMAS)});
+    return loaded;
+  }();
+  return settings;
+}
+
+void Run(std::uint8_t choice, QByteArrayView compressed) {
+  using Procedure = std::int16_t (*)(QByteArrayView, const VsdTarget&);
+  constexpr PerVsdKind<Procedure> Procedures{{{DecompressPd, DecompressVd, DecompressGvd}}};
+  const auto kind = static_cast<VsdKind>((choice >> 1) % VsdKindCount);
+  ValidationSettings& validation = OwnSchemas();
+  validation.isOn = (choice & 1) != 0;
+
+  EgkData egk;
+  InsuredData insured;
+  fuzz::QuietDisplay display;
+  fuzz::QuietEventLoop eventLoop;
+  const VsdTarget target{.egk = egk,
+                         .insured = insured,
+                         .validation = validation,
+                         .display = display,
+                         .eventLoop = eventLoop};
+  const std::int16_t result = Procedures[kind](compressed, target);
+  const VsdDocument& kept = egk.documents[kind];
+
+  using fuzz::Verify;
+  Verify(result == 0 || result == -1 || result == -2, "a known result");
+  Verify(validation.isOn || kept.xmlText.size() < 32768, "a text below the cap");
+  Verify(result != -2 || kept.IsEmpty(), "nothing kept of what was not decompressed");
+  Verify(result == 0 || insured.IsEmpty(), "nothing mapped of a failure");
+  Verify(kept.notValidated || validation.isOn, "no success without validation");
+  Verify(!validation.isOn || !kept.notValidated || insured.IsEmpty(),
+         "with validation only valid data are mapped");
+}
+
+}  // namespace
+}  // namespace kartocheck
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size == 0) return 0;
+  kartocheck::Run(data[0], QByteArrayView(data + 1, static_cast<qsizetype>(size - 1)));
+  return 0;
+}
