@@ -1,6 +1,7 @@
 #include "main/start_window.h"
 
 #include <QApplication>
+#include <QSettings>
 
 #include "app/bas_mkt_test.h"
 #include "platform/qt_event_loop.h"
@@ -17,14 +18,18 @@ std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv) 
   return application;
 }
 
-int RunWindow(CtApi& api, const Terminate& terminate, bool simulation) {
+int RunWindow(const WindowSetup& setup) {
   QtEventLoop eventLoop;
-  Form_MKT_Test window({.simulation = simulation, .settings = nullptr});
-  Bas_MKT_Test module({.api = api,
+  QSettings settings(QStringLiteral("KartoCheck"), QStringLiteral("KartoCheck"));
+  Form_MKT_Test window({.simulation = setup.simulation, .settings = &settings});
+  Bas_MKT_Test module({.api = setup.api,
                        .dialogs = window.Boxes(),
                        .display = window,
                        .eventLoop = eventLoop,
-                       .terminate = terminate});
+                       .serial = setup.serial,
+                       .directory = setup.directory,
+                       .terminate = setup.terminate});
+  LoadSchemas(module.Validation, setup.schemaDirectories);
   TestFlow flow(module, window.Boxes(), window, window);
   window.Attach(flow);
   const TerminationSignal signal([&] { window.CloseForSystem(); });

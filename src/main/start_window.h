@@ -1,9 +1,12 @@
 #pragma once
 
-#include <functional>
+#include <QStringList>
+
 #include <memory>
 
 #include "platform/ct_api.h"
+#include "platform/port_directory.h"
+#include "platform/serial_port.h"
 #include "platform/terminate.h"
 
 class QCoreApplication;
@@ -13,7 +16,17 @@ namespace kartocheck {
 // The application object that a window needs.
 [[nodiscard]] std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv);
 
+// What the window works with.
+struct WindowSetup {
+  CtApi& api;
+  SerialPort& serial;
+  const PortDirectory& directory;
+  Terminate terminate;
+  QStringList schemaDirectories;
+  bool simulation = false;
+};
+
 // Shows the main window and runs until it is closed. Returns the exit status.
-[[nodiscard]] int RunWindow(CtApi& api, const Terminate& terminate, bool simulation);
+[[nodiscard]] int RunWindow(const WindowSetup& setup);
 
 }  // namespace kartocheck

@@ -4,9 +4,9 @@
 // such a feature sets its constant to true.
 namespace kartocheck::feature {
 
-inline constexpr bool FullScan = false;         // CmdB_MKt_Test_0
-inline constexpr bool Diagnosis = false;        // CmdB_MKt_Test_1
-inline constexpr bool FurtherPorts = false;     // Opti_Comx_4 at start, List1
+inline constexpr bool FullScan = true;          // CmdB_MKt_Test_0
+inline constexpr bool Diagnosis = true;         // CmdB_MKt_Test_1
+inline constexpr bool FurtherPorts = true;      // Opti_Comx_4 at start, List1
 inline constexpr bool Validation = false;       // mnuValidierung
 inline constexpr bool SchemaChoice = false;     // mnuSchema
 inline constexpr bool EgkInfo = false;          // cmdeGK

@@ -67,6 +67,10 @@ ButtonPanel::ButtonPanel(QWidget* parent) : QFrame(parent) {
   for (QToolButton* button : CmdB_MKt_Test) button->setMinimumWidth(widest);
 }
 
+QWidget* ButtonPanel::Button(int index) const {
+  return CmdB_MKt_Test.at(static_cast<std::size_t>(index));
+}
+
 // The Enter key presses the button that has the focus, as the space bar does.
 void ButtonPanel::keyPressEvent(QKeyEvent* event) {
   auto* button = qobject_cast<QToolButton*>(focusWidget());

@@ -109,16 +109,26 @@ void Form_MKT_Test::CreateFrames() {
   connect(Fram_Comx, &PortFrame::PortChosen, this, [this](int member) {
     if (flow_ != nullptr) flow_->ChoosePort(member);
   });
+  connect(Fram_Comx, &PortFrame::FurtherPortChosen, this, [this](int index) {
+    if (flow_ != nullptr) flow_->ChooseFurtherPort(index);
+  });
   Fram_MKTStatus = new TerminalAccessFrame(content);
   cmdeGK = new QPushButton(QStringLiteral("Info eGK Daten"), content);
   cmdeGK->setObjectName(QStringLiteral("cmdeGK"));
   cmdeGK->setToolTip(QStringLiteral("Anzeige weiterer Daten der elektronischen Gesundheitskarte."));
   cmdeGK->setAccessibleName(cmdeGK->text());
 
+  wait_ = new WaitFrame(content);
+  connect(wait_, &WaitFrame::EndRequested, this, [this] {
+    if (flow_ != nullptr) flow_->EndSweep();
+  });
+  dialogCheck_ = new DialogCheckFrame(content);
   terminalStatus_ = new TerminalStatusFrame(content);
+  connect(terminalStatus_, &TerminalStatusFrame::TabChosen, this, [this] {
+    if (flow_ != nullptr) flow_->ChooseStatusTab();
+  });
   insuredData_ = new InsuredDataFrame(content);
-  Fram_Show = {new WaitFrame(content), new DialogCheckFrame(content), terminalStatus_,
-               insuredData_};
+  Fram_Show = {wait_, dialogCheck_, terminalStatus_, insuredData_};
   for (int frame = 0; frame < static_cast<int>(Fram_Show.size()); ++frame) {
     QWidget* widget = Fram_Show.at(static_cast<std::size_t>(frame));
     widget->setObjectName(MemberName(u"Fram_Show", frame));
@@ -219,6 +229,38 @@ void Form_MKT_Test::ShowData(const DataFrame& frame) {
 
 void Form_MKT_Test::ClearData() {
   insuredData_->ClearData();
+}
+
+void Form_MKT_Test::ShowPortList(const QStringList& lines, int chosen) {
+  Fram_Comx->ShowPortList(lines, chosen);
+}
+
+void Form_MKT_Test::MarkPort(int member) {
+  Fram_Comx->MarkPort(member);
+}
+
+void Form_MKT_Test::NameFurtherPort(const QString& name) {
+  terminalStatus_->NameFurtherPort(name);
+}
+
+void Form_MKT_Test::ShowStatusTab(int slot) {
+  terminalStatus_->ShowTab(slot);
+}
+
+void Form_MKT_Test::MarkButton(int index) {
+  focusBefore_ = Pict_MKT_Test->Button(index);
+}
+
+void Form_MKT_Test::ShowDiagnosedPort(const QString& name) {
+  dialogCheck_->ShowPort(name);
+}
+
+void Form_MKT_Test::ShowDiagnosisStep(const QString& step) {
+  dialogCheck_->ShowStep(step);
+}
+
+void Form_MKT_Test::ShowScanResult(const ScanResult& result) {
+  ShowStatusText(QString(result.summary).replace(QStringLiteral("\r\n"), QStringLiteral(" ")));
 }
 
 void Form_MKT_Test::SetActionRunning(bool running) {

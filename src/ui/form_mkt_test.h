@@ -20,10 +20,12 @@ class QSettings;
 namespace kartocheck {
 
 class ButtonPanel;
+class DialogCheckFrame;
 class InsuredDataFrame;
 class PortFrame;
 class TerminalAccessFrame;
 class TerminalStatusFrame;
+class WaitFrame;
 
 // The program's one main window. It shows what it is given and reports what was pressed.
 class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd {
@@ -53,12 +55,20 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   void ShowStatusText(const QString& text) override;
   void ShowProgress(int percent) override;
   bool ShowFrameX(int frame) override;
+  void ShowDiagnosisStep(const QString& step) override;
   void EnablePort(int slot, bool enabled) override;
   void SetLamp(Lamp lamp, LampState state) override;
   void ShowSlot(int slot) override;
 
   void ShowData(const DataFrame& frame) override;
   void ClearData() override;
+  void ShowPortList(const QStringList& lines, int chosen) override;
+  void MarkPort(int member) override;
+  void NameFurtherPort(const QString& name) override;
+  void ShowStatusTab(int slot) override;
+  void MarkButton(int index) override;
+  void ShowDiagnosedPort(const QString& name) override;
+  void ShowScanResult(const ScanResult& result) override;
   void SetActionRunning(bool running) override;
   void CopyToClipboard(const QString& text) override;
   void CloseNow() override;
@@ -86,6 +96,8 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   TerminalAccessFrame* Fram_MKTStatus = nullptr;
   QPushButton* cmdeGK = nullptr;
   std::array<QWidget*, 4> Fram_Show{};
+  WaitFrame* wait_ = nullptr;
+  DialogCheckFrame* dialogCheck_ = nullptr;
   TerminalStatusFrame* terminalStatus_ = nullptr;
   InsuredDataFrame* insuredData_ = nullptr;
   QLabel* Labl_StatusText = nullptr;

@@ -5,6 +5,7 @@
 #include <QListWidget>
 #include <QMouseEvent>
 #include <QRadioButton>
+#include <QSignalBlocker>
 
 #include "ui/available_features.h"
 #include "ui/plain_label.h"
@@ -51,6 +52,9 @@ PortFrame::PortFrame(QWidget* parent) : QGroupBox(QStringLiteral("Schnittstellen
   List1 = new QListWidget(this);
   List1->setObjectName(QStringLiteral("List1"));
   List1->setAccessibleName(QStringLiteral("Weitere Schnittstellen"));
+  connect(List1, &QListWidget::currentRowChanged, this, [this](int row) {
+    if (row >= 0) Q_EMIT FurtherPortChosen(row);
+  });
   const QFontMetrics metrics = List1->fontMetrics();
   const int frame = 2 * (List1->frameWidth() + metrics.averageCharWidth());
   List1->setMinimumSize(metrics.horizontalAdvance(WidestEntry.toString()) + frame,
@@ -84,6 +88,17 @@ void PortFrame::AddOption(int member) {
 void PortFrame::EnablePort(int slot, bool enabled) {
   portEnabled_.at(static_cast<std::size_t>(slot - 1)) = enabled;
   UpdateEnabled();
+}
+
+void PortFrame::ShowPortList(const QStringList& lines, int chosen) {
+  const QSignalBlocker quiet(List1);
+  List1->clear();
+  List1->addItems(lines);
+  List1->setCurrentRow(chosen);
+}
+
+void PortFrame::MarkPort(int member) {
+  Opti_Comx.at(static_cast<std::size_t>(member))->setChecked(true);
 }
 
 void PortFrame::SetActionRunning(bool running) {

@@ -39,6 +39,9 @@ TerminalStatusFrame::TerminalStatusFrame(QWidget* parent)
   for (int tab = 0; tab < SlotCount; ++tab) {
     TabStrip1->addTab(NewTab(tab), TabTitles.at(static_cast<std::size_t>(tab)).toString());
   }
+  connect(TabStrip1, &QTabWidget::currentChanged, this, [this] {
+    if (!showingTab_) Q_EMIT TabChosen();
+  });
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(TabStrip1);
@@ -67,6 +70,16 @@ void TerminalStatusFrame::ShowSlot(int slot, const StatusTab& values) {
   for (int row = 0; row < StatusRowCount; ++row) {
     grid->SetValue(row, values.at(static_cast<std::size_t>(row)));
   }
+}
+
+void TerminalStatusFrame::ShowTab(int slot) {
+  showingTab_ = true;
+  TabStrip1->setCurrentIndex(slot - 1);
+  showingTab_ = false;
+}
+
+void TerminalStatusFrame::NameFurtherPort(const QString& name) {
+  TabStrip1->setTabText(FurtherPortSlot - 1, name);
 }
 
 }  // namespace kartocheck

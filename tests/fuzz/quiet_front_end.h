@@ -32,6 +32,7 @@ class QuietDisplay final : public Display {
   void ShowStatusText(const QString& /*text*/) override {}
   void ShowProgress(int /*percent*/) override {}
   bool ShowFrameX(int /*frame*/) override { return false; }
+  void ShowDiagnosisStep(const QString& /*step*/) override {}
   void EnablePort(int /*slot*/, bool /*enabled*/) override {}
   void SetLamp(Lamp /*lamp*/, LampState /*state*/) override {}
   void ShowSlot(int /*slot*/) override {}

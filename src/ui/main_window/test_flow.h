@@ -36,29 +36,61 @@ class TestFlow {
   // A click on option button `member`, 0 to 4, of Opti_Comx.
   void ChoosePort(int member);
 
+  // A choice in the list of further ports, by index.
+  void ChooseFurtherPort(int index);
+
+  // A click on a status tab.
+  void ChooseStatusTab();
+
+  // Ends a running sweep over the further ports early.
+  void EndSweep() { sweepEnded_ = true; }
+
   // True when the window may close now. The link is closed then.
   [[nodiscard]] bool MayClose(CloseSource source);
 
   // One port of a scan: checks it, and reads where a terminal was found.
   void ScanPort(int pn);
 
+  // Looks for further ports and lists them.
+  void SweepFurtherPorts();
+
   [[nodiscard]] StatusTab StatusTabOf(int slot) const;
 
  private:
   class RunningAction;
 
+  template <typename Work>
+  void RunAction(Work work);
   void Run(Action action);
+  void FullScan();
+  void ScanComPorts();
+  void ScanFurtherPorts();
+  void ShowScanResult();
+  void ShowFirstReadPort();
+  void Diagnose();
+  void DiagnosePort(int pn);
+  void ShowStatus();
   void ReadCard();
   void CopyData();
   void ResetFields();
+
+  void CheckAndOffer(int pn);
+  void UseFurtherPort(int pn);
+  void SelectPort(int member);
+  void ShowProgress(int percent);
+  void ShowStatusText(QStringView text);
+  void ShowFrame(Frame frame);
   void ShowCurrentData();
+  [[nodiscard]] bool HasSelectedPort();
+  [[nodiscard]] bool IsMobile(int pn) const;
   [[nodiscard]] ReadLoopSteps LoopSteps(int pn);
-  [[nodiscard]] Question InsertCardPrompt(int pn) const;
 
   Bas_MKT_Test& module_;
   Dialogs& dialogs_;
   Display& display_;
   FrontEnd& frontEnd_;
+  int progress_ = 0;
+  bool sweepEnded_ = false;
 };
 
 }  // namespace kartocheck
