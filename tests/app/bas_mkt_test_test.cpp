@@ -8,6 +8,8 @@
 #include "support/fake_dialogs.h"
 #include "support/fake_display.h"
 #include "support/fake_event_loop.h"
+#include "support/fake_port_directory.h"
+#include "support/fake_serial_port.h"
 #include "support/link_fixture.h"
 #include "support/printing.h"
 
@@ -21,11 +23,15 @@ class Module {
                .dialogs = dialogs,
                .display = display,
                .eventLoop = eventLoop,
+               .serial = serial,
+               .directory = directory,
                .terminate = [] { throw Terminated{}; }}) {}
 
   FakeDialogs dialogs;
   FakeDisplay display;
   FakeEventLoop eventLoop;
+  FakeSerialPort serial{FakeSerialPort::FourPorts()};
+  FakePortDirectory directory;
   Bas_MKT_Test state;
 };
 
@@ -37,6 +43,12 @@ constexpr const char* CheckAndRead = R"(
   < 46 0F 'DENRVPKTO 1.002' 90 00
   > 20 71 00 01 00
   < 6D 00
+  close
+  open 8192
+  > 20 12 01 00 01 01
+  < 90 00
+  > 00 A4 04 00 06 D2 76 00 00 01 01
+  < 90 00
   close
   open 8192
   > 20 11 00 00 00

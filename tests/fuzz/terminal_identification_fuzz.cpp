@@ -12,9 +12,10 @@ void CheckOnce(fuzz::ByteSource& source) {
   const int pn = fuzz::PortNumber(source.Byte());
   fuzz::FuzzedLink link(source, false);
   TerminalInfo info;
-  PortEntry port;
+  fuzz::QuietSerialPort serial;
   try {
-    CheckPort(pn, {link.session, info, port, link.display});
+    CheckPort(pn, {link.session, info, link.ports[SlotOf(pn)], serial, link.display, link.eventLoop,
+                   QString(), [](int) { return QString(); }});
   } catch (const fuzz::Terminated&) {
     fuzz::Verify(link.dialogs.messages == 1, "the program ends with one message");
     return;

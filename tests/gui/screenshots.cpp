@@ -67,7 +67,7 @@ void TakeDataFrame(Album& album) {
   Program program(practice::Identification(1) + practice::CardRead(1, practice::AnnesCard));
   album.Add(program.window, QStringLiteral("start"));
   program.library.beforeExchange = [&](int exchange) {
-    if (exchange == 4) album.Add(program.window, QStringLiteral("lesen"));
+    if (exchange == 6) album.Add(program.window, QStringLiteral("lesen"));
   };
   program.Click(QStringLiteral("CmdB_MKt_Test_3"));
   album.Add(program.window, QStringLiteral("kvk_karte"));

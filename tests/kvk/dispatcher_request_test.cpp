@@ -327,16 +327,5 @@ TEST(ClearSlotTest, EmptiesDataAndFlagsAndNothingElse) {
   EXPECT_TRUE(info.Answered && info.Reset95 && info.Reset9501 && info.SelectRefused);
 }
 
-TEST(ResetAndCloseTest, SendsTheResetAndClosesWhateverTheResetBrings) {
-  for (const char* script : {"open 1\n> 20 11 00 00 00\n< 90 00\nclose",
-                             "open 1\n> 20 11 00 00 00\n< -> -127\nclose -> -127"}) {
-    Dialogue dialogue(script);
-    Link link(dialogue);
-    ASSERT_EQ(link.session.CtOpen(1), 0);
-    ResetAndClose(link.session);
-    EXPECT_FALSE(link.session.IsOpen());
-  }
-}
-
 }  // namespace
 }  // namespace kartocheck::test

@@ -23,6 +23,8 @@ Program::Program(const std::string& script, const Form_MKT_Test::Options& option
               .dialogs = window.Boxes(),
               .display = window,
               .eventLoop = eventLoop,
+              .serial = serial,
+              .directory = directory,
               .terminate = [] { std::abort(); }}),
       flow(module, window.Boxes(), window, window) {
   window.Attach(flow);

@@ -8,8 +8,10 @@
 
 #include "app/bas_mkt_test.h"
 #include "gui/support/hooked_library.h"
-#include "platform/qt_event_loop.h"
+#include "gui/support/quick_event_loop.h"
 #include "support/dialogue.h"
+#include "support/fake_port_directory.h"
+#include "support/fake_serial_port.h"
 #include "ui/form_mkt_test.h"
 #include "ui/main_window/test_flow.h"
 
@@ -39,7 +41,9 @@ class Program {
   Dialogue dialogue;
   HookedLibrary library;
   Form_MKT_Test window;
-  QtEventLoop eventLoop;
+  QuickEventLoop eventLoop;
+  FakeSerialPort serial{FakeSerialPort::FourPorts()};
+  FakePortDirectory directory;
   Bas_MKT_Test module;
   TestFlow flow;
 
