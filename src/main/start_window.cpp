@@ -20,11 +20,16 @@ namespace kartocheck {
 
 namespace {
 
-// Whether the user wants to go on to the main window.
+// Whether the user goes on to the main window. They do not where the system ends the program.
 bool ShowUserInformation() {
   Form_FirstUser information(nullptr);
+  bool isEnded = false;
+  const TerminationSignal signal([&] {
+    isEnded = true;
+    information.close();
+  });
   information.exec();
-  return information.ContinueFlag();
+  return information.ContinueFlag() && !isEnded;
 }
 
 }  // namespace
@@ -36,6 +41,7 @@ std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv) 
 }
 
 int RunWindow(const WindowSetup& setup) {
+  if (!ShowUserInformation()) return EXIT_SUCCESS;
   QtEventLoop eventLoop;
   QSettings settings(QStringLiteral("KartoCheck"), QStringLiteral("KartoCheck"));
   const auto facts = [&setup] {
@@ -59,7 +65,6 @@ int RunWindow(const WindowSetup& setup) {
     return TestReportText(QDateTime::currentDateTime(), facts(), module, flow, recorder);
   });
   const TerminationSignal signal([&] { window.CloseForSystem(); });
-  if (!ShowUserInformation() || window.IsClosing()) return EXIT_SUCCESS;
   window.show();
   return QCoreApplication::exec();
 }

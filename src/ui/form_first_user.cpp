@@ -18,10 +18,10 @@ namespace kartocheck {
 namespace {
 
 // Characters of a line of the document, and its lines, that are seen without scrolling.
-constexpr int VisibleCharacters = 96;
-constexpr int VisibleLines = 40;
+constexpr int VisibleCharacters = 104;
+constexpr int VisibleLines = 42;
 // Part of the screen's height that the document may take.
-constexpr double HighestView = 0.7;
+constexpr double HighestView = 0.75;
 
 // The document's view, as large as the document wants to be where the screen has the room.
 class DocumentView final : public QTextEdit {

@@ -55,9 +55,6 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   // Where the text of a test report comes from; without one the menu does not offer it.
   void OfferReport(std::function<QString()> makeReport);
 
-  // The window has closed, or will as soon as control is back in the event loop.
-  [[nodiscard]] bool IsClosing() const { return closing_; }
-
   // The system ends the program (SIGTERM, end of the desktop session): an open box counts as
   // answered with Cancel or No, nothing more is asked, and the window closes, after the end of
   // the running action if there is one.
