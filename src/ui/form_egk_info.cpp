@@ -48,6 +48,12 @@ void SetLines(QLabel* label, QString text) {
   label->setText(text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
 }
 
+void SetBold(QWidget* widget, bool bold) {
+  QFont font = widget->font();
+  font.setBold(bold);
+  widget->setFont(font);
+}
+
 void MakeSelectable(QLabel* label) {
   label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
 }
@@ -102,6 +108,8 @@ QWidget* Form_egK_Info::NewListView() {
     button->setCheckable(true);
     button->setFocusPolicy(Qt::StrongFocus);
     connect(button, &QToolButton::clicked, this, [this, kind = kind] { ShowList(kind); });
+    // Dark styles hardly show which button is pressed.
+    connect(button, &QToolButton::toggled, button, [button](bool on) { SetBold(button, on); });
     group->addButton(button);
     kindRow->addWidget(button);
     kinds_.at(index) = button;

@@ -19,7 +19,7 @@ namespace {
 
 // Characters of a line of the document, and its lines, that are seen without scrolling.
 constexpr int VisibleCharacters = 104;
-constexpr int VisibleLines = 42;
+constexpr int VisibleLines = 40;
 // Part of the screen's height that the document may take.
 constexpr double HighestView = 0.75;
 
