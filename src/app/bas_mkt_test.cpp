@@ -47,13 +47,14 @@ void Bas_MKT_Test::SweepPorts(const std::function<bool(int done)>& beforePort) {
   FurtherPorts = SweepCtApiPorts(session_, display_, beforePort);
 }
 
-void Bas_MKT_Test::UseFurtherPort(int pn) {
+void Bas_MKT_Test::UseFurtherPort(std::optional<int> pn) {
+  if (CurrentPort == FurtherPortSlot) SelectedPort = pn;
   if (FurtherPort == pn) return;
   FurtherPort = pn;
   ClearSlot(FurtherPortSlot);
   Terminals[FurtherPortSlot] = {};
   Ports[FurtherPortSlot] = {};
-  Ports[FurtherPortSlot].PortText = PortLine(pn);
+  if (pn) Ports[FurtherPortSlot].PortText = PortLine(*pn);
 }
 
 QString Bas_MKT_Test::IdentificationOf(int slot) const {
@@ -65,8 +66,9 @@ std::int16_t Bas_MKT_Test::StatusCheck(int pn) {
   return CheckStatus({session_, pn, Terminals[SlotOf(pn)], dialogs_});
 }
 
-void Bas_MKT_Test::RunGuidedDiagnosis(const std::function<void()>& checkPort) {
-  kartocheck::RunGuidedDiagnosis({Hints, dialogs_, display_, checkPort});
+void Bas_MKT_Test::RunGuidedDiagnosis(const std::function<void()>& checkPort,
+                                      const std::function<void()>& showTerminalStatus) {
+  kartocheck::RunGuidedDiagnosis({Hints, dialogs_, display_, checkPort, showTerminalStatus});
 }
 
 std::int16_t Bas_MKT_Test::ReadCardData(int pn) {

@@ -74,8 +74,9 @@ class Bas_MKT_Test {
   // Looks for further ports. beforePort: see SweepCtApiPorts.
   void SweepPorts(const std::function<bool(int done)>& beforePort);
 
-  // Makes slot 5 stand for this port; another one than before empties it.
-  void UseFurtherPort(int pn);
+  // Makes slot 5 stand for this port, or for none; another one than before empties it. While slot 5
+  // is the current one, the port is also the selected one.
+  void UseFurtherPort(std::optional<int> pn);
 
   // What the system knows of the port on a slot.
   [[nodiscard]] QString IdentificationOf(int slot) const;
@@ -89,8 +90,9 @@ class Bas_MKT_Test {
   // Reads the card or stored record on the port into its slot. 0 done, 1 another try is wanted.
   [[nodiscard]] std::int16_t ReadCardData(int pn);
 
-  // Runs the guided questions; checkPort is called where they lead to a check of the port.
-  void RunGuidedDiagnosis(const std::function<void()>& checkPort);
+  // Runs the guided questions, which end with a check of the port or with the terminals' status.
+  void RunGuidedDiagnosis(const std::function<void()>& checkPort,
+                          const std::function<void()>& showTerminalStatus);
 
   // Empties the slot's insured data and eGK data.
   void ClearSlot(int slot);

@@ -2,13 +2,9 @@
 
 #include <array>
 
-#include "text/status_texts.h"
-
 namespace kartocheck {
 
 namespace {
-
-constexpr int TerminalStatusFrame = 2;
 
 QString Title() {
   return QStringLiteral(" KartoCheck Diagnose ");
@@ -20,11 +16,6 @@ void Tell(const GuidedDiagnosisTarget& with, Icon icon, Hint hint) {
 
 bool IsConfirmed(const GuidedDiagnosisTarget& with, Hint question) {
   return with.dialogs.Ask({.title = Title(), .text = with.hints[question]}) == Answer::Yes;
-}
-
-void ShowTerminalStatus(const GuidedDiagnosisTarget& with) {
-  with.display.ShowFrameX(TerminalStatusFrame);
-  with.display.ShowStatusText(status_text::TerminalStatus.toString());
 }
 
 // A fault that the user can mend at the terminal.
@@ -46,7 +37,7 @@ void RunGuidedDiagnosis(const GuidedDiagnosisTarget& target) {
   target.display.ShowDiagnosisStep(QStringLiteral("Anschlußkabel"));
   if (!IsConfirmed(target, Hint::CableQuestion)) {
     Tell(target, Icon::Critical, Hint::CableAdvice);
-    return ShowTerminalStatus(target);
+    return target.showTerminalStatus();
   }
   for (const MendableFault& fault : MendableFaults) {
     target.display.ShowDiagnosisStep(fault.step.toString());
@@ -55,7 +46,7 @@ void RunGuidedDiagnosis(const GuidedDiagnosisTarget& target) {
     return target.checkPort();
   }
   Tell(target, Icon::Exclamation, Hint::Closing);
-  ShowTerminalStatus(target);
+  target.showTerminalStatus();
 }
 
 }  // namespace kartocheck

@@ -14,6 +14,7 @@ struct GuidedDiagnosisTarget {
   Dialogs& dialogs;
   Display& display;
   std::function<void()> checkPort;
+  std::function<void()> showTerminalStatus;
 };
 
 // Asks about cable, power supply, output format and baud rate. The first answer but Yes brings its

@@ -10,6 +10,11 @@ constexpr int PortsCheckedElsewhere = 4;
 
 }  // namespace
 
+QString PortCheckText(int pn) {
+  if (IsUsbPort(pn)) return u"Programm prüft USB Device " + QString::number(UsbDeviceNumber(pn));
+  return u"Programm prüft die serielle Schnittstelle COM " + QString::number(pn);
+}
+
 std::vector<int> SweepCtApiPorts(CtSession& link, Display& display,
                                  const std::function<bool(int done)>& beforePort) {
   std::vector<int> found;
@@ -17,16 +22,13 @@ std::vector<int> SweepCtApiPorts(CtSession& link, Display& display,
     if (!beforePort(i)) return found;
     const int pn = FirstComPort + i;
     const bool isFurther = i >= PortsCheckedElsewhere;
-    if (isFurther) {
-      display.ShowStatusText(u"Programm prüft die serielle Schnittstelle COM " +
-                             QString::number(pn));
-    }
+    if (isFurther) display.ShowStatusText(PortCheckText(pn));
     if (link.CtTryPort(pn) == ct_code::Success && isFurther) found.push_back(pn);
   }
   for (int i = 0; i < PortsPerKind; ++i) {
     if (!beforePort(PortsPerKind + i)) return found;
     const int pn = FirstUsbPort + i;
-    display.ShowStatusText(u"Programm prüft USB Device " + QString::number(i + 1));
+    display.ShowStatusText(PortCheckText(pn));
     if (link.CtTryPort(pn) == ct_code::Success) found.push_back(pn);
   }
   return found;

@@ -3,7 +3,6 @@
 #include "platform/dialogs.h"
 #include "platform/display.h"
 #include "platform/event_loop.h"
-#include "platform/serial_port.h"
 
 namespace kartocheck::fuzz {
 
@@ -43,20 +42,6 @@ class QuietEventLoop final : public EventLoop {
  public:
   void Yield() override {}
   void Wait(std::chrono::milliseconds /*duration*/) override {}
-};
-
-// A port on which a device drives the line and answers no probe.
-class QuietSerialPort final : public SerialPort {
- public:
-  void Open(int /*comNumber*/) override {}
-  void Close() noexcept override {}
-  void SetSettings(QStringView /*settings*/) override {}
-  void SetDtr(bool /*on*/) override {}
-  void SetRts(bool /*on*/) override {}
-  [[nodiscard]] bool ReadDsr() override { return true; }
-  void EmptyReceiveBuffer() override {}
-  void Send(QByteArrayView /*bytes*/) override {}
-  [[nodiscard]] QByteArray Received() override { return {}; }
 };
 
 }  // namespace kartocheck::fuzz

@@ -6,6 +6,7 @@
 #include "kvk/dispatcher_dialogue.h"
 #include "support/dialogue.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 // Opening, reset and card request.
 
@@ -69,7 +70,8 @@ INSTANTIATE_TEST_SUITE_P(
          .script = "open 1 -> 5",
          .boxes = {box::NoLink},
          .result = -1},
-    }));
+    }),
+    SentenceName());
 
 INSTANTIATE_TEST_SUITE_P(
     Request, DispatcherTest,
@@ -248,7 +250,8 @@ INSTANTIATE_TEST_SUITE_P(
          .answers = {Answer::Yes},
          .boxes = {box::NoCard},
          .result = 1},
-    }));
+    }),
+    SentenceName());
 
 // Words that have no meaning of their own here, some of them have one elsewhere.
 TEST(DispatcherRequestTest, AnyOtherStatusWordMeansNoCard) {

@@ -1,5 +1,7 @@
 #include "ui/main_window/run_recorder.h"
 
+#include <algorithm>
+
 namespace kartocheck {
 
 namespace {
@@ -22,6 +24,10 @@ QString TextOf(QStringView kind, const QString& title, const QString& text) {
   return kind + u" (" + title.trimmed() + u"):\r\n" + text.trimmed();
 }
 
+QString WithoutDigits(QString text) {
+  return text.removeIf([](QChar character) { return character.isDigit(); });
+}
+
 }  // namespace
 
 RunRecorder::RunRecorder(Dialogs& dialogs, Display& display, Clock clock)
@@ -40,8 +46,16 @@ Answer RunRecorder::Ask(const Question& question) {
 }
 
 void RunRecorder::ShowStatusText(const QString& text) {
+  if (IsInLongRow(text)) entries_.pop_back();
   Keep(text);
   display_.ShowStatusText(text);
+}
+
+bool RunRecorder::IsInLongRow(const QString& text) const {
+  if (entries_.size() < LongestRow) return false;
+  const QString kind = WithoutDigits(text);
+  return std::all_of(entries_.end() - LongestRow, entries_.end(),
+                     [&](const RunEntry& entry) { return WithoutDigits(entry.text) == kind; });
 }
 
 void RunRecorder::Keep(const QString& text) {

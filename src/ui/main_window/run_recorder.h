@@ -22,6 +22,9 @@ class RunRecorder final : public Dialogs, public Display {
  public:
   // Entries that are kept; of a longer run the first ones are dropped.
   static constexpr std::size_t MostEntries = 2'000;
+  // Status texts in a row that differ in their numbers only, as of a look through all ports: of a
+  // longer row the last one stands for all that are dropped.
+  static constexpr std::size_t LongestRow = 5;
 
   using Clock = std::function<QTime()>;
   RunRecorder(Dialogs& dialogs, Display& display, Clock clock);
@@ -41,6 +44,7 @@ class RunRecorder final : public Dialogs, public Display {
 
  private:
   void Keep(const QString& text);
+  [[nodiscard]] bool IsInLongRow(const QString& text) const;
 
   Dialogs& dialogs_;
   Display& display_;

@@ -16,6 +16,8 @@ namespace {
 
 constexpr int ComPortCount = 4;
 constexpr int FurtherPortMember = 4;
+// Title of the fifth tab while it stands for no port.
+constexpr QStringView FurtherPorts = u"weitere ...";
 
 // Progress in percent: a step a COM port, then the sweep, up to the end.
 constexpr int ScanStep = 20;
@@ -85,7 +87,9 @@ void TestFlow::Button(int index) {
 }
 
 void TestFlow::Run(Action action) {
-  if (action <= Action::ReadCard) display_.ShowFrameX(static_cast<int>(action));
+  const bool needsPort = action == Action::Diagnosis || action == Action::ReadCard;
+  if (needsPort && !HasSelectedPort()) return;
+  if (action <= Action::ReadCard) ShowFrame(static_cast<Frame>(action));
   switch (action) {
     case Action::FullScan:
       return FullScan();
@@ -110,8 +114,7 @@ void TestFlow::FullScan() {
   ShowStatusText(status_text::ScanResult);
   ShowScanResult();
   frontEnd_.MarkButton(static_cast<int>(Action::ShowStatus));
-  ShowFrame(Frame::TerminalStatus);
-  ShowStatusText(status_text::TerminalStatus);
+  ShowTerminalStatus();
   ShowFirstReadPort();
 }
 
@@ -135,6 +138,7 @@ void TestFlow::ScanPort(int pn) {
     ShowProgress(progress_ + ScanStep);
   } else {
     UseFurtherPort(pn);
+    ShowStatusText(PortCheckText(pn));
   }
   module_.Terminals[SlotOf(pn)].Answered = false;
   CheckAndOffer(pn);
@@ -147,6 +151,8 @@ void TestFlow::CheckAndOffer(int pn) {
   module_.CheckPort(pn);
   const PortEntry& port = module_.Ports[SlotOf(pn)];
   display_.EnablePort(SlotOf(pn), port.PortPresent && !port.PortError);
+  // The check has emptied the slot.
+  if (SlotOf(pn) == module_.CurrentPort) ShowCurrentData();
 }
 
 void TestFlow::SweepFurtherPorts() {
@@ -156,7 +162,9 @@ void TestFlow::SweepFurtherPorts() {
     ShowProgress(before + (Done - before) * done / SweepPortCount);
     return !sweepEnded_ && !module_.ExitRequested;
   });
-  frontEnd_.ShowPortList(PortLines(module_.FurtherPorts), -1);
+  // A port that has not been found again leaves nothing behind.
+  const bool isFound = module_.FurtherPort && LineOf(*module_.FurtherPort) >= 0;
+  UseFurtherPort(isFound ? module_.FurtherPort : std::nullopt);
 }
 
 void TestFlow::ShowScanResult() {
@@ -178,15 +186,16 @@ void TestFlow::ShowFirstReadPort() {
 }
 
 void TestFlow::Diagnose() {
-  ShowStatusText(status_text::DialogCheck);
-  if (!HasSelectedPort()) return;
   const int pn = *module_.SelectedPort;
+  ShowStatusText(status_text::DialogCheck);
+  ShowProgress(0);
   frontEnd_.ShowDiagnosedPort(PortName(pn));
-  module_.RunGuidedDiagnosis([this, pn] { DiagnosePort(pn); });
+  module_.RunGuidedDiagnosis([this, pn] { DiagnosePort(pn); }, [this] { ShowTerminalStatus(); });
 }
 
 // The check that ends a diagnosis whose advice the user can follow at once.
 void TestFlow::DiagnosePort(int pn) {
+  if (module_.ExitRequested) return;
   const int slot = SlotOf(pn);
   ShowStatusText(status_text::ScanCom.at(static_cast<std::size_t>(slot - 1)));
   ShowProgress(progress_ + DiagnosisStep);
@@ -205,20 +214,23 @@ void TestFlow::DiagnosePort(int pn) {
     ShowFrame(Frame::Data);
     ShowCurrentData();
   } else {
-    ShowFrame(Frame::TerminalStatus);
-    ShowStatusText(status_text::TerminalStatus);
+    ShowTerminalStatus();
   }
 }
 
 void TestFlow::ShowStatus() {
   frontEnd_.ShowStatusTab(module_.CurrentPort);
+  ShowTerminalStatus();
+}
+
+void TestFlow::ShowTerminalStatus() {
+  ShowFrame(Frame::TerminalStatus);
   ShowStatusText(status_text::TerminalStatus);
 }
 
 void TestFlow::ReadCard() {
-  ShowProgress(0);
-  if (!HasSelectedPort()) return;
   const int pn = *module_.SelectedPort;
+  ShowProgress(0);
   if (!module_.Terminals[SlotOf(pn)].DataRead) {
     ReadLoopSteps steps = LoopSteps(pn);
     steps.checkPort = [this, pn] {
@@ -248,11 +260,12 @@ void TestFlow::ChoosePort(int member) {
   if (module_.Busy || member < 0 || member > FurtherPortMember) return;
   if (member == FurtherPortMember && module_.FurtherPorts.empty()) {
     RunAction([this] {
+      const Frame before = frame_;
       ShowFrame(Frame::Wait);
       ShowProgress(0);
       SweepFurtherPorts();
       ShowProgress(0);
-      ShowFrame(Frame::Data);
+      ShowFrame(before);
     });
   }
   if (!module_.Busy) SelectPort(member);
@@ -287,14 +300,19 @@ void TestFlow::ChooseFurtherPort(int index) {
   SelectPort(FurtherPortMember);
 }
 
-void TestFlow::UseFurtherPort(int pn) {
+void TestFlow::UseFurtherPort(std::optional<int> pn) {
   module_.UseFurtherPort(pn);
+  frontEnd_.ShowPortList(PortLines(module_.FurtherPorts), pn ? LineOf(*pn) : -1);
+  frontEnd_.NameFurtherPort(pn ? PortLine(*pn) : FurtherPorts.toString());
+  display_.ShowSlot(FurtherPortSlot);
+  if (module_.CurrentPort == FurtherPortSlot) ShowCurrentData();
+}
+
+// The line of a port in the list of further ports, or -1.
+int TestFlow::LineOf(int pn) const {
   const auto& ports = module_.FurtherPorts;
   const auto found = std::find(ports.begin(), ports.end(), pn);
-  frontEnd_.ShowPortList(PortLines(ports),
-                         found == ports.end() ? -1 : static_cast<int>(found - ports.begin()));
-  frontEnd_.NameFurtherPort(PortName(pn));
-  display_.ShowSlot(FurtherPortSlot);
+  return found == ports.end() ? -1 : static_cast<int>(found - ports.begin());
 }
 
 void TestFlow::ChooseStatusTab() {
@@ -358,6 +376,7 @@ void TestFlow::ShowStatusText(QStringView text) {
 }
 
 void TestFlow::ShowFrame(Frame frame) {
+  frame_ = frame;
   display_.ShowFrameX(static_cast<int>(frame));
 }
 
@@ -379,7 +398,12 @@ bool TestFlow::IsMobile(int pn) const {
 ReadLoopSteps TestFlow::LoopSteps(int pn) {
   return {
       .checkPort = {},
-      .checkStatus = [this, pn] { return module_.StatusCheck(pn); },
+      .checkStatus =
+          [this, pn] {
+            const std::int16_t result = module_.StatusCheck(pn);
+            display_.ShowSlot(SlotOf(pn));
+            return result;
+          },
       .insertCardPrompt = [this, pn] { return InsertCardPrompt(pn, IsMobile(pn)); },
       .read = [this, pn] { return module_.ReadCardData(pn); },
       .showSlot = [this, pn] { display_.ShowSlot(SlotOf(pn)); },

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <optional>
+
 #include "app/bas_mkt_test.h"
 #include "diagnosis/read_loop.h"
 #include "ui/main_window/egk_info.h"
@@ -76,12 +78,14 @@ class TestFlow {
   void Diagnose();
   void DiagnosePort(int pn);
   void ShowStatus();
+  void ShowTerminalStatus();
   void ReadCard();
   void CopyData();
   void ResetFields();
 
   void CheckAndOffer(int pn);
-  void UseFurtherPort(int pn);
+  void UseFurtherPort(std::optional<int> pn);
+  [[nodiscard]] int LineOf(int pn) const;
   void SelectPort(int member);
   void ShowProgress(int percent);
   void ShowStatusText(QStringView text);
@@ -95,6 +99,7 @@ class TestFlow {
   Dialogs& dialogs_;
   Display& display_;
   FrontEnd& frontEnd_;
+  Frame frame_ = Frame::Data;  // the one that is shown
   int progress_ = 0;
   bool sweepEnded_ = false;
 };

@@ -1,5 +1,6 @@
 #include "ui/main_window/test_flow.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <stdexcept>
 #include <string>
@@ -8,6 +9,7 @@
 #include "support/answer_book.h"
 #include "support/dialogue.h"
 #include "support/fake_api.h"
+#include "support/faulty_api.h"
 #include "support/printing.h"
 #include "ui/main_window/window_fixture.h"
 
@@ -99,11 +101,15 @@ TEST(ReadButtonTest, ChecksReadsAndShowsTheSelectedPort) {
   EXPECT_EQ(window.display.frames, Numbers{3});
   EXPECT_EQ(window.display.progress, (Numbers{0, 50, 100, 0}));
   EXPECT_EQ(window.display.statusTexts, (std::vector{Prompting, Reading, Shown, Shown}));
-  EXPECT_EQ(window.display.slots, (Numbers{2, 2})) << "after the check and after the read";
-  EXPECT_EQ(window.frontEnd.calls, (Calls{"action starts", "show data", "action ends"}));
-  ASSERT_EQ(window.frontEnd.frames.size(), 1U);
-  EXPECT_EQ(window.frontEnd.frames[0].title, u"Krankenversicherten Kartendaten(Karte)");
-  EXPECT_EQ(window.frontEnd.frames[0].values[9], u"Übermaß");
+  EXPECT_EQ(window.display.slots, (Numbers{2, 2, 2}))
+      << "after the check, after the status check and after the read";
+  EXPECT_EQ(window.frontEnd.calls,
+            (Calls{"action starts", "show data", "show data", "action ends"}));
+  ASSERT_EQ(window.frontEnd.frames.size(), 2U);
+  EXPECT_EQ(window.frontEnd.frames[0].title, u"Krankenversicherten Kartendaten");
+  EXPECT_EQ(window.frontEnd.frames[0].values[9], QString()) << "the check has emptied the slot";
+  EXPECT_EQ(window.frontEnd.frames[1].title, u"Krankenversicherten Kartendaten(Karte)");
+  EXPECT_EQ(window.frontEnd.frames[1].values[9], u"Übermaß");
   EXPECT_TRUE(window.dialogs.boxes.empty());
   EXPECT_FALSE(window.module.Busy);
 }
@@ -128,7 +134,7 @@ TEST(ReadButtonTest, YesToAnotherTryChecksAndReadsAgain) {
   EXPECT_EQ(window.display.progress, (Numbers{0, 50, 50, 50, 100, 0}));
   EXPECT_EQ(window.display.statusTexts, (std::vector{Prompting, Reading, Shown, Prompting, Reading,
                                                      Shown, Prompting, Reading, Shown, Shown}));
-  EXPECT_EQ(window.frontEnd.frames.at(0).values[9], u"Übermaß");
+  EXPECT_EQ(window.frontEnd.frames.back().values[9], u"Übermaß");
 }
 
 TEST(ReadButtonTest, NoToAnotherTryEndsWithAnEmptyFrame) {
@@ -137,9 +143,9 @@ TEST(ReadButtonTest, NoToAnotherTryEndsWithAnEmptyFrame) {
   window.dialogs.answers = {Answer::Ok, Answer::No};
   window.flow.Button(ReadButton);
   EXPECT_EQ(window.display.progress, (Numbers{0, 50, 100, 0}));
-  ASSERT_EQ(window.frontEnd.frames.size(), 1U);
-  EXPECT_EQ(window.frontEnd.frames[0].title, u"Krankenversicherten Kartendaten");
-  for (const QString& value : window.frontEnd.frames[0].values) EXPECT_EQ(value, QString());
+  const DataFrame& frame = window.frontEnd.frames.back();
+  EXPECT_EQ(frame.title, u"Krankenversicherten Kartendaten");
+  for (const QString& value : frame.values) EXPECT_EQ(value, QString());
 }
 
 TEST(ReadButtonTest, AFailedReadShowsNothingOfAnEarlierPerson) {
@@ -149,7 +155,9 @@ TEST(ReadButtonTest, AFailedReadShowsNothingOfAnEarlierPerson) {
   FillSlot(window, 1);
   window.module.Terminals[1].DataRead = false;
   window.flow.Button(ReadButton);
-  for (const QString& value : window.frontEnd.frames.at(0).values) EXPECT_EQ(value, QString());
+  for (const DataFrame& frame : window.frontEnd.frames) {
+    for (const QString& value : frame.values) EXPECT_EQ(value, QString());
+  }
   EXPECT_TRUE(window.module.Insured[1].IsEmpty());
 }
 
@@ -176,8 +184,45 @@ TEST(ReadButtonTest, AFurtherPortIsReadByItsNumberIntoSlotFive) {
   window.module.SelectedPort = 8193;
   window.module.CurrentPort = 5;
   window.flow.Button(ReadButton);
-  EXPECT_EQ(window.frontEnd.frames.at(0).values[9], u"Übermaß");
+  EXPECT_EQ(window.frontEnd.frames.back().values[9], u"Übermaß");
   EXPECT_TRUE(window.module.Terminals[5].DataRead);
+}
+
+// The whole action over a link whose n-th exchange fails. The first three are the port check's,
+// the next two the status check's.
+TEST(ReadButtonTest, EveryFaultAtEveryExchangeEndsWithAPersonOrWithNothing) {
+  const std::string script = Check(1) + ReadsRecordB(1);
+  const int exchanges = AnswerBook(script).Exchanges();
+  ASSERT_EQ(exchanges, 11);
+  for (int faulty = 1; faulty <= exchanges + 1; ++faulty) {
+    for (const Fault& fault : AllFaults()) {
+      SCOPED_TRACE("exchange " + std::to_string(faulty) + ", " + fault.Name());
+      AnswerBook book(script);
+      FaultyApi api(book, faulty, fault);
+      Window window(api);
+      FillSlot(window, 1);
+      window.module.Terminals[1].DataRead = false;
+      window.dialogs.answerSafely = true;
+      window.flow.Button(ReadButton);
+
+      // Without an answer to the status check's card request the user is asked for a card, and
+      // cancels. Card request, select and read are what a read cannot do without.
+      const bool isRead = faulty != 4;
+      const bool hasData = isRead && faulty != 7 && faulty != 9 && faulty != 10;
+      EXPECT_EQ(window.module.Terminals[1].DataRead, hasData);
+      EXPECT_EQ(window.frontEnd.frames.back().values[9],
+                hasData ? QStringLiteral("Übermaß") : QString());
+      for (const DataFrame& frame : window.frontEnd.frames) {
+        for (const QString& value : frame.values) EXPECT_FALSE(value.startsWith(u"element"));
+      }
+      const std::vector<QString>& calls = api.Calls();
+      EXPECT_EQ(calls.at(calls.size() - 2), isRead ? u"2011000000" : u"201201000101");
+      EXPECT_EQ(calls.back(), u"close");
+      EXPECT_EQ(std::count(calls.begin(), calls.end(), QStringLiteral("close")), isRead ? 3 : 2);
+      EXPECT_FALSE(window.module.IsLinkOpen());
+      EXPECT_EQ(window.frontEnd.calls.back(), "action ends");
+    }
+  }
 }
 
 TEST(CopyButtonTest, CopiesTheDataOfTheCurrentPort) {
@@ -311,7 +356,8 @@ TEST(ButtonTest, AClickDuringAnActionDoesNothing) {
   EXPECT_GT(clicks, 0);
   EXPECT_EQ(window.display.frames, Numbers{3});
   EXPECT_TRUE(window.frontEnd.clipboard.empty());
-  EXPECT_EQ(window.frontEnd.calls, (Calls{"action starts", "show data", "action ends"}));
+  EXPECT_EQ(window.frontEnd.calls,
+            (Calls{"action starts", "show data", "show data", "action ends"}));
 }
 
 TEST(ButtonTest, ALinkLeftOpenIsClosedBeforeTheControlsComeBack) {

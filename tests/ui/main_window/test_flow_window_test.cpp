@@ -165,7 +165,7 @@ TEST_P(CloseDuringActionTest, IsKeptUntilTheEnd) {
   window.flow.Button(ReadButton);
   EXPECT_TRUE(window.dialogs.boxes.empty());
   EXPECT_EQ(window.frontEnd.calls,
-            (Calls{"action starts", "show data", "action ends", "close window"}));
+            (Calls{"action starts", "show data", "show data", "action ends", "close window"}));
   EXPECT_FALSE(window.module.ExitRequested);
   EXPECT_FALSE(window.module.Busy);
 }

@@ -5,7 +5,7 @@
 #include "egk/prepared_schema.h"
 #include "egk/vsd_fields.h"
 #include "egk/vsd_schema.h"
-#include "fuzz/verify.h"
+#include "fuzz/fuzz_input.h"
 #include "text/code_page.h"
 
 namespace kartocheck {
@@ -37,30 +37,30 @@ void Run(QByteArrayView bytes) {
   const XmlElement root = document->Root();
   const PerVsdKind<Mapped> mapped = MapAll(root);
 
-  using fuzz::Verify;
+  using fuzz::Require;
   for (const VsdKind kind : {VsdKind::Pd, VsdKind::Vd, VsdKind::Gvd}) {
     const FieldTable& fields = mapped[kind].fields;
     for (int row = FieldRowCount[kind]; row < FieldTableRows; ++row) {
-      Verify(fields.at(static_cast<std::size_t>(row)).IsEmpty(), "no row behind the last");
+      Require(fields.at(static_cast<std::size_t>(row)).IsEmpty(), "no row behind the last");
     }
     const XmlSchema* const schema = schemas.schemas[kind].Prepared().For(root.NamespaceUri());
     if (schema != nullptr) (void)schema->Accepts(*document);
   }
-  Verify(mapped[VsdKind::Gvd].insured.IsEmpty(), "protected data fill no element");
+  Require(mapped[VsdKind::Gvd].insured.IsEmpty(), "protected data fill no element");
   (void)DataVersion(root);
 
   const std::optional<XmlDocument> again = XmlDocument::Parse(root.OwnXml());
-  Verify(again.has_value(), "the root's own XML is a document");
+  Require(again.has_value(), "the root's own XML is a document");
   const PerVsdKind<Mapped> mappedAgain = MapAll(again->Root());
   for (const VsdKind kind : {VsdKind::Pd, VsdKind::Vd, VsdKind::Gvd}) {
-    Verify(mapped[kind].fields == mappedAgain[kind].fields, "which maps onto the same fields");
+    Require(mapped[kind].fields == mappedAgain[kind].fields, "which maps onto the same fields");
   }
 }
 
 }  // namespace
 }  // namespace kartocheck
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   kartocheck::Run(QByteArrayView(data, static_cast<qsizetype>(size)));
   return 0;
 }

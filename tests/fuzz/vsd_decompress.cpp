@@ -4,11 +4,27 @@
 #include <QByteArrayView>
 
 #include "egk/vsd_decoder.h"
-#include "fuzz/quiet_front_end.h"
-#include "fuzz/verify.h"
+#include "fuzz/fuzz_input.h"
 
 namespace kartocheck {
 namespace {
+
+class NoDisplay final : public Display {
+ public:
+  void ShowStatusText(const QString&) override {}
+  void ShowProgress(int) override {}
+  bool ShowFrameX(int) override { return false; }
+  void ShowDiagnosisStep(const QString&) override {}
+  void EnablePort(int, bool) override {}
+  void SetLamp(Lamp, LampState) override {}
+  void ShowSlot(int) override {}
+};
+
+class NoEventLoop final : public EventLoop {
+ public:
+  void Yield() override {}
+  void Wait(std::chrono::milliseconds) override {}
+};
 
 ValidationSettings& OwnSchemas() {
   static ValidationSettings settings = [] {
@@ -28,8 +44,8 @@ void Run(std::uint8_t choice, QByteArrayView compressed) {
 
   EgkData egk;
   InsuredData insured;
-  fuzz::QuietDisplay display;
-  fuzz::QuietEventLoop eventLoop;
+  NoDisplay display;
+  NoEventLoop eventLoop;
   const VsdTarget target{.egk = egk,
                          .insured = insured,
                          .validation = validation,
@@ -38,20 +54,20 @@ void Run(std::uint8_t choice, QByteArrayView compressed) {
   const std::int16_t result = Procedures[kind](compressed, target);
   const VsdDocument& kept = egk.documents[kind];
 
-  using fuzz::Verify;
-  Verify(result == 0 || result == -1 || result == -2, "a known result");
-  Verify(validation.isOn || kept.xmlText.size() < 32768, "a text below the cap");
-  Verify(result != -2 || kept.IsEmpty(), "nothing kept of what was not decompressed");
-  Verify(result == 0 || insured.IsEmpty(), "nothing mapped of a failure");
-  Verify(kept.notValidated || validation.isOn, "no success without validation");
-  Verify(!validation.isOn || !kept.notValidated || insured.IsEmpty(),
-         "with validation only valid data are mapped");
+  using fuzz::Require;
+  Require(result == 0 || result == -1 || result == -2, "a known result");
+  Require(validation.isOn || kept.xmlText.size() < 32768, "a text below the cap");
+  Require(result != -2 || kept.IsEmpty(), "nothing kept of what was not decompressed");
+  Require(result == 0 || insured.IsEmpty(), "nothing mapped of a failure");
+  Require(kept.notValidated || validation.isOn, "no success without validation");
+  Require(!validation.isOn || !kept.notValidated || insured.IsEmpty(),
+          "with validation only valid data are mapped");
 }
 
 }  // namespace
 }  // namespace kartocheck
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
   kartocheck::Run(data[0], QByteArrayView(data + 1, static_cast<qsizetype>(size - 1)));
   return 0;

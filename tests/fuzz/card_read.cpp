@@ -1,5 +1,5 @@
 #include "fuzz/answer_source.h"
-#include "fuzz/verify.h"
+#include "fuzz/fuzz_input.h"
 #include "kvk/read_dispatcher.h"
 
 // Input: a byte of flags (1 mobile terminal, 2 with extended records, 4 refused the select, 8 of
@@ -29,15 +29,15 @@ void ReadOnce(fuzz::ByteSource& source) {
   } catch (const fuzz::Terminated&) {
     return;
   }
-  fuzz::Verify(result == 0 || result == -1 || result == TryAgain, "a read has one of its results");
-  fuzz::Verify(result != TryAgain || link.dialogs.questions > 0, "another try was asked for");
-  fuzz::Verify(link.api.opens == 1 && link.api.closes == 1, "the link is opened and closed once");
-  fuzz::Verify(!link.session.IsOpen(), "the link is closed");
-  fuzz::Verify(insured[Element::LastName] != u"earlier person", "nothing of before is left");
+  fuzz::Require(result == 0 || result == -1 || result == TryAgain, "a read has one of its results");
+  fuzz::Require(result != TryAgain || link.dialogs.questions > 0, "another try was asked for");
+  fuzz::Require(link.api.opens == 1 && link.api.closes == 1, "the link is opened and closed once");
+  fuzz::Require(!link.session.IsOpen(), "the link is closed");
+  fuzz::Require(insured[Element::LastName] != u"earlier person", "nothing of before is left");
   const bool isEmpty = insured.IsEmpty() && egk.IsEmpty();
-  fuzz::Verify(result == 0 || isEmpty, "a failed read leaves nothing");
-  fuzz::Verify(info.DataRead == (result == 0 && !isEmpty), "DataRead tells of data");
-  fuzz::Verify(!info.EgkData || info.DataRead, "EgkData tells of data");
+  fuzz::Require(result == 0 || isEmpty, "a failed read leaves nothing");
+  fuzz::Require(info.DataRead == (result == 0 && !isEmpty), "DataRead tells of data");
+  fuzz::Require(!info.EgkData || info.DataRead, "EgkData tells of data");
 }
 
 }  // namespace

@@ -1,10 +1,11 @@
+#include "kvk/kvk_reader.h"
+
 #include <QByteArray>
 #include <QString>
 
 #include "fuzz/byte_source.h"
+#include "fuzz/fuzz_input.h"
 #include "fuzz/quiet_front_end.h"
-#include "fuzz/verify.h"
-#include "kvk/kvk_reader.h"
 #include "text/hex_text.h"
 
 // Input: a byte of flags (1 mobile terminal, 2 USB device, 4 product code of a Delta, 8 the text
@@ -26,21 +27,21 @@ void ReadOnce(QStringView data, std::uint8_t flags) {
   const int pn = (flags & 2) != 0 ? 8192 : 1;
   const int result = ReadKvk(data, {info, insured, pn, dialogs});
 
-  fuzz::Verify(result == 0 || result == -1, "a read succeeds or fails");
-  fuzz::Verify(result == 0 || dialogs.messages > 0, "a failed read has shown a message");
-  fuzz::Verify(dialogs.messages <= 2, "no read shows more than two messages");
-  fuzz::Verify(dialogs.questions == 0, "no read asks");
+  fuzz::Require(result == 0 || result == -1, "a read succeeds or fails");
+  fuzz::Require(result == 0 || dialogs.messages > 0, "a failed read has shown a message");
+  fuzz::Require(dialogs.messages <= 2, "no read shows more than two messages");
+  fuzz::Require(dialogs.questions == 0, "no read asks");
   const qsizetype length = data.size();
-  fuzz::Verify(length >= 106 || (result == -1 && insured.IsEmpty()), "short data are no KVK");
-  fuzz::Verify(length <= 518 || (result == -1 && insured.IsEmpty()), "long data are no KVK");
+  fuzz::Require(length >= 106 || (result == -1 && insured.IsEmpty()), "short data are no KVK");
+  fuzz::Require(length <= 518 || (result == -1 && insured.IsEmpty()), "long data are no KVK");
   const bool hasSupplement = !insured[Element::ReadingDate].isEmpty() ||
                              !insured[Element::ApprovalNumber].isEmpty() ||
                              !insured[Element::ChecksumSupplement].isEmpty();
-  fuzz::Verify(info.IsMobile() || !hasSupplement, "a card has no supplement");
+  fuzz::Require(info.IsMobile() || !hasSupplement, "a card has no supplement");
   if (result == 0 && IsTemplate(data)) {
-    fuzz::Verify(!insured[Element::Checksum].isEmpty(), "a good template has a checksum");
-    fuzz::Verify(!info.IsMobile() || !insured[Element::ChecksumSupplement].isEmpty(),
-                 "a good stored record has a supplement");
+    fuzz::Require(!insured[Element::Checksum].isEmpty(), "a good template has a checksum");
+    fuzz::Require(!info.IsMobile() || !insured[Element::ChecksumSupplement].isEmpty(),
+                  "a good stored record has a supplement");
   }
 }
 
