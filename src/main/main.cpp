@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -53,6 +54,9 @@ class Outside {
   [[nodiscard]] SerialPort& Serial() { return *serial_; }
   [[nodiscard]] const PortDirectory& Directory() const { return *directory_; }
 
+  // The library in use; empty as long as none was loaded.
+  [[nodiscard]] QString LibraryText() const { return libraryText_(); }
+
  private:
   void Simulate(const QString& scenario) {
     const auto file = ScenarioFile(QCoreApplication::applicationDirPath(), scenario);
@@ -61,6 +65,7 @@ class Outside {
     api_ = std::make_unique<CtApiSimulated>(practice_);
     serial_ = std::make_unique<SerialPortSimulated>(practice_);
     directory_ = std::make_unique<PortDirectorySimulated>(practice_);
+    libraryText_ = [text = QString(u"Simulation (" + *file + u')')] { return text; };
   }
 
   void UseMachine(const CommandLine& line) {
@@ -68,10 +73,12 @@ class Outside {
     const ComTable table = MakeComTable(devices, line.serialPorts);
     // The library opens the same devices under the same numbers.
     qputenv(ComTableVariable, ComTableText(table));
-    api_ = std::make_unique<CtApiLibrary>(
+    auto library = std::make_unique<CtApiLibrary>(
         line.ctApi
             ? QStringList{*line.ctApi}
             : CtApiCandidates(QCoreApplication::applicationDirPath(), CtApiLibrary::FileName));
+    libraryText_ = [loaded = library.get()] { return loaded->LoadedFile(); };
+    api_ = std::move(library);
     serial_ = std::make_unique<QtSerialPort>(table);
     directory_ = std::make_unique<SerialPortDirectory>(devices, table);
   }
@@ -80,6 +87,7 @@ class Outside {
   std::unique_ptr<CtApi> api_;
   std::unique_ptr<SerialPort> serial_;
   std::unique_ptr<PortDirectory> directory_;
+  std::function<QString()> libraryText_;
 };
 
 // The directories in which the schemas are looked for.
@@ -117,6 +125,7 @@ int Run(const CommandLine& line) {
                     .directory = outside.Directory(),
                     .terminate = TerminateNow,
                     .schemaDirectories = SchemaDirectories(line),
+                    .library = [&outside] { return outside.LibraryText(); },
                     .simulation = line.simulate.has_value()});
 #else
   std::cerr << "Diese Fassung hat kein Fenster; bitte mit --console aufrufen.\n";

@@ -2,6 +2,7 @@
 
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 #include "platform/ct_api.h"
@@ -23,10 +24,12 @@ struct WindowSetup {
   const PortDirectory& directory;
   Terminate terminate;
   QStringList schemaDirectories;
+  std::function<QString()> library;  // what the CT-API stands for, as known at the time
   bool simulation = false;
 };
 
-// Shows the main window and runs until it is closed. Returns the exit status.
+// Shows the user information, then the main window, and runs until that is closed. Returns the exit
+// status.
 [[nodiscard]] int RunWindow(const WindowSetup& setup);
 
 }  // namespace kartocheck

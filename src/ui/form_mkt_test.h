@@ -4,13 +4,17 @@
 #include <QPointer>
 
 #include <array>
+#include <functional>
 
+#include "egk/vsd_kind.h"
 #include "platform/display.h"
 #include "ui/main_window/front_end.h"
+#include "ui/main_window/program_facts.h"
 #include "ui/main_window/test_flow.h"
 #include "ui/message_boxes.h"
 
 class QAction;
+class QDialog;
 class QLabel;
 class QMenu;
 class QProgressBar;
@@ -35,6 +39,7 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   struct Options {
     bool simulation = false;        // terminals are simulated: the status bar says so
     QSettings* settings = nullptr;  // where size and position are kept; nowhere when null
+    std::function<ProgramFacts()> facts = [] { return ProgramFacts(); };
   };
 
   explicit Form_MKT_Test(const Options& options);
@@ -46,6 +51,9 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   // Who is told of what is pressed; outlives the window's use. The flow needs the window to be
   // made, so it comes after construction.
   void Attach(TestFlow& flow);
+
+  // Where the text of a test report comes from; without one the menu does not offer it.
+  void OfferReport(std::function<QString()> makeReport);
 
   // The system ends the program (SIGTERM, end of the desktop session): an open box counts as
   // answered with Cancel or No, nothing more is asked, and the window closes, after the end of
@@ -78,6 +86,12 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
 
  private:
   void CreateMenus();
+  void CreateFileMenu();
+  void CreateHelpMenu();
+  void AskForSchema(VsdKind kind);
+  void ShowEgkInfo();
+  void ShowUserInformation();
+  void CopyReport();
   void CreateFrames();
   void CreateStatusBar(bool simulation);
   void CreateLayout();
@@ -86,6 +100,8 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
 
   MessageBoxes boxes_;
   QSettings* settings_;
+  std::function<ProgramFacts()> facts_;
+  std::function<QString()> makeReport_;
   TestFlow* flow_ = nullptr;
   bool actionRunning_ = false;
   bool closing_ = false;           // closes without a question
@@ -105,6 +121,7 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
 
   QAction* mnuValidierung = nullptr;
   QMenu* mnuSchema = nullptr;
+  QAction* mnuPruefbericht = nullptr;
 };
 
 }  // namespace kartocheck

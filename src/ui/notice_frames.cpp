@@ -63,6 +63,10 @@ WaitFrame::WaitFrame(QWidget* parent) : QFrame(parent) {
     }
   }
   layout->addStretch();
+  AddCentred(
+      layout,
+      PlainLabel(QStringLiteral("Labe_WartenHinweis"),
+                 QStringLiteral("Esc beendet die Suche nach weiteren Schnittstellen."), this));
 }
 
 DialogCheckFrame::DialogCheckFrame(QWidget* parent) : QFrame(parent) {

@@ -36,11 +36,13 @@ class PortFrame final : public QGroupBox {
 
  private:
   void AddOption(int member);
+  void ReportChosenEntry();
   void UpdateEnabled();
 
   std::array<QRadioButton*, SlotCount> Opti_Comx{};
   std::array<QLabel*, SlotCount> Labe_Comx{};
   QListWidget* List1 = nullptr;
+  QStringList lines_;  // in the list
 
   std::array<bool, SlotCount> portEnabled_;
   bool actionRunning_ = false;

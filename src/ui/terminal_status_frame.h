@@ -5,7 +5,7 @@
 #include <array>
 
 #include "terminal/slot.h"
-#include "ui/main_window/test_flow.h"
+#include "ui/main_window/status_tab.h"
 
 class QTabWidget;
 

@@ -1,10 +1,13 @@
 #include "ui/main_window/test_flow.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 #include "diagnosis/insert_card_prompt.h"
 #include "discovery/port_names.h"
 #include "discovery/port_sweep.h"
+#include "text/lines.h"
 #include "text/status_texts.h"
 
 namespace kartocheck {
@@ -338,6 +341,29 @@ StatusTab TestFlow::StatusTabOf(int slot) const {
           info.ModelName.Trimmed(),   info.ManufacturerId.Trimmed(),
           info.ProductCode.Trimmed(), info.SoftwareVersion.Trimmed(),
           info.DisplayText.Trimmed(), module_.IdentificationOf(slot)};
+}
+
+EgkInfo TestFlow::CurrentEgkInfo() const {
+  const int slot = module_.CurrentPort;
+  return EgkInfoOf(module_.Terminals[slot], module_.Egk[slot]);
+}
+
+void TestFlow::SetValidation(bool on) {
+  if (!module_.Busy) module_.Validation.isOn = on;
+}
+
+void TestFlow::LoadSchema(VsdKind kind, const QString& file) {
+  if (module_.Busy) return;
+  const QString name = QFileInfo(file).fileName();
+  const QString text = ReadSchemaText(file);
+  if (text.isEmpty()) {
+    return dialogs_.Tell(Icon::Exclamation, Dialogs::Title.toString(),
+                         Lines({u"Das Schema konnte nicht geladen werden:", name, u"",
+                                u"Die Datei ist nicht lesbar oder enthält kein XML.",
+                                u"Das bisherige Schema wird weiter verwendet."}));
+  }
+  module_.Validation.schemas[kind].SetText(text);
+  display_.ShowStatusText(u"Das Schema " + name + u" wurde geladen");
 }
 
 void TestFlow::ShowProgress(int percent) {

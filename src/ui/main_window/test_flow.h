@@ -2,12 +2,13 @@
 
 #include <QString>
 
-#include <array>
 #include <optional>
 
 #include "app/bas_mkt_test.h"
 #include "diagnosis/read_loop.h"
+#include "ui/main_window/egk_info.h"
 #include "ui/main_window/front_end.h"
+#include "ui/main_window/status_tab.h"
 
 namespace kartocheck {
 
@@ -16,11 +17,6 @@ enum class Action { FullScan = 0, Diagnosis, ShowStatus, ReadCard, CopyData, Res
 
 // The frames of Fram_Show, by index. Actions 0 to 3 show the frame of their own index.
 enum class Frame { Wait = 0, DialogCheck, TerminalStatus, Data };
-
-// The rows of a status tab, top to bottom: port, baud rate, model, maker, CT type, software
-// version, output medium, PnP device.
-inline constexpr int StatusRowCount = 8;
-using StatusTab = std::array<QString, StatusRowCount>;
 
 // Who asks the window to close: the user is asked back, program and system are not.
 enum class CloseSource { User, Program, System };
@@ -56,6 +52,17 @@ class TestFlow {
   void SweepFurtherPorts();
 
   [[nodiscard]] StatusTab StatusTabOf(int slot) const;
+
+  // What the eGK window shows of the current slot.
+  [[nodiscard]] EgkInfo CurrentEgkInfo() const;
+
+  // The menu's "&Validierung": whether eGK data are validated when they are read next.
+  void SetValidation(bool on);
+  [[nodiscard]] bool IsValidating() const { return module_.Validation.isOn; }
+
+  // Replaces the held schema of a kind by the file's text. A file that cannot be read or holds no
+  // markup is told, and the held text stays.
+  void LoadSchema(VsdKind kind, const QString& file);
 
  private:
   class RunningAction;
