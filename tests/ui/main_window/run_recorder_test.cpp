@@ -89,24 +89,26 @@ TEST_F(RunRecorderTest, PassesEverythingOnUnchanged) {
 
 TEST_F(RunRecorderTest, KeepsOnlyTheLastOfALongRun) {
   const auto most = static_cast<int>(RunRecorder::MostEntries);
-  const auto text = [](int entry) -> QString { return QChar(entry % 2 == 0 ? u\'a\' : u\'b\') + QString::number(entry); };
+  const auto text = [](int entry) -> QString {
+    return QChar(entry % 2 == 0 ? u'a' : u'b') + QString::number(entry);
+  };
   for (int entry = 0; entry < most + 3; ++entry) recorder.ShowStatusText(text(entry));
   EXPECT_EQ(recorder.Entries().size(), RunRecorder::MostEntries);
   EXPECT_EQ(recorder.Entries().front().text, text(3));
   EXPECT_EQ(recorder.Entries().back().text, text(most + 2));
-  }
+}
 
-  TEST_F(RunRecorderTest, OfALongRowOfNumbersTheLastStandsForTheOnesBefore) {
-    for (int port = 1; port <= 256; ++port) {
-      recorder.ShowStatusText(u"prüft COM " + QString::number(port));
-    }
-    recorder.ShowStatusText(QStringLiteral("prüft USB 1"));
-    EXPECT_EQ(Texts(), (std::vector<QString>{
-                           QStringLiteral("prüft COM 1"), QStringLiteral("prüft COM 2"),
-                           QStringLiteral("prüft COM 3"), QStringLiteral("prüft COM 4"),
-                           QStringLiteral("prüft COM 256"), QStringLiteral("prüft USB 1")}));
-    EXPECT_EQ(display.statusTexts.size(), 257U);
+TEST_F(RunRecorderTest, OfALongRowOfNumbersTheLastStandsForTheOnesBefore) {
+  for (int port = 1; port <= 256; ++port) {
+    recorder.ShowStatusText(u"prüft COM " + QString::number(port));
   }
+  recorder.ShowStatusText(QStringLiteral("prüft USB 1"));
+  EXPECT_EQ(Texts(),
+            (std::vector<QString>{QStringLiteral("prüft COM 1"), QStringLiteral("prüft COM 2"),
+                                  QStringLiteral("prüft COM 3"), QStringLiteral("prüft COM 4"),
+                                  QStringLiteral("prüft COM 256"), QStringLiteral("prüft USB 1")}));
+  EXPECT_EQ(display.statusTexts.size(), 257U);
+}
 
 }  // namespace
 }  // namespace kartocheck::test
