@@ -159,10 +159,7 @@ BlockProtocol::Step BlockProtocol::OnInformation(Dialogue& dialogue, const Block
   if (block.Number() != peer.ExpectedNumber || !dialogue.Unsent.empty()) {
     return OnFailure(dialogue, BlockError::Other);
   }
-  if (!dialogue.Acknowledged) {
-    dialogue.Acknowledged = true;
-    peer.SendNumber = !peer.SendNumber;
-  }
+  Acknowledge(dialogue);
   peer.ExpectedNumber = !peer.ExpectedNumber;
   dialogue.Failures = 0;
   dialogue.Repetitions = 0;
@@ -174,14 +171,21 @@ BlockProtocol::Step BlockProtocol::OnInformation(Dialogue& dialogue, const Block
   return Step::GoOn;
 }
 
-BlockProtocol::Step BlockProtocol::OnReceipt(Dialogue& dialogue, const Block& block) {
+void BlockProtocol::Acknowledge(Dialogue& dialogue) {
+  if (dialogue.Acknowledged) return;
+  dialogue.Acknowledged = true;
   Peer& peer = PeerOf(dialogue.With);
+  peer.SendNumber = !peer.SendNumber;
+}
+
+BlockProtocol::Step BlockProtocol::OnReceipt(Dialogue& dialogue, const Block& block) {
+  const Peer& peer = PeerOf(dialogue.With);
   const bool answersResponse = IsResponse(dialogue.LastSent) && block.ReportsError();
   const bool asksForPiece =
       !dialogue.Acknowledged && !answersResponse && block.Number() == peer.SendNumber;
   const bool acknowledges = !dialogue.Acknowledged && !answersResponse && !asksForPiece;
   if (acknowledges && !dialogue.Unsent.empty()) {
-    peer.SendNumber = !peer.SendNumber;
+    Acknowledge(dialogue);
     dialogue.Failures = 0;
     dialogue.Repetitions = 0;
     SendPiece(dialogue);
@@ -213,6 +217,7 @@ BlockProtocol::Step BlockProtocol::OnSupervisory(Dialogue& dialogue, const Block
       TakeBlockSize(block);
       break;
     case pcb::Abort:
+      Acknowledge(dialogue);
       Send(dialogue, ResponseTo(block, dialogue.With));
       return Step::Aborted;
     default:

@@ -54,6 +54,8 @@ class BlockProtocol {
   void SendPiece(Dialogue& dialogue);
   void Send(Dialogue& dialogue, const Block& block);
   [[nodiscard]] Step Repeat(Dialogue& dialogue, const Block& block);
+  // The other side has the last piece.
+  void Acknowledge(Dialogue& dialogue);
   [[nodiscard]] Step OnFailure(Dialogue& dialogue, BlockError error);
   [[nodiscard]] Step OnInformation(Dialogue& dialogue, const Block& block);
   [[nodiscard]] Step OnReceipt(Dialogue& dialogue, const Block& block);

@@ -20,10 +20,15 @@ bool IsInformation(const std::vector<std::uint8_t>& block) {
 
 BlockTerminal::Bytes BlockTerminal::Take(ByteView bytes) {
   received_.insert(received_.end(), bytes.begin(), bytes.end());
-  if (received_.size() < 3 || received_.size() < received_[2] + std::size_t{4}) return {};
-  Bytes answer = OnBlock();
-  received_.clear();
-  return answer;
+  while (received_.size() >= 3 && received_.size() >= received_[2] + std::size_t{4}) {
+    const std::size_t length = received_[2] + std::size_t{4};
+    Bytes answer = OnBlock();
+    received_.erase(received_.begin(), received_.begin() + static_cast<long>(length));
+    if (answer.empty()) continue;  // nothing to say to this block
+    received_.clear();
+    return answer;
+  }
+  return {};
 }
 
 BlockTerminal::Bytes BlockTerminal::TakeSilence() {
@@ -120,6 +125,7 @@ BlockTerminal::Bytes BlockTerminal::OnSupervisory(Side& side, std::uint8_t contr
       return AnswerOrDelay(side);
     case 0xE2:
       side.Answer.clear();
+      side.LastSent.clear();
       return {};
     default:
       return Complain(2);
