@@ -97,6 +97,7 @@ std::int8_t CodeOf(PcscResult result) {
 }  // namespace
 
 std::int8_t ReaderLink::Exchange(Unit unit, ByteView command, Bytes& response) {
+  response.clear();
   if (isLost_) return code::HtsiError;
   const PcscResult result =
       unit == Unit::Terminal ? ToTerminal(command, response) : ToCard(command, response);

@@ -27,6 +27,7 @@ bool SerialLink::FindTerminal() {
 }
 
 std::int8_t SerialLink::Exchange(Unit unit, ByteView command, Bytes& response) {
+  response.clear();
   if (isLost_) return code::HtsiError;
   switch (protocol_.Exchange(unit, command, response)) {
     case BlockProtocol::Outcome::Answered:
