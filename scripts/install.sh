@@ -14,6 +14,7 @@ test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   clang libclang-rt-dev clang-format
   libxml2-utils fonts-dejavu-core
+  pcscd vsmartcard-vpcd
 )
 
 packages=("${run_packages[@]}")
