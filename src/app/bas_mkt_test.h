@@ -1,8 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <optional>
+#include <vector>
 
 #include "app/closing_dialogs.h"
+#include "diagnosis/hint_texts.h"
 #include "discovery/terminal_info.h"
 #include "egk/egk_data.h"
 #include "egk/vsd_schema.h"
@@ -11,6 +15,8 @@
 #include "platform/dialogs.h"
 #include "platform/display.h"
 #include "platform/event_loop.h"
+#include "platform/port_directory.h"
+#include "platform/serial_port.h"
 #include "platform/terminate.h"
 #include "terminal/ct_session.h"
 #include "terminal/port_entry.h"
@@ -27,6 +33,8 @@ class Bas_MKT_Test {
     Dialogs& dialogs;
     Display& display;
     EventLoop& eventLoop;
+    SerialPort& serial;
+    const PortDirectory& directory;
     Terminate terminate;
   };
 
@@ -35,13 +43,19 @@ class Bas_MKT_Test {
   Bas_MKT_Test& operator=(const Bas_MKT_Test&) = delete;
 
   // The port that scan, status check, diagnosis and read work on: 1 to 4, or the further port's
-  // number.
-  int SelectedPort = 1;
+  // number. Empty while the entry for further ports is chosen but none was found.
+  std::optional<int> SelectedPort = 1;
   // The slot whose data are shown, copied and reset, 1 to 5.
   int CurrentPort = 1;
 
   bool Busy = false;           // an action runs
   bool ExitRequested = false;  // the window was asked to close during an action
+
+  // Further ports that answered a sweep, in the order found, and the one that slot 5 stands for.
+  std::vector<int> FurtherPorts;
+  std::optional<int> FurtherPort;
+
+  const HintTexts Hints;
 
   PerSlot<PortEntry> Ports;
   PerSlot<TerminalInfo> Terminals;
@@ -53,14 +67,32 @@ class Bas_MKT_Test {
   // Message boxes of the procedures; silent once the program is asked to end.
   [[nodiscard]] Dialogs& Boxes() { return dialogs_; }
 
-  // Checks the port and identifies the terminal on it. Fills the port's slot.
+  // Checks the port and identifies the terminal on it. Fills the port's slot; nothing of an earlier
+  // terminal or card stays in it, but that a terminal once answered there.
   void CheckPort(int pn);
+
+  // Looks for further ports. beforePort: see SweepCtApiPorts.
+  void SweepPorts(const std::function<bool(int done)>& beforePort);
+
+  // Makes slot 5 stand for this port, or for none; another one than before empties it. While slot 5
+  // is the current one, the port is also the selected one.
+  void UseFurtherPort(std::optional<int> pn);
+
+  // What the system knows of the port on a slot.
+  [[nodiscard]] QString IdentificationOf(int slot) const;
+
+  // Why a port cannot be used and what to do about it; empty where nothing is known.
+  [[nodiscard]] QString HintFor(int pn) const { return directory_.HintFor(pn); }
 
   // Is a card or record ready? 1 when it is or the user was told why not, 0 otherwise.
   [[nodiscard]] std::int16_t StatusCheck(int pn);
 
   // Reads the card or stored record on the port into its slot. 0 done, 1 another try is wanted.
   [[nodiscard]] std::int16_t ReadCardData(int pn);
+
+  // Runs the guided questions, which end with a check of the port or with the terminals' status.
+  void RunGuidedDiagnosis(const std::function<void()>& checkPort,
+                          const std::function<void()>& showTerminalStatus);
 
   // Empties the slot's insured data and eGK data.
   void ClearSlot(int slot);
@@ -69,8 +101,12 @@ class Bas_MKT_Test {
   void CloseLink();
 
  private:
+  [[nodiscard]] QString SettingsOf(int pn) const;
+
   Display& display_;
   EventLoop& eventLoop_;
+  SerialPort& serial_;
+  const PortDirectory& directory_;
   ClosingDialogs dialogs_;
   CtSession session_;
 };

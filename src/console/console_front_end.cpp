@@ -1,6 +1,8 @@
 #include "console/console_front_end.h"
 
+#include <istream>
 #include <ostream>
+#include <string>
 #include <utility>
 
 #include "console/text_report.h"
@@ -23,53 +25,84 @@ QStringView AnswerText(Answer answer) {
   return {};
 }
 
+bool IsConfirming(Answer answer) {
+  return answer == Answer::Yes || answer == Answer::Ok;
+}
+
+Answer Confirmation(Buttons buttons) {
+  return buttons == Buttons::YesNo ? Answer::Yes : Answer::Ok;
+}
+
+Answer Refusal(Buttons buttons) {
+  return buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;
+}
+
 }  // namespace
 
 ConsoleFrontEnd::ConsoleFrontEnd(std::ostream& messages, StoredRecords storedRecords)
     : out_(messages), storedRecords_(storedRecords) {}
+
+ConsoleFrontEnd::ConsoleFrontEnd(std::ostream& messages, std::istream& answers)
+    : out_(messages), answers_(&answers) {}
 
 std::vector<ReportedMessage> ConsoleFrontEnd::TakeMessages() {
   return std::exchange(messages_, {});
 }
 
 void ConsoleFrontEnd::Tell(Icon icon, const QString& title, const QString& text) {
+  Write(title, text);
   messages_.push_back({.icon = icon, .title = title, .text = text});
-  Write(messages_.back());
 }
 
 Answer ConsoleFrontEnd::Ask(const Question& question) {
-  Answer answer = question.buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;
-  if (question.consequence == Consequence::ErasesRecord && storedRecords_ == StoredRecords::Erase) {
-    answer = Answer::Yes;
-  }
+  Write(question.title, question.text);
+  const Answer answer = answers_ == nullptr ? SafeAnswer(question) : AskPerson(question);
+  if (answers_ == nullptr) out_ << "-> " << Printable(AnswerText(answer).toString()) << std::endl;
   messages_.push_back({.icon = question.icon,
                        .title = question.title,
                        .text = question.text,
                        .isQuestion = true,
                        .answer = answer});
-  Write(messages_.back());
   return answer;
 }
 
+Answer ConsoleFrontEnd::SafeAnswer(const Question& question) const {
+  const bool mayErase =
+      question.consequence == Consequence::ErasesRecord && storedRecords_ == StoredRecords::Erase;
+  return mayErase ? Answer::Yes : Refusal(question.buttons);
+}
+
+Answer ConsoleFrontEnd::AskPerson(const Question& question) {
+  const char* const keys = IsConfirming(question.preselected) ? " [J/n] " : " [j/N] ";
+  std::string line;
+  while (true) {
+    out_ << Printable(AnswerText(Confirmation(question.buttons)) + u" / " +
+                      AnswerText(Refusal(question.buttons)))
+         << keys << std::flush;
+    if (!std::getline(*answers_, line)) {
+      out_ << std::endl;
+      return Refusal(question.buttons);
+    }
+    const QString reply = QString::fromStdString(line).trimmed().toLower();
+    if (reply.isEmpty()) return question.preselected;
+    if (reply == u"j" || reply == u"ja") return Confirmation(question.buttons);
+    if (reply == u"n" || reply == u"nein") return Refusal(question.buttons);
+  }
+}
+
 void ConsoleFrontEnd::ShowStatusText(const QString& text) {
-  out_ << Printable(text) << '\n';
-  out_.flush();
+  out_ << Printable(text) << std::endl;
 }
 
 bool ConsoleFrontEnd::ShowFrameX(int frame) {
   return std::exchange(frame_, frame) != frame;
 }
 
-void ConsoleFrontEnd::Write(const ReportedMessage& message) {
-  const QString prefix = message.title.trimmed() + u": ";
-  QString continuation = u'\n' + QString(prefix.size(), u' ');
-  const QString lines =
-      QString(message.text).replace(QStringLiteral("\r\n"), continuation).trimmed();
-  out_ << Printable(prefix + lines) << '\n';
-  if (message.isQuestion) {
-    out_ << Printable(QString(prefix.size(), u' ') + u"-> " + AnswerText(message.answer)) << '\n';
-  }
-  out_.flush();
+void ConsoleFrontEnd::Write(const QString& title, const QString& text) {
+  const QString prefix = title.trimmed() + u": ";
+  const QString continuation = u'\n' + QString(prefix.size(), u' ');
+  const QString lines = QString(text).trimmed().replace(QStringLiteral("\r\n"), continuation);
+  out_ << Printable(prefix + lines) << std::endl;
 }
 
 }  // namespace kartocheck

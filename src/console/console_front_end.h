@@ -13,12 +13,16 @@ namespace kartocheck {
 // Whether records of mobile terminals may be read, which erases them there.
 enum class StoredRecords { Keep, Erase };
 
-// The front end of a run without a person: status texts and messages go to a stream as lines,
-// questions get the safe answer, No or Cancel. Only the warning that a stored record will be erased
-// is agreed to, where the caller allows it.
+// The front end without a window: status texts and messages go to a stream as lines. Without a
+// person, questions get the safe answer, No or Cancel; only the warning that a stored record will
+// be erased is agreed to, where the caller allows it. With one, they are asked: j or n, Enter takes
+// the preselected answer, and the end of the input means No or Cancel.
 class ConsoleFrontEnd final : public Dialogs, public Display, public FrontEnd {
  public:
   ConsoleFrontEnd(std::ostream& messages, StoredRecords storedRecords);
+
+  // Asks a person, who answers on `answers`.
+  ConsoleFrontEnd(std::ostream& messages, std::istream& answers);
 
   // The boxes since the last call.
   [[nodiscard]] std::vector<ReportedMessage> TakeMessages();
@@ -29,21 +33,32 @@ class ConsoleFrontEnd final : public Dialogs, public Display, public FrontEnd {
   void ShowStatusText(const QString& text) override;
   void ShowProgress(int /*percent*/) override {}
   bool ShowFrameX(int frame) override;
+  void ShowDiagnosisStep(const QString& /*step*/) override {}
   void EnablePort(int /*slot*/, bool /*enabled*/) override {}
   void SetLamp(Lamp /*lamp*/, LampState /*state*/) override {}
   void ShowSlot(int /*slot*/) override {}
 
   void ShowData(const DataFrame& /*frame*/) override {}
   void ClearData() override {}
+  void ShowPortList(const QStringList& /*lines*/, int /*chosen*/) override {}
+  void MarkPort(int /*member*/) override {}
+  void NameFurtherPort(const QString& /*name*/) override {}
+  void ShowStatusTab(int /*slot*/) override {}
+  void MarkButton(int /*index*/) override {}
+  void ShowDiagnosedPort(const QString& name) override { ShowStatusText(name); }
+  void ShowScanResult(const ScanResult& /*result*/) override {}
   void SetActionRunning(bool /*running*/) override {}
   void CopyToClipboard(const QString& /*text*/) override {}
   void CloseNow() override {}
 
  private:
-  void Write(const ReportedMessage& message);
+  void Write(const QString& title, const QString& text);
+  [[nodiscard]] Answer SafeAnswer(const Question& question) const;
+  [[nodiscard]] Answer AskPerson(const Question& question);
 
   std::ostream& out_;
-  StoredRecords storedRecords_;
+  StoredRecords storedRecords_ = StoredRecords::Keep;
+  std::istream* answers_ = nullptr;  // none without a person
   int frame_ = -1;
   std::vector<ReportedMessage> messages_;
 };

@@ -21,9 +21,13 @@ struct ConsoleOptions {
   std::optional<int> port;  // only this port: 1 to 256 or 8192 to 8447
 };
 
-// Checks the ports, identifies the terminals, reads what can be read and reports on `out`. Returns
-// the exit status.
+// Checks the ports, identifies the terminals, reads what can be read and reports on `out`: the port
+// of the options, or COM 1 to 4 and every further port that a sweep finds. Returns the exit status.
 [[nodiscard]] int RunConsole(const ConsoleOptions& options, Bas_MKT_Test& module,
                              ConsoleFrontEnd& frontEnd, std::ostream& out);
+
+// Runs the guided questions for the port and reports on it. Returns the exit status.
+[[nodiscard]] int RunConsoleDiagnosis(int pn, Bas_MKT_Test& module, ConsoleFrontEnd& frontEnd,
+                                      std::ostream& out);
 
 }  // namespace kartocheck

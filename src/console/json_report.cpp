@@ -86,6 +86,35 @@ QJsonValue DataJson(const PortReport& report) {
   };
 }
 
+QJsonObject DocumentJson(const VsdDocument& document) {
+  QJsonArray fields;
+  for (const VsdField& field : document.fields) {
+    if (field.IsEmpty()) continue;
+    fields.append(
+        QJsonObject{{QStringLiteral("name"), field.name}, {QStringLiteral("value"), field.value}});
+  }
+  return {
+      {QStringLiteral("validation"), document.validationText},
+      {QStringLiteral("validated"), !document.notValidated},
+      {QStringLiteral("fields"), fields},
+  };
+}
+
+QJsonValue EgkJson(const EgkData& egk) {
+  if (egk.IsEmpty()) return QJsonValue::Null;
+  return QJsonObject{
+      {QStringLiteral("iccsn"), egk.iccsn},
+      {QStringLiteral("statusVd"), egk.statusText},
+      {QStringLiteral("pd"), DocumentJson(egk.documents[VsdKind::Pd])},
+      {QStringLiteral("vd"), DocumentJson(egk.documents[VsdKind::Vd])},
+      {QStringLiteral("gvd"), DocumentJson(egk.documents[VsdKind::Gvd])},
+      {QStringLiteral("storedStatus"), egk.stored.statusText},
+      {QStringLiteral("storedDate"), egk.stored.storedDate},
+      {QStringLiteral("storedApproval"), egk.stored.approvalNumber},
+      {QStringLiteral("storedChecksum"), egk.stored.checksumText},
+  };
+}
+
 QJsonArray MessagesJson(const std::vector<ReportedMessage>& messages) {
   QJsonArray array;
   for (const ReportedMessage& message : messages) {
@@ -100,18 +129,24 @@ QJsonArray MessagesJson(const std::vector<ReportedMessage>& messages) {
   return array;
 }
 
+QJsonObject ReportJson(const PortReport& report) {
+  return {
+      {QStringLiteral("port"), PortJson(report.port)},
+      {QStringLiteral("device"), report.identification},
+      {QStringLiteral("hint"), report.hint},
+      {QStringLiteral("terminal"), TerminalJson(report.terminal)},
+      {QStringLiteral("data"), DataJson(report)},
+      {QStringLiteral("egk"), EgkJson(report.egk)},
+      {QStringLiteral("messages"), MessagesJson(report.messages)},
+  };
+}
+
 }  // namespace
 
 QByteArray JsonReport(const std::vector<PortReport>& reports) {
   QJsonObject ports;
   for (const PortReport& report : reports) {
-    ports.insert(QString::number(report.pn),
-                 QJsonObject{
-                     {QStringLiteral("port"), PortJson(report.port)},
-                     {QStringLiteral("terminal"), TerminalJson(report.terminal)},
-                     {QStringLiteral("data"), DataJson(report)},
-                     {QStringLiteral("messages"), MessagesJson(report.messages)},
-                 });
+    ports.insert(QString::number(report.pn), ReportJson(report));
   }
   return QJsonDocument(QJsonObject{
                            {QStringLiteral("program"), QStringLiteral("KartoCheck")},

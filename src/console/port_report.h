@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "discovery/terminal_info.h"
+#include "egk/egk_data.h"
 #include "kvk/insured_data.h"
 #include "platform/dialogs.h"
 #include "terminal/port_entry.h"
@@ -26,6 +27,9 @@ struct PortReport {
   PortEntry port;
   TerminalInfo terminal;
   InsuredData insured;
+  EgkData egk;
+  QString identification;  // of the device, as the operating system tells it
+  QString hint;            // what to do where the port cannot be used
   std::vector<ReportedMessage> messages;
 };
 

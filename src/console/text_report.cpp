@@ -3,14 +3,15 @@
 #include <algorithm>
 #include <ostream>
 
-#include "discovery/terminal_identification.h"
+#include "discovery/port_names.h"
+#include "terminal/slot.h"
 #include "ui/main_window/data_frame.h"
 
 namespace kartocheck {
 
 namespace {
 
-constexpr int LabelWidth = 26;
+constexpr int LabelWidth = 32;
 
 void WriteRow(std::ostream& out, QStringView label, const QString& value) {
   if (value.isEmpty()) return;
@@ -20,15 +21,40 @@ void WriteRow(std::ostream& out, QStringView label, const QString& value) {
 QString Verdict(const PortReport& report) {
   if (!report.terminal.Answered) {
     const QString model = report.terminal.ModelName.Trimmed();
-    return model.isEmpty() ? QStringLiteral("kein Chipkartenleser") : model;
+    if (!model.isEmpty()) return model;
+    const QString port = report.port.PortText.Trimmed();
+    return port.isEmpty() ? QStringLiteral("Kein Chipkartenleser") : port;
   }
   return report.terminal.ModelName.Trimmed() + u", " +
          (report.terminal.DataRead ? u"Daten gelesen" : u"keine Daten gelesen");
 }
 
-QString DescriptionOf(const PortReport& report) {
-  const QString text = report.port.PortText.Trimmed();
-  return text.isEmpty() ? PortDescription(report.pn, false) : text;
+constexpr PerVsdKind<QStringView> DocumentTitles{{{
+    u"Persönliche Versichertendaten:",
+    u"Allgemeine Versicherungsdaten:",
+    u"Geschützte Versichertendaten:",
+}}};
+
+void WriteDocument(std::ostream& out, QStringView title, const VsdDocument& document) {
+  if (document.IsEmpty()) return;
+  out << "\n  " << Printable(title.toString()) << '\n';
+  for (const VsdField& field : document.fields) {
+    WriteRow(out, QString(u"  " + field.name), field.value);
+  }
+  const QString validation = QString(document.validationText)
+                                 .replace(QStringLiteral("\r\n"), QStringLiteral(" "))
+                                 .simplified();
+  WriteRow(out, u"  Validierung:", validation);
+}
+
+// What the eGK holds besides the fields that it shares with the KVK.
+void WriteEgk(std::ostream& out, const EgkData& egk) {
+  for (const VsdKind kind : {VsdKind::Pd, VsdKind::Vd, VsdKind::Gvd}) {
+    WriteDocument(out, DocumentTitles[kind], egk.documents[kind]);
+  }
+  out << '\n';
+  WriteRow(out, u"ICCSN:", egk.iccsn);
+  WriteRow(out, u"EF.StatusVD:", egk.statusText + egk.stored.statusText);
 }
 
 }  // namespace
@@ -46,7 +72,11 @@ std::string Printable(const QString& text) {
 
 void WritePort(std::ostream& out, const PortReport& report) {
   const TerminalInfo& terminal = report.terminal;
-  out << Printable(DescriptionOf(report)) << '\n';
+  out << Printable(PortLine(report.pn)) << '\n';
+  WriteRow(out,
+           IsUsbPort(report.pn) ? QStringView(u"Schnittstelle:")
+                                : QStringView(u"Serielle Schnittstelle:"),
+           report.port.PortText.Trimmed());
   WriteRow(out, u"Baudrate:", report.port.AvailText.Trimmed());
   WriteRow(out, u"PKT Modell:", terminal.ModelName.Trimmed());
   WriteRow(out, u"Hersteller:", terminal.ManufacturerId.Trimmed());
@@ -60,6 +90,9 @@ void WritePort(std::ostream& out, const PortReport& report) {
       WriteRow(out, frame.labels[row], frame.values[row]);
     }
   }
+  if (!report.egk.IsEmpty()) WriteEgk(out, report.egk);
+  WriteRow(out, u"PnP Device ID:", report.identification);
+  WriteRow(out, u"Hinweis:", report.hint);
   out << '\n';
   out.flush();
 }
@@ -67,7 +100,7 @@ void WritePort(std::ostream& out, const PortReport& report) {
 void WritePortTable(std::ostream& out, const std::vector<PortReport>& reports) {
   out << "Schnittstellen\n";
   for (const PortReport& report : reports) {
-    WriteRow(out, DescriptionOf(report), Verdict(report));
+    WriteRow(out, PortLine(report.pn), Verdict(report));
   }
   out.flush();
 }

@@ -3,20 +3,17 @@
 #include <cstdint>
 #include <functional>
 
+#include "diagnosis/status_check.h"
 #include "platform/dialogs.h"
 #include "platform/display.h"
 
 namespace kartocheck {
 
-// Result of a status check that found a card or record ready to read, or has told the user already
-// why there is none.
-inline constexpr std::int16_t ReadyToRead = 1;
-
 // What one round of the read loop does. An action that does not check the port anew in each round
 // leaves checkPort empty.
 struct ReadLoopSteps {
   std::function<void()> checkPort;
-  std::function<std::int16_t()> checkStatus;  // ReadyToRead, or 0: ask for the card
+  std::function<std::int16_t()> checkStatus;  // ReadyToRead, or NotReady: ask for the card
   std::function<Question()> insertCardPrompt;
   std::function<std::int16_t()> read;  // 0 done, 1 the user wants another try, below 0 failed
   std::function<void()> showSlot;

@@ -114,7 +114,7 @@ void ReadStoredStatus(QStringView data, const EgkTarget& target) {
   stored.approvalNumber = approval.left(expected).trimmed();
   if (stored.approvalNumber.isEmpty()) {
     TellEgk(target, QStringLiteral("Unbekanntes Format der Zulassungsnummer festgestellt!"));
-  } else if (stored.approvalNumber.section(u';', 0, 0).trimmed().isEmpty()) {
+  } else if (stored.approvalNumber.startsWith(u';')) {
     TellEgk(target, QStringLiteral("Die Zulassungsnummer konnte nicht ermittelt werden!"));
   }
 

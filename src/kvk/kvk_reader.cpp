@@ -98,6 +98,27 @@ std::int16_t ReadTemplate(QStringView data, const TemplateShape& shape, const Kv
   return 0;
 }
 
+QChar KvkCharacterOf(quint8 byte) {
+  switch (byte) {
+    case 0x5B:
+      return u'Ä';
+    case 0x5C:
+      return u'Ö';
+    case 0x5D:
+      return u'Ü';
+    case 0x7B:
+      return u'ä';
+    case 0x7C:
+      return u'ö';
+    case 0x7D:
+      return u'ü';
+    case 0x7E:
+      return u'ß';
+    default:
+      return CharacterOf(byte);
+  }
+}
+
 QStringView WithoutBlanks(QStringView field) {
   constexpr QStringView Blank = u"20";
   while (field.size() >= 2 && field.first(2) == Blank) field = field.sliced(2);
@@ -185,35 +206,11 @@ void ParseKvkFixed(QStringView data, const KvkTarget& target) {
 }
 
 QString HexToKvkText(QStringView hexText) {
-  QString text;
-  text.reserve(hexText.size() / 2);
-  for (qsizetype position = 1; position < hexText.size(); position += 2) {
-    const quint8 byte = hex::ByteAt(hexText, position);
-    switch (byte) {
-      case 0x5B:
-        text += u'Ä';
-        break;
-      case 0x5C:
-        text += u'Ö';
-        break;
-      case 0x5D:
-        text += u'Ü';
-        break;
-      case 0x7B:
-        text += u'ä';
-        break;
-      case 0x7C:
-        text += u'ö';
-        break;
-      case 0x7D:
-        text += u'ü';
-        break;
-      case 0x7E:
-        text += u'ß';
-        break;
-      default:
-        text += CharacterOf(byte);
-    }
+  QString text(hexText.size() / 2, Qt::Uninitialized);
+  qsizetype position = 1;
+  for (QChar& character : text) {
+    character = KvkCharacterOf(hex::ByteAt(hexText, position));
+    position += 2;
   }
   return text;
 }

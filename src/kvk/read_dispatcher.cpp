@@ -4,6 +4,7 @@
 
 #include "kvk/kvk_reader.h"
 #include "terminal/command_catalogue.h"
+#include "terminal/reset_and_close.h"
 #include "terminal/status_word.h"
 #include "text/lines.h"
 
@@ -231,11 +232,6 @@ void ClearSlot(TerminalInfo& info, InsuredData& insured, EgkData& egk) {
   egk = {};
   info.DataRead = false;
   info.EgkData = false;
-}
-
-void ResetAndClose(CtSession& link) {
-  (void)link.CtExchange(CommandCatalogue::ResetCt, Unit::Terminal);
-  link.CtClose();
 }
 
 }  // namespace kartocheck

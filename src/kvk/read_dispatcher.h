@@ -39,7 +39,4 @@ struct ReadTarget {
 // Empties the slot: insured data, eGK data and the two flags that tell of them.
 void ClearSlot(TerminalInfo& info, InsuredData& insured, EgkData& egk);
 
-// Sends RESET CT and closes the link.
-void ResetAndClose(CtSession& link);
-
 }  // namespace kartocheck

@@ -35,12 +35,16 @@ Aufruf: kartocheck [Optionen]
 Ohne --console öffnet sich das Fenster.
   --ct-api DATEI         diese CT-API-Bibliothek verwenden
   --simulate [SZENARIO]  simulierte Terminals: Name oder Datei, sonst "praxis"
+  --serial-port N=GERÄT  dieses Gerät ist COM N (mehrfach möglich)
+  --schema-dir ORDNER    die drei XSD-Schemas in diesem Ordner suchen
 
 Ohne Fenster:
   --console              prüfen, lesen und Bericht ausgeben
   --json                 Bericht als ein JSON-Dokument
   --port PN              nur diese Portnummer (1 bis 256, 8192 bis 8447)
   --erase-records        Datensätze mobiler Terminals lesen; sie werden dort gelöscht
+  --validate             eGK-Daten gegen die Schemas validieren
+  --diagnose PN          Fragen der Diagnose zu dieser Portnummer stellen
 
   --help                 diese Hilfe
   --version              Version
@@ -55,6 +59,10 @@ struct Options {
   QCommandLineOption json{QStringLiteral("json")};
   QCommandLineOption port{QStringLiteral("port"), {}, QStringLiteral("PN")};
   QCommandLineOption eraseRecords{QStringLiteral("erase-records")};
+  QCommandLineOption serialPort{QStringLiteral("serial-port"), {}, QStringLiteral("N=GERÄT")};
+  QCommandLineOption schemaDir{QStringLiteral("schema-dir"), {}, QStringLiteral("ORDNER")};
+  QCommandLineOption validate{QStringLiteral("validate")};
+  QCommandLineOption diagnose{QStringLiteral("diagnose"), {}, QStringLiteral("PN")};
   QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")}};
   QCommandLineOption version{QStringLiteral("version")};
 };
@@ -65,6 +73,68 @@ QString ProblemOf(const QCommandLineParser& parser) {
                            : QStringLiteral("Unbekannte Option: ") + unknown.first();
 }
 
+// The port number that an option names; nothing where it is none.
+std::optional<int> PortOf(const QString& value) {
+  bool isNumber = false;
+  const int pn = value.toInt(&isNumber);
+  return isNumber && IsPortNumber(pn) ? std::optional(pn) : std::nullopt;
+}
+
+// Takes "N=DEVICE" into the table; false where it is anything else.
+bool TakeSerialPort(const QString& value, QMap<int, QString>& table) {
+  const QString device = value.section(u'=', 1);
+  const auto number = PortOf(value.section(u'=', 0, 0));
+  if (!number || *number > LastComPort || device.isEmpty()) return false;
+  table.insert(*number, device);
+  return true;
+}
+
+// Fills the line from what was set; the text of the first problem, empty where there is none.
+QString Fill(CommandLine& line, const QCommandLineParser& parser, const Options& options) {
+  line.console = parser.isSet(options.console);
+  line.json = parser.isSet(options.json);
+  line.eraseRecords = parser.isSet(options.eraseRecords);
+  line.validate = parser.isSet(options.validate);
+  if (parser.isSet(options.ctApi)) line.ctApi = parser.value(options.ctApi);
+  if (parser.isSet(options.simulate)) line.simulate = parser.value(options.simulate);
+  if (parser.isSet(options.schemaDir)) line.schemaDirectory = parser.value(options.schemaDir);
+  for (const QString& value : parser.values(options.serialPort)) {
+    if (!TakeSerialPort(value, line.serialPorts)) {
+      return QStringLiteral("--serial-port verlangt N=GERÄT mit N von 1 bis 256.");
+    }
+  }
+  if (parser.isSet(options.port)) {
+    line.port = PortOf(parser.value(options.port));
+    if (!line.port) {
+      return QStringLiteral("--port verlangt eine Zahl von 1 bis 256 oder 8192 bis 8447.");
+    }
+  }
+  if (parser.isSet(options.diagnose)) {
+    line.diagnose = PortOf(parser.value(options.diagnose));
+    if (!line.diagnose) {
+      return QStringLiteral("--diagnose verlangt eine Zahl von 1 bis 256 oder 8192 bis 8447.");
+    }
+  }
+  return {};
+}
+
+// What cannot be asked for together.
+QString ContradictionIn(const CommandLine& line) {
+  if (line.ctApi && line.simulate) {
+    return QStringLiteral("--ct-api und --simulate schließen einander aus.");
+  }
+  const bool asksForConsole =
+      line.json || line.eraseRecords || line.validate || line.port || line.diagnose;
+  if (!line.console && asksForConsole) {
+    return QStringLiteral(
+        "--json, --port, --erase-records, --validate und --diagnose gelten nur mit --console.");
+  }
+  if (line.diagnose && (line.json || line.eraseRecords || line.port)) {
+    return QStringLiteral("--diagnose verträgt --json, --port und --erase-records nicht.");
+  }
+  return {};
+}
+
 }  // namespace
 
 std::variant<CommandLine, CommandLineText> ParseCommandLine(QStringList arguments) {
@@ -72,7 +142,8 @@ std::variant<CommandLine, CommandLineText> ParseCommandLine(QStringList argument
   const Options options;
   QCommandLineParser parser;
   parser.addOptions({options.ctApi, options.simulate, options.console, options.json, options.port,
-                     options.eraseRecords, options.help, options.version});
+                     options.eraseRecords, options.serialPort, options.schemaDir, options.validate,
+                     options.diagnose, options.help, options.version});
   if (!parser.parse(arguments)) return Usage(ProblemOf(parser));
   if (parser.isSet(options.help)) return CommandLineText{.text = HelpText.toString()};
   if (parser.isSet(options.version)) {
@@ -81,27 +152,10 @@ std::variant<CommandLine, CommandLineText> ParseCommandLine(QStringList argument
   if (const QStringList rest = parser.positionalArguments(); !rest.isEmpty()) {
     return Usage(QStringLiteral("Unbekannte Angabe: ") + rest.first());
   }
-
   CommandLine line;
-  line.console = parser.isSet(options.console);
-  line.json = parser.isSet(options.json);
-  line.eraseRecords = parser.isSet(options.eraseRecords);
-  if (parser.isSet(options.ctApi)) line.ctApi = parser.value(options.ctApi);
-  if (parser.isSet(options.simulate)) line.simulate = parser.value(options.simulate);
-  if (line.ctApi && line.simulate) {
-    return Usage(QStringLiteral("--ct-api und --simulate schließen einander aus."));
-  }
-  if (parser.isSet(options.port)) {
-    bool isNumber = false;
-    line.port = parser.value(options.port).toInt(&isNumber);
-    if (!isNumber || !IsPortNumber(*line.port)) {
-      return Usage(QStringLiteral("--port verlangt eine Zahl von 1 bis 256 oder 8192 bis 8447."));
-    }
-  }
-  if (!line.console && (line.json || line.eraseRecords || line.port)) {
-    return Usage(
-        QStringLiteral("--json, --port und --erase-records gelten nur zusammen mit --console."));
-  }
+  QString problem = Fill(line, parser, options);
+  if (problem.isEmpty()) problem = ContradictionIn(line);
+  if (!problem.isEmpty()) return Usage(problem);
   return line;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -12,10 +13,14 @@ namespace kartocheck {
 struct CommandLine {
   std::optional<QString> ctApi;     // this library instead of the installed one
   std::optional<QString> simulate;  // name or file of a scenario
+  QMap<int, QString> serialPorts;   // COM number to device file
+  std::optional<QString> schemaDirectory;
   bool console = false;
   bool json = false;
   bool eraseRecords = false;
+  bool validate = false;
   std::optional<int> port;
+  std::optional<int> diagnose;  // port number of the guided questions
 };
 
 // A call that only wants to be told something, or that cannot be carried out: the text to print,

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -13,6 +14,9 @@
 #include "platform/ct_api_library.h"
 #include "platform/ct_api_simulated.h"
 #include "platform/qt_event_loop.h"
+#include "platform/qt_serial_port.h"
+#include "platform/serial_devices.h"
+#include "platform/serial_port_simulated.h"
 #include "platform/termination_signal.h"
 #include "simulator/scenario.h"
 #if defined(KARTOCHECK_WITH_WINDOW)
@@ -35,49 +39,94 @@ QStringList Arguments(int argc, char** argv) {
   std::_Exit(exit_status::UsageOrFatal);
 }
 
-// The CT-API of the call: a library, or simulated terminals.
-class ChosenCtApi {
+// The outside world of a call: a library and the machine's ports, or a simulated practice.
+class Outside {
  public:
-  explicit ChosenCtApi(const CommandLine& line) {
-    const QString directory = QCoreApplication::applicationDirPath();
+  explicit Outside(const CommandLine& line) {
     if (line.simulate) {
-      const auto file = ScenarioFile(directory, *line.simulate);
-      if (!file)
-        throw std::runtime_error("Szenario nicht gefunden: " + line.simulate->toStdString());
-      practice_ = ctapi::LoadScenario(file->toStdU16String());
-      api_ = std::make_unique<CtApiSimulated>(practice_);
+      Simulate(*line.simulate);
     } else {
-      api_ = std::make_unique<CtApiLibrary>(
-          line.ctApi ? QStringList{*line.ctApi}
-                     : CtApiCandidates(directory, CtApiLibrary::FileName));
+      UseMachine(line);
     }
   }
 
-  [[nodiscard]] CtApi& Get() { return *api_; }
+  [[nodiscard]] CtApi& Api() { return *api_; }
+  [[nodiscard]] SerialPort& Serial() { return *serial_; }
+  [[nodiscard]] const PortDirectory& Directory() const { return *directory_; }
+
+  // The library in use; empty as long as none was loaded.
+  [[nodiscard]] QString LibraryText() const { return libraryText_(); }
 
  private:
+  void Simulate(const QString& scenario) {
+    const auto file = ScenarioFile(QCoreApplication::applicationDirPath(), scenario);
+    if (!file) throw std::runtime_error("Szenario nicht gefunden: " + scenario.toStdString());
+    practice_ = ctapi::LoadScenario(file->toStdU16String());
+    api_ = std::make_unique<CtApiSimulated>(practice_);
+    serial_ = std::make_unique<SerialPortSimulated>(practice_);
+    directory_ = std::make_unique<PortDirectorySimulated>(practice_);
+    libraryText_ = [text = QString(u"Simulation (" + *file + u')')] { return text; };
+  }
+
+  void UseMachine(const CommandLine& line) {
+    const std::vector<SerialDevice> devices = FindSerialDevices();
+    const ComTable table = MakeComTable(devices, line.serialPorts);
+    // The library opens the same devices under the same numbers.
+    qputenv(ComTableVariable, ComTableText(table));
+    auto library = std::make_unique<CtApiLibrary>(
+        line.ctApi
+            ? QStringList{*line.ctApi}
+            : CtApiCandidates(QCoreApplication::applicationDirPath(), CtApiLibrary::FileName));
+    libraryText_ = [loaded = library.get()] { return loaded->LoadedFile(); };
+    api_ = std::move(library);
+    serial_ = std::make_unique<QtSerialPort>(table);
+    directory_ = std::make_unique<SerialPortDirectory>(devices, table);
+  }
+
   ctapi::SimulatedPractice practice_;
   std::unique_ptr<CtApi> api_;
+  std::unique_ptr<SerialPort> serial_;
+  std::unique_ptr<PortDirectory> directory_;
+  std::function<QString()> libraryText_;
 };
 
-int RunConsoleFrontEnd(const CommandLine& line, CtApi& api) {
+// The directories in which the schemas are looked for.
+QStringList SchemaDirectories(const CommandLine& line) {
+  return line.schemaDirectory ? QStringList{*line.schemaDirectory}
+                              : DataDirectories(QCoreApplication::applicationDirPath());
+}
+
+int RunConsoleFrontEnd(const CommandLine& line, Outside& outside) {
   QtEventLoop eventLoop;
-  ConsoleFrontEnd frontEnd(std::cerr,
-                           line.eraseRecords ? StoredRecords::Erase : StoredRecords::Keep);
-  Bas_MKT_Test module({.api = api,
+  ConsoleFrontEnd frontEnd =
+      line.diagnose ? ConsoleFrontEnd(std::cout, std::cin)
+                    : ConsoleFrontEnd(std::cerr, line.eraseRecords ? StoredRecords::Erase
+                                                                   : StoredRecords::Keep);
+  Bas_MKT_Test module({.api = outside.Api(),
                        .dialogs = frontEnd,
                        .display = frontEnd,
                        .eventLoop = eventLoop,
+                       .serial = outside.Serial(),
+                       .directory = outside.Directory(),
                        .terminate = TerminateNow});
+  LoadSchemas(module.Validation, SchemaDirectories(line));
+  module.Validation.isOn = line.validate;
   const TerminationSignal signal([&] { module.ExitRequested = true; });
+  if (line.diagnose) return RunConsoleDiagnosis(*line.diagnose, module, frontEnd, std::cout);
   return RunConsole({.json = line.json, .port = line.port}, module, frontEnd, std::cout);
 }
 
 int Run(const CommandLine& line) {
-  ChosenCtApi api(line);
-  if (line.console) return RunConsoleFrontEnd(line, api.Get());
+  Outside outside(line);
+  if (line.console) return RunConsoleFrontEnd(line, outside);
 #if defined(KARTOCHECK_WITH_WINDOW)
-  return RunWindow(api.Get(), TerminateNow, line.simulate.has_value());
+  return RunWindow({.api = outside.Api(),
+                    .serial = outside.Serial(),
+                    .directory = outside.Directory(),
+                    .terminate = TerminateNow,
+                    .schemaDirectories = SchemaDirectories(line),
+                    .library = [&outside] { return outside.LibraryText(); },
+                    .simulation = line.simulate.has_value()});
 #else
   std::cerr << "Diese Fassung hat kein Fenster; bitte mit --console aufrufen.\n";
   return exit_status::UsageOrFatal;

@@ -1,15 +1,38 @@
 #include "main/start_window.h"
 
 #include <QApplication>
+#include <QSettings>
+#include <QSysInfo>
+
+#include <cstdlib>
 
 #include "app/bas_mkt_test.h"
 #include "platform/qt_event_loop.h"
 #include "platform/termination_signal.h"
+#include "ui/form_first_user.h"
 #include "ui/form_mkt_test.h"
 #include "ui/german_texts.h"
+#include "ui/main_window/run_recorder.h"
 #include "ui/main_window/test_flow.h"
+#include "ui/main_window/test_report.h"
 
 namespace kartocheck {
+
+namespace {
+
+// Whether the user goes on to the main window. They do not where the system ends the program.
+bool ShowUserInformation() {
+  Form_FirstUser information(nullptr);
+  bool isEnded = false;
+  const TerminationSignal signal([&] {
+    isEnded = true;
+    information.close();
+  });
+  information.exec();
+  return information.ContinueFlag() && !isEnded;
+}
+
+}  // namespace
 
 std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv) {
   auto application = std::make_unique<QApplication>(argc, argv);
@@ -17,16 +40,30 @@ std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv) 
   return application;
 }
 
-int RunWindow(CtApi& api, const Terminate& terminate, bool simulation) {
+int RunWindow(const WindowSetup& setup) {
+  if (!ShowUserInformation()) return EXIT_SUCCESS;
   QtEventLoop eventLoop;
-  Form_MKT_Test window({.simulation = simulation, .settings = nullptr});
-  Bas_MKT_Test module({.api = api,
-                       .dialogs = window.Boxes(),
-                       .display = window,
+  QSettings settings(QStringLiteral("KartoCheck"), QStringLiteral("KartoCheck"));
+  const auto facts = [&setup] {
+    return ProgramFacts{.version = QCoreApplication::applicationVersion(),
+                        .library = setup.library(),
+                        .system = QSysInfo::prettyProductName()};
+  };
+  Form_MKT_Test window({.simulation = setup.simulation, .settings = &settings, .facts = facts});
+  RunRecorder recorder(window.Boxes(), window, [] { return QTime::currentTime(); });
+  Bas_MKT_Test module({.api = setup.api,
+                       .dialogs = recorder,
+                       .display = recorder,
                        .eventLoop = eventLoop,
-                       .terminate = terminate});
-  TestFlow flow(module, window.Boxes(), window, window);
+                       .serial = setup.serial,
+                       .directory = setup.directory,
+                       .terminate = setup.terminate});
+  LoadSchemas(module.Validation, setup.schemaDirectories);
+  TestFlow flow(module, recorder, recorder, window);
   window.Attach(flow);
+  window.OfferReport([&] {
+    return TestReportText(QDateTime::currentDateTime(), facts(), module, flow, recorder);
+  });
   const TerminationSignal signal([&] { window.CloseForSystem(); });
   window.show();
   return QCoreApplication::exec();

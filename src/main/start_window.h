@@ -1,9 +1,13 @@
 #pragma once
 
+#include <QStringList>
+
 #include <functional>
 #include <memory>
 
 #include "platform/ct_api.h"
+#include "platform/port_directory.h"
+#include "platform/serial_port.h"
 #include "platform/terminate.h"
 
 class QCoreApplication;
@@ -13,7 +17,19 @@ namespace kartocheck {
 // The application object that a window needs.
 [[nodiscard]] std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv);
 
-// Shows the main window and runs until it is closed. Returns the exit status.
-[[nodiscard]] int RunWindow(CtApi& api, const Terminate& terminate, bool simulation);
+// What the window works with.
+struct WindowSetup {
+  CtApi& api;
+  SerialPort& serial;
+  const PortDirectory& directory;
+  Terminate terminate;
+  QStringList schemaDirectories;
+  std::function<QString()> library;  // what the CT-API stands for, as known at the time
+  bool simulation = false;
+};
+
+// Shows the user information, then the main window, and runs until that is closed. Returns the exit
+// status.
+[[nodiscard]] int RunWindow(const WindowSetup& setup);
 
 }  // namespace kartocheck

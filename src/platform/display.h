@@ -25,6 +25,9 @@ class Display {
   // False where it was visible already; nothing changes then.
   virtual bool ShowFrameX(int frame) = 0;
 
+  // What the guided diagnosis is asking about, for the dialog-check frame.
+  virtual void ShowDiagnosisStep(const QString& step) = 0;
+
   // Lets the user choose the port of the slot, 1 to 5, or not.
   virtual void EnablePort(int slot, bool enabled) = 0;
 

@@ -94,6 +94,16 @@ std::int16_t CtSession::CtClose() {
   });
 }
 
+std::int16_t CtSession::CtTryPort(int pn) {
+  return Guarded([&]() -> std::int16_t {
+    with_.eventLoop.Yield();
+    const std::int16_t code = with_.api.Init(Ctn, static_cast<std::uint16_t>(pn));
+    with_.eventLoop.Yield();
+    (void)with_.api.Close(Ctn);
+    return code;
+  });
+}
+
 CtAnswer CtSession::CtExchange(QStringView command, Unit dad) {
   return Guarded([&]() -> CtAnswer {
     auto sad = HostSad;

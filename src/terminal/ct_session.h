@@ -71,6 +71,10 @@ class CtSession {
   // Returns the library's code; the link counts as closed whatever it is.
   std::int16_t CtClose();
 
+  // A bare open and close of a port, without lamps and baud rate. Returns the code of the open. Not
+  // to be called while the link is open.
+  [[nodiscard]] std::int16_t CtTryPort(int pn);
+
   // Sends a command of hexadecimal text. An answer of fewer than two bytes is code -11.
   [[nodiscard]] CtAnswer CtExchange(QStringView command, Unit dad);
 

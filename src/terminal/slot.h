@@ -20,6 +20,11 @@ inline constexpr int LastUsbPort = 8447;
   return pn >= FirstUsbPort && pn <= LastUsbPort;
 }
 
+// The number that users know a USB device by, from 1 on.
+[[nodiscard]] constexpr int UsbDeviceNumber(int pn) {
+  return pn - FirstUsbPort + 1;
+}
+
 // The slot, 1 to 5, of a port number (or of a larger slot number). A number below 1 is an error of
 // the caller.
 [[nodiscard]] constexpr int SlotOf(int pn) {

@@ -1,16 +1,28 @@
 #include "text/hex_text.h"
 
+#include <array>
+#include <cstddef>
+
 namespace kartocheck::hex {
 
 namespace {
 
 constexpr int NoDigit = -1;
 
+// By character code; a table, since every byte of every answer passes here.
+constexpr auto DigitValues = [] {
+  std::array<qint8, 128> values{};
+  values.fill(NoDigit);
+  for (int value = 0; value < 16; ++value) {
+    const auto digit = static_cast<qint8>(value);
+    values.at(static_cast<std::size_t>("0123456789ABCDEF"[value])) = digit;
+    values.at(static_cast<std::size_t>("0123456789abcdef"[value])) = digit;
+  }
+  return values;
+}();
+
 constexpr int DigitValue(char16_t digit) {
-  if (digit >= u'0' && digit <= u'9') return digit - u'0';
-  if (digit >= u'A' && digit <= u'F') return digit - u'A' + 10;
-  if (digit >= u'a' && digit <= u'f') return digit - u'a' + 10;
-  return NoDigit;
+  return digit < DigitValues.size() ? DigitValues[digit] : NoDigit;
 }
 
 // The byte whose digits are the characters at `index` (0-based) and behind it, or NoDigit.

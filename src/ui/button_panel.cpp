@@ -6,7 +6,6 @@
 
 #include <algorithm>
 
-#include "ui/available_features.h"
 #include "ui/picture.h"
 #include "ui/plain_label.h"
 
@@ -18,20 +17,16 @@ struct ButtonDescription {
   QStringView picture;
   QStringView caption;  // short; its mnemonic is the button's keyboard access
   QStringView tooltip;
-  bool available;
 };
 
 constexpr std::array<ButtonDescription, ButtonPanel::ButtonCount> Descriptions{{
     {u"full_scan", u"&Prüfen",
-     u"Programm prüft die serielle(n) Schnittstelle(n) auf Vorhandensein eines MKT's",
-     feature::FullScan},
-    {u"diagnosis", u"Dia&gnose", u"Überprüft die ausgewählte Schnittstelle im Dialog",
-     feature::Diagnosis},
-    {u"terminal_status", u"&Status", u"Der MKT Status wird angezeigt", true},
-    {u"read_card", u"&Lesen", u"Die Krankenversichertendaten werden angezeigt/gelesen", true},
-    {u"copy", u"&Kopieren", u"Die Krankenversichertendaten werden in die Zwischenablage kopiert",
-     true},
-    {u"reset", u"&Zurücksetzen", u"Die Anzeigefelder werden zurückgesetzt", true},
+     u"Programm prüft die serielle(n) Schnittstelle(n) auf Vorhandensein eines MKT's"},
+    {u"diagnosis", u"Dia&gnose", u"Überprüft die ausgewählte Schnittstelle im Dialog"},
+    {u"terminal_status", u"&Status", u"Der MKT Status wird angezeigt"},
+    {u"read_card", u"&Lesen", u"Die Krankenversichertendaten werden angezeigt/gelesen"},
+    {u"copy", u"&Kopieren", u"Die Krankenversichertendaten werden in die Zwischenablage kopiert"},
+    {u"reset", u"&Zurücksetzen", u"Die Anzeigefelder werden zurückgesetzt"},
 }};
 
 // Side of a button's picture, in logical pixels.
@@ -54,7 +49,6 @@ ButtonPanel::ButtonPanel(QWidget* parent) : QFrame(parent) {
     button->setToolTip(description.tooltip.toString());
     button->setAccessibleName(description.tooltip.toString());
     button->setFocusPolicy(Qt::StrongFocus);
-    button->setEnabled(description.available);
     connect(button, &QToolButton::clicked, this, [this, index] { Q_EMIT Pressed(index); });
     layout->addWidget(button);
     CmdB_MKt_Test.at(static_cast<std::size_t>(index)) = button;
@@ -65,6 +59,10 @@ ButtonPanel::ButtonPanel(QWidget* parent) : QFrame(parent) {
     widest = std::max(widest, button->sizeHint().width());
   }
   for (QToolButton* button : CmdB_MKt_Test) button->setMinimumWidth(widest);
+}
+
+QWidget* ButtonPanel::Button(int index) const {
+  return CmdB_MKt_Test.at(static_cast<std::size_t>(index));
 }
 
 // The Enter key presses the button that has the focus, as the space bar does.

@@ -17,6 +17,9 @@ class ButtonPanel final : public QFrame {
 
   explicit ButtonPanel(QWidget* parent);
 
+  // index: 0 to 5.
+  [[nodiscard]] QWidget* Button(int index) const;
+
  Q_SIGNALS:
   // A click on button `index`, 0 to 5.
   void Pressed(int index);

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
+#include <QFileDialog>
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QLabel>
@@ -15,8 +16,11 @@
 
 #include <algorithm>
 
-#include "ui/available_features.h"
 #include "ui/button_panel.h"
+#include "ui/form_daten_info.h"
+#include "ui/form_egk_info.h"
+#include "ui/form_first_user.h"
+#include "ui/form_info.h"
 #include "ui/insured_data_frame.h"
 #include "ui/notice_frames.h"
 #include "ui/picture.h"
@@ -37,16 +41,30 @@ QString GeometryKey() {
   return QStringLiteral("Form_MKT_Test/geometry");
 }
 
-QAction* AddEntry(QMenu* menu, const QString& name, const QString& text, bool available) {
+QAction* AddEntry(QMenu* menu, const QString& name, const QString& text) {
   QAction* entry = menu->addAction(text);
   entry->setObjectName(name);
-  entry->setEnabled(available);
   return entry;
+}
+
+// Description and pattern of the schema files; Qt takes the pattern from the description's
+// brackets.
+constexpr QStringView SchemaFilter = u"XSD (*.xsd)|*.xsd";
+
+QString SchemaNameFilter() {
+  return SchemaFilter.first(SchemaFilter.indexOf(u'|')).toString();
+}
+
+// Shows a side window without waiting for it: an action that runs goes on behind it.
+void OpenSideWindow(QDialog* window) {
+  window->setAttribute(Qt::WA_DeleteOnClose);
+  window->open();
 }
 
 }  // namespace
 
-Form_MKT_Test::Form_MKT_Test(const Options& options) : boxes_(*this), settings_(options.settings) {
+Form_MKT_Test::Form_MKT_Test(const Options& options)
+    : boxes_(*this), settings_(options.settings), facts_(options.facts) {
   setObjectName(QStringLiteral("Form_MKT_Test"));
   setWindowTitle(QStringLiteral("KartoCheck"));
   setWindowIcon(PictureIcon(u"kartocheck"));
@@ -64,35 +82,81 @@ Form_MKT_Test::Form_MKT_Test(const Options& options) : boxes_(*this), settings_(
 Form_MKT_Test::~Form_MKT_Test() = default;
 
 void Form_MKT_Test::CreateMenus() {
+  CreateFileMenu();
+  CreateHelpMenu();
+}
+
+void Form_MKT_Test::CreateFileMenu() {
   QMenu* file = menuBar()->addMenu(QStringLiteral("&Datei"));
   file->setObjectName(QStringLiteral("mnuDatei"));
-  mnuValidierung = AddEntry(file, QStringLiteral("mnuValidierung"), QStringLiteral("&Validierung"),
-                            feature::Validation);
+  mnuValidierung = AddEntry(file, QStringLiteral("mnuValidierung"), QStringLiteral("&Validierung"));
   mnuValidierung->setCheckable(true);
+  connect(mnuValidierung, &QAction::triggered, this, [this](bool on) {
+    if (flow_ != nullptr) flow_->SetValidation(on);
+  });
+
   mnuSchema = file->addMenu(QStringLiteral("&Neues Schema laden"));
   mnuSchema->setObjectName(QStringLiteral("mnuSchema"));
-  constexpr std::array<QStringView, 3> Schemas{
-      u"UC_allgemeineVersicherungsdatenXSD",
-      u"UC_PersoenlicheVersichertendatenXSD",
-      u"UC_geschuetzteVersichertendatenXSD",
-  };
-  for (int schema = 0; schema < static_cast<int>(Schemas.size()); ++schema) {
-    AddEntry(mnuSchema, MemberName(u"mnuSchema", schema),
-             Schemas.at(static_cast<std::size_t>(schema)).toString(), feature::SchemaChoice);
+  constexpr std::array<std::pair<VsdKind, QStringView>, VsdKindCount> Schemas{{
+      {VsdKind::Vd, u"UC_allgemeineVersicherungsdatenXSD"},
+      {VsdKind::Pd, u"UC_PersoenlicheVersichertendatenXSD"},
+      {VsdKind::Gvd, u"UC_geschuetzteVersichertendatenXSD"},
+  }};
+  for (int entry = 0; entry < VsdKindCount; ++entry) {
+    const auto& [kind, text] = Schemas.at(static_cast<std::size_t>(entry));
+    QAction* schema = AddEntry(mnuSchema, MemberName(u"mnuSchema", entry), text.toString());
+    connect(schema, &QAction::triggered, this, [this, kind = kind] { AskForSchema(kind); });
   }
+
   file->addSeparator();
-  QAction* quit = AddEntry(file, QStringLiteral("mnuBeenden"), QStringLiteral("&Beenden"), true);
+  QAction* quit = AddEntry(file, QStringLiteral("mnuBeenden"), QStringLiteral("&Beenden"));
   quit->setShortcut(QKeySequence(QKeySequence::Quit));
   connect(quit, &QAction::triggered, this, &QWidget::close);
+}
 
+void Form_MKT_Test::CreateHelpMenu() {
   QMenu* help = menuBar()->addMenu(QStringLiteral("&Hilfe"));
   help->setObjectName(QStringLiteral("mnuHilfe"));
-  AddEntry(help, QStringLiteral("mnuBenutzerInformation"), QStringLiteral("Ben&utzer Information"),
-           feature::UserInformation);
-  AddEntry(help, QStringLiteral("mnuPruefbericht"), QStringLiteral("Prüfbericht &kopieren"),
-           feature::TestReport);
+  QAction* information = AddEntry(help, QStringLiteral("mnuBenutzerInformation"),
+                                  QStringLiteral("Ben&utzer Information"));
+  connect(information, &QAction::triggered, this, [this] { ShowUserInformation(); });
+  mnuPruefbericht =
+      AddEntry(help, QStringLiteral("mnuPruefbericht"), QStringLiteral("Prüfbericht &kopieren"));
+  mnuPruefbericht->setEnabled(false);
+  connect(mnuPruefbericht, &QAction::triggered, this, [this] { CopyReport(); });
   help->addSeparator();
-  AddEntry(help, QStringLiteral("mnuInfo"), QStringLiteral("Inf&o..."), feature::ProgramInfo);
+  QAction* info = AddEntry(help, QStringLiteral("mnuInfo"), QStringLiteral("Inf&o..."));
+  connect(info, &QAction::triggered, this,
+          [this] { OpenSideWindow(new Form_Info(facts_(), this)); });
+}
+
+void Form_MKT_Test::AskForSchema(VsdKind kind) {
+  auto* dlgKartoCheck = new QFileDialog(this, mnuSchema->title().remove(u'&'));
+  dlgKartoCheck->setObjectName(QStringLiteral("dlgKartoCheck"));
+  dlgKartoCheck->setFileMode(QFileDialog::ExistingFile);
+  dlgKartoCheck->setNameFilter(SchemaNameFilter());
+  connect(dlgKartoCheck, &QFileDialog::fileSelected, this, [this, kind](const QString& file) {
+    if (flow_ != nullptr) flow_->LoadSchema(kind, file);
+  });
+  OpenSideWindow(dlgKartoCheck);
+}
+
+void Form_MKT_Test::ShowEgkInfo() {
+  if (flow_ != nullptr) OpenSideWindow(new Form_egK_Info(flow_->CurrentEgkInfo(), this));
+}
+
+void Form_MKT_Test::ShowUserInformation() {
+  auto* window = new Form_FirstUser(this);
+  connect(window, &QDialog::finished, this, [this, window] {
+    const bool ends = !window->ContinueFlag();
+    if (ends && (flow_ == nullptr || flow_->MayClose(CloseSource::Program))) CloseNow();
+  });
+  OpenSideWindow(window);
+}
+
+void Form_MKT_Test::CopyReport() {
+  CopyToClipboard(makeReport_());
+  ShowStatusText(QStringLiteral("Der Prüfbericht wurde in die Zwischenablage kopiert"));
 }
 
 // In the order in which the Tab key walks through them: from what is used first to what is only
@@ -109,16 +173,27 @@ void Form_MKT_Test::CreateFrames() {
   connect(Fram_Comx, &PortFrame::PortChosen, this, [this](int member) {
     if (flow_ != nullptr) flow_->ChoosePort(member);
   });
+  connect(Fram_Comx, &PortFrame::FurtherPortChosen, this, [this](int index) {
+    if (flow_ != nullptr) flow_->ChooseFurtherPort(index);
+  });
   Fram_MKTStatus = new TerminalAccessFrame(content);
   cmdeGK = new QPushButton(QStringLiteral("Info eGK Daten"), content);
   cmdeGK->setObjectName(QStringLiteral("cmdeGK"));
   cmdeGK->setToolTip(QStringLiteral("Anzeige weiterer Daten der elektronischen Gesundheitskarte."));
   cmdeGK->setAccessibleName(cmdeGK->text());
+  connect(cmdeGK, &QPushButton::clicked, this, [this] { ShowEgkInfo(); });
 
+  wait_ = new WaitFrame(content);
+  connect(wait_, &WaitFrame::EndRequested, this, [this] {
+    if (flow_ != nullptr) flow_->EndSweep();
+  });
+  dialogCheck_ = new DialogCheckFrame(content);
   terminalStatus_ = new TerminalStatusFrame(content);
+  connect(terminalStatus_, &TerminalStatusFrame::TabChosen, this, [this] {
+    if (flow_ != nullptr) flow_->ChooseStatusTab();
+  });
   insuredData_ = new InsuredDataFrame(content);
-  Fram_Show = {new WaitFrame(content), new DialogCheckFrame(content), terminalStatus_,
-               insuredData_};
+  Fram_Show = {wait_, dialogCheck_, terminalStatus_, insuredData_};
   for (int frame = 0; frame < static_cast<int>(Fram_Show.size()); ++frame) {
     QWidget* widget = Fram_Show.at(static_cast<std::size_t>(frame));
     widget->setObjectName(MemberName(u"Fram_Show", frame));
@@ -179,7 +254,13 @@ void Form_MKT_Test::RestoreGeometry() {
 
 void Form_MKT_Test::Attach(TestFlow& flow) {
   flow_ = &flow;
+  mnuValidierung->setChecked(flow.IsValidating());
   for (int slot = 1; slot <= SlotCount; ++slot) ShowSlot(slot);
+}
+
+void Form_MKT_Test::OfferReport(std::function<QString()> makeReport) {
+  makeReport_ = std::move(makeReport);
+  mnuPruefbericht->setEnabled(makeReport_ != nullptr);
 }
 
 void Form_MKT_Test::ShowStatusText(const QString& text) {
@@ -221,6 +302,38 @@ void Form_MKT_Test::ClearData() {
   insuredData_->ClearData();
 }
 
+void Form_MKT_Test::ShowPortList(const QStringList& lines, int chosen) {
+  Fram_Comx->ShowPortList(lines, chosen);
+}
+
+void Form_MKT_Test::MarkPort(int member) {
+  Fram_Comx->MarkPort(member);
+}
+
+void Form_MKT_Test::NameFurtherPort(const QString& name) {
+  terminalStatus_->NameFurtherPort(name);
+}
+
+void Form_MKT_Test::ShowStatusTab(int slot) {
+  terminalStatus_->ShowTab(slot);
+}
+
+void Form_MKT_Test::MarkButton(int index) {
+  focusBefore_ = Pict_MKT_Test->Button(index);
+}
+
+void Form_MKT_Test::ShowDiagnosedPort(const QString& name) {
+  dialogCheck_->ShowPort(name);
+}
+
+void Form_MKT_Test::ShowDiagnosisStep(const QString& step) {
+  dialogCheck_->ShowStep(step);
+}
+
+void Form_MKT_Test::ShowScanResult(const ScanResult& result) {
+  Form_DatenInfo(result, this).exec();
+}
+
 void Form_MKT_Test::SetActionRunning(bool running) {
   if (running == actionRunning_) return;
   actionRunning_ = running;
@@ -239,9 +352,9 @@ void Form_MKT_Test::SetActionRunning(bool running) {
 void Form_MKT_Test::UpdateEnabled() {
   Pict_MKT_Test->setEnabled(!actionRunning_);
   Fram_Comx->SetActionRunning(actionRunning_);
-  cmdeGK->setEnabled(feature::EgkInfo && !actionRunning_);
-  mnuValidierung->setEnabled(feature::Validation && !actionRunning_);
-  mnuSchema->setEnabled(feature::SchemaChoice && !actionRunning_);
+  cmdeGK->setEnabled(!actionRunning_);
+  mnuValidierung->setEnabled(!actionRunning_);
+  mnuSchema->setEnabled(!actionRunning_);
 }
 
 void Form_MKT_Test::CopyToClipboard(const QString& text) {

@@ -4,13 +4,17 @@
 #include <QPointer>
 
 #include <array>
+#include <functional>
 
+#include "egk/vsd_kind.h"
 #include "platform/display.h"
 #include "ui/main_window/front_end.h"
+#include "ui/main_window/program_facts.h"
 #include "ui/main_window/test_flow.h"
 #include "ui/message_boxes.h"
 
 class QAction;
+class QDialog;
 class QLabel;
 class QMenu;
 class QProgressBar;
@@ -20,10 +24,12 @@ class QSettings;
 namespace kartocheck {
 
 class ButtonPanel;
+class DialogCheckFrame;
 class InsuredDataFrame;
 class PortFrame;
 class TerminalAccessFrame;
 class TerminalStatusFrame;
+class WaitFrame;
 
 // The program's one main window. It shows what it is given and reports what was pressed.
 class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd {
@@ -33,6 +39,7 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   struct Options {
     bool simulation = false;        // terminals are simulated: the status bar says so
     QSettings* settings = nullptr;  // where size and position are kept; nowhere when null
+    std::function<ProgramFacts()> facts = [] { return ProgramFacts(); };
   };
 
   explicit Form_MKT_Test(const Options& options);
@@ -45,6 +52,9 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   // made, so it comes after construction.
   void Attach(TestFlow& flow);
 
+  // Where the text of a test report comes from; without one the menu does not offer it.
+  void OfferReport(std::function<QString()> makeReport);
+
   // The system ends the program (SIGTERM, end of the desktop session): an open box counts as
   // answered with Cancel or No, nothing more is asked, and the window closes, after the end of
   // the running action if there is one.
@@ -53,12 +63,20 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   void ShowStatusText(const QString& text) override;
   void ShowProgress(int percent) override;
   bool ShowFrameX(int frame) override;
+  void ShowDiagnosisStep(const QString& step) override;
   void EnablePort(int slot, bool enabled) override;
   void SetLamp(Lamp lamp, LampState state) override;
   void ShowSlot(int slot) override;
 
   void ShowData(const DataFrame& frame) override;
   void ClearData() override;
+  void ShowPortList(const QStringList& lines, int chosen) override;
+  void MarkPort(int member) override;
+  void NameFurtherPort(const QString& name) override;
+  void ShowStatusTab(int slot) override;
+  void MarkButton(int index) override;
+  void ShowDiagnosedPort(const QString& name) override;
+  void ShowScanResult(const ScanResult& result) override;
   void SetActionRunning(bool running) override;
   void CopyToClipboard(const QString& text) override;
   void CloseNow() override;
@@ -68,6 +86,12 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
 
  private:
   void CreateMenus();
+  void CreateFileMenu();
+  void CreateHelpMenu();
+  void AskForSchema(VsdKind kind);
+  void ShowEgkInfo();
+  void ShowUserInformation();
+  void CopyReport();
   void CreateFrames();
   void CreateStatusBar(bool simulation);
   void CreateLayout();
@@ -76,6 +100,8 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
 
   MessageBoxes boxes_;
   QSettings* settings_;
+  std::function<ProgramFacts()> facts_;
+  std::function<QString()> makeReport_;
   TestFlow* flow_ = nullptr;
   bool actionRunning_ = false;
   bool closing_ = false;           // closes without a question
@@ -86,6 +112,8 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   TerminalAccessFrame* Fram_MKTStatus = nullptr;
   QPushButton* cmdeGK = nullptr;
   std::array<QWidget*, 4> Fram_Show{};
+  WaitFrame* wait_ = nullptr;
+  DialogCheckFrame* dialogCheck_ = nullptr;
   TerminalStatusFrame* terminalStatus_ = nullptr;
   InsuredDataFrame* insuredData_ = nullptr;
   QLabel* Labl_StatusText = nullptr;
@@ -93,6 +121,7 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
 
   QAction* mnuValidierung = nullptr;
   QMenu* mnuSchema = nullptr;
+  QAction* mnuPruefbericht = nullptr;
 };
 
 }  // namespace kartocheck

@@ -11,7 +11,10 @@ namespace kartocheck {
 namespace {
 
 // Part of the screen's width that a text may take before its lines are wrapped.
-constexpr double WidestText = 0.6;
+constexpr double WidestPart = 0.6;
+// And no more than this in logical pixels: Qt makes no message box wider than 1000 with its picture
+// and margins, and would cut the text off.
+constexpr int WidestText = 880;
 
 QMessageBox::Icon IconOf(Icon icon) {
   switch (icon) {
@@ -46,7 +49,8 @@ void KeepLinesWhole(QMessageBox& box) {
   auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
   const QScreen* screen = box.screen();
   if (label == nullptr || screen == nullptr) return;
-  const int widest = static_cast<int>(screen->availableSize().width() * WidestText);
+  const int widest =
+      std::min(static_cast<int>(screen->availableSize().width() * WidestPart), WidestText);
   label->setMinimumWidth(std::min(label->sizeHint().width(), widest));
 }
 

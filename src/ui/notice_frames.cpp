@@ -1,5 +1,7 @@
 #include "ui/notice_frames.h"
 
+#include <QLabel>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include <array>
@@ -45,6 +47,8 @@ QLabel* PictureLabel(QStringView picture, QWidget* parent) {
 
 WaitFrame::WaitFrame(QWidget* parent) : QFrame(parent) {
   setFrameShape(QFrame::StyledPanel);
+  auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+  connect(escape, &QShortcut::activated, this, &WaitFrame::EndRequested);
   auto* layout = new QVBoxLayout(this);
   layout->addStretch();
   AddCentred(layout, PictureLabel(u"full_scan", this));
@@ -59,6 +63,10 @@ WaitFrame::WaitFrame(QWidget* parent) : QFrame(parent) {
     }
   }
   layout->addStretch();
+  AddCentred(
+      layout,
+      PlainLabel(QStringLiteral("Labe_WartenHinweis"),
+                 QStringLiteral("Esc beendet die Suche nach weiteren Schnittstellen."), this));
 }
 
 DialogCheckFrame::DialogCheckFrame(QWidget* parent) : QFrame(parent) {
@@ -71,7 +79,20 @@ DialogCheckFrame::DialogCheckFrame(QWidget* parent) : QFrame(parent) {
   AddCentred(layout, PictureLabel(u"diagnosis", this));
   layout->addSpacing(layout->spacing());
   AddCentred(layout, heading);
+  port_ = PlainLabel(QStringLiteral("Labe_DialogPort"), QString(), this);
+  AddCentred(layout, port_);
+  step_ = PlainLabel(QStringLiteral("Labe_DialogSchritt"), QString(), this);
+  AddCentred(layout, step_);
   layout->addStretch();
+}
+
+void DialogCheckFrame::ShowPort(const QString& name) {
+  port_->setText(name);
+  step_->clear();
+}
+
+void DialogCheckFrame::ShowStep(const QString& step) {
+  step_->setText(step);
 }
 
 }  // namespace kartocheck

@@ -2,6 +2,8 @@
 
 #include <QFrame>
 
+class QLabel;
+
 namespace kartocheck {
 
 // Fram_Show_0: shown while the ports are scanned.
@@ -10,6 +12,10 @@ class WaitFrame final : public QFrame {
 
  public:
   explicit WaitFrame(QWidget* parent);
+
+ Q_SIGNALS:
+  // Escape was pressed while the frame is shown.
+  void EndRequested();
 };
 
 // Fram_Show_1: shown while the user is led through the check of one port.
@@ -18,6 +24,14 @@ class DialogCheckFrame final : public QFrame {
 
  public:
   explicit DialogCheckFrame(QWidget* parent);
+
+  // The port that is checked, and what is being asked about.
+  void ShowPort(const QString& name);
+  void ShowStep(const QString& step);
+
+ private:
+  QLabel* port_ = nullptr;
+  QLabel* step_ = nullptr;
 };
 
 }  // namespace kartocheck

@@ -5,8 +5,8 @@
 #include <QListWidget>
 #include <QMouseEvent>
 #include <QRadioButton>
+#include <QSignalBlocker>
 
-#include "ui/available_features.h"
 #include "ui/plain_label.h"
 
 namespace kartocheck {
@@ -41,7 +41,6 @@ class OptionLabel final : public QLabel {
 PortFrame::PortFrame(QWidget* parent) : QGroupBox(QStringLiteral("Schnittstellen"), parent) {
   setObjectName(QStringLiteral("Fram_Comx"));
   portEnabled_.fill(true);
-  portEnabled_[FurtherPortMember] = feature::FurtherPorts;
 
   auto* layout = new QGridLayout(this);
   layout->setColumnStretch(1, 1);
@@ -51,6 +50,12 @@ PortFrame::PortFrame(QWidget* parent) : QGroupBox(QStringLiteral("Schnittstellen
   List1 = new QListWidget(this);
   List1->setObjectName(QStringLiteral("List1"));
   List1->setAccessibleName(QStringLiteral("Weitere Schnittstellen"));
+  // Not the current row: that is set too when the list gets the focus.
+  connect(List1, &QListWidget::itemSelectionChanged, this, [this] { ReportChosenEntry(); });
+  // The chosen entry again, after another port.
+  connect(List1, &QListWidget::itemClicked, this, [this] {
+    if (!Opti_Comx[FurtherPortMember]->isChecked()) ReportChosenEntry();
+  });
   const QFontMetrics metrics = List1->fontMetrics();
   const int frame = 2 * (List1->frameWidth() + metrics.averageCharWidth());
   List1->setMinimumSize(metrics.horizontalAdvance(WidestEntry.toString()) + frame,
@@ -81,9 +86,29 @@ void PortFrame::AddOption(int member) {
   Labe_Comx.at(index) = label;
 }
 
+void PortFrame::ReportChosenEntry() {
+  const QList<QListWidgetItem*> chosen = List1->selectedItems();
+  if (!chosen.isEmpty()) Q_EMIT FurtherPortChosen(List1->row(chosen.first()));
+}
+
 void PortFrame::EnablePort(int slot, bool enabled) {
   portEnabled_.at(static_cast<std::size_t>(slot - 1)) = enabled;
   UpdateEnabled();
+}
+
+void PortFrame::ShowPortList(const QStringList& lines, int chosen) {
+  const QSignalBlocker quiet(List1);
+  // The list is the same where an entry of it was just chosen: its items are in use then.
+  if (lines != lines_) {
+    lines_ = lines;
+    List1->clear();
+    List1->addItems(lines);
+  }
+  List1->setCurrentRow(chosen);
+}
+
+void PortFrame::MarkPort(int member) {
+  Opti_Comx.at(static_cast<std::size_t>(member))->setChecked(true);
 }
 
 void PortFrame::SetActionRunning(bool running) {
@@ -97,7 +122,7 @@ void PortFrame::UpdateEnabled() {
     Opti_Comx.at(member)->setEnabled(enabled);
     Labe_Comx.at(member)->setEnabled(enabled);
   }
-  List1->setEnabled(feature::FurtherPorts && !actionRunning_);
+  List1->setEnabled(!actionRunning_);
 }
 
 }  // namespace kartocheck

@@ -21,20 +21,28 @@ class PortFrame final : public QGroupBox {
 
   // slot: 1 to 5.
   void EnablePort(int slot, bool enabled);
+  // The further ports; chosen: index of the marked line, or -1.
+  void ShowPortList(const QStringList& lines, int chosen);
+  // Marks option button `member`, 0 to 4, without reporting it.
+  void MarkPort(int member);
   // While an action runs no other port can be chosen.
   void SetActionRunning(bool running);
 
  Q_SIGNALS:
   // A click on option button `member`, 0 to 4.
   void PortChosen(int member);
+  // A choice in the list of further ports, by index.
+  void FurtherPortChosen(int index);
 
  private:
   void AddOption(int member);
+  void ReportChosenEntry();
   void UpdateEnabled();
 
   std::array<QRadioButton*, SlotCount> Opti_Comx{};
   std::array<QLabel*, SlotCount> Labe_Comx{};
   QListWidget* List1 = nullptr;
+  QStringList lines_;  // in the list
 
   std::array<bool, SlotCount> portEnabled_;
   bool actionRunning_ = false;

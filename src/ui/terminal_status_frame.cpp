@@ -16,19 +16,6 @@ namespace {
 constexpr std::array<QStringView, SlotCount> TabTitles{u"COM 1", u"COM 2", u"COM 3", u"COM 4",
                                                        u"weitere ..."};
 
-constexpr std::array<QStringView, StatusRowCount> RowLabels{
-    u"Serielle Schnittstelle:", u"Baudrate:",      u"PKT Modell:",    u"Hersteller:", u"CT-Typ:",
-    u"Software Version:",       u"Ausgabemedium:", u"PnP Device ID:",
-};
-
-// A further port need not be a serial one.
-constexpr QStringView FurtherPortLabel = u"Schnittstelle:";
-
-QStringView RowLabel(int slot, int row) {
-  if (slot == FurtherPortSlot && row == 0) return FurtherPortLabel;
-  return RowLabels.at(static_cast<std::size_t>(row));
-}
-
 }  // namespace
 
 TerminalStatusFrame::TerminalStatusFrame(QWidget* parent)
@@ -39,6 +26,13 @@ TerminalStatusFrame::TerminalStatusFrame(QWidget* parent)
   for (int tab = 0; tab < SlotCount; ++tab) {
     TabStrip1->addTab(NewTab(tab), TabTitles.at(static_cast<std::size_t>(tab)).toString());
   }
+  connect(TabStrip1, &QTabWidget::currentChanged, this, [this] {
+    if (!showingTab_) Q_EMIT TabChosen();
+  });
+  // A click on the tab in front changes nothing, but is one all the same.
+  connect(TabStrip1, &QTabWidget::tabBarClicked, this, [this](int tab) {
+    if (tab == TabStrip1->currentIndex()) Q_EMIT TabChosen();
+  });
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(TabStrip1);
@@ -51,7 +45,7 @@ QWidget* TerminalStatusFrame::NewTab(int tab) {
   auto* grid = new FieldGrid(StatusRowCount, MemberName(u"Labe_Status", tab),
                              MemberName(u"Labl_Status", tab), frame);
   for (int row = 0; row < StatusRowCount; ++row) {
-    grid->SetLabel(row, RowLabel(tab + 1, row).toString());
+    grid->SetLabel(row, StatusRowLabel(tab + 1, row).toString());
   }
   grids_.at(static_cast<std::size_t>(tab)) = grid;
 
@@ -67,6 +61,16 @@ void TerminalStatusFrame::ShowSlot(int slot, const StatusTab& values) {
   for (int row = 0; row < StatusRowCount; ++row) {
     grid->SetValue(row, values.at(static_cast<std::size_t>(row)));
   }
+}
+
+void TerminalStatusFrame::ShowTab(int slot) {
+  showingTab_ = true;
+  TabStrip1->setCurrentIndex(slot - 1);
+  showingTab_ = false;
+}
+
+void TerminalStatusFrame::NameFurtherPort(const QString& name) {
+  TabStrip1->setTabText(FurtherPortSlot - 1, name);
 }
 
 }  // namespace kartocheck

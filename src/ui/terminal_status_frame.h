@@ -5,7 +5,7 @@
 #include <array>
 
 #include "terminal/slot.h"
-#include "ui/main_window/test_flow.h"
+#include "ui/main_window/status_tab.h"
 
 class QTabWidget;
 
@@ -21,11 +21,20 @@ class TerminalStatusFrame final : public QWidget {
   explicit TerminalStatusFrame(QWidget* parent);
 
   void ShowSlot(int slot, const StatusTab& values);
+  // Brings the tab of a slot, 1 to 5, to the front.
+  void ShowTab(int slot);
+  // Title of the fifth tab.
+  void NameFurtherPort(const QString& name);
+
+ Q_SIGNALS:
+  // The user chose a tab.
+  void TabChosen();
 
  private:
   QWidget* NewTab(int tab);
 
   QTabWidget* TabStrip1;
+  bool showingTab_ = false;  // the program changes the tab, not the user
   std::array<FieldGrid*, SlotCount> grids_{};
 };
 

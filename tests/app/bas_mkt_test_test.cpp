@@ -1,6 +1,9 @@
 #include "app/bas_mkt_test.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <utility>
+#include <vector>
 
 #include "diagnosis/read_loop.h"
 #include "support/dialogue.h"
@@ -8,6 +11,8 @@
 #include "support/fake_dialogs.h"
 #include "support/fake_display.h"
 #include "support/fake_event_loop.h"
+#include "support/fake_port_directory.h"
+#include "support/fake_serial_port.h"
 #include "support/link_fixture.h"
 #include "support/printing.h"
 
@@ -21,11 +26,15 @@ class Module {
                .dialogs = dialogs,
                .display = display,
                .eventLoop = eventLoop,
+               .serial = serial,
+               .directory = directory,
                .terminate = [] { throw Terminated{}; }}) {}
 
   FakeDialogs dialogs;
   FakeDisplay display;
   FakeEventLoop eventLoop;
+  FakeSerialPort serial{FakeSerialPort::FourPorts()};
+  FakePortDirectory directory;
   Bas_MKT_Test state;
 };
 
@@ -37,6 +46,12 @@ constexpr const char* CheckAndRead = R"(
   < 46 0F 'DENRVPKTO 1.002' 90 00
   > 20 71 00 01 00
   < 6D 00
+  close
+  open 8192
+  > 20 12 01 00 01 01
+  < 90 00
+  > 00 A4 04 00 06 D2 76 00 00 01 01
+  < 90 00
   close
   open 8192
   > 20 11 00 00 00
@@ -97,6 +112,128 @@ TEST(BasMktTestTest, ClearingASlotLeavesTheOthers) {
     EXPECT_EQ(module.state.Insured[slot].IsEmpty(), slot == 2);
     EXPECT_EQ(module.state.Terminals[slot].DataRead, slot != 2);
   }
+}
+
+TEST(BasMktTestTest, ACheckEmptiesTheSlotWhateverItFinds) {
+  FakeApi api;
+  api.init = [](auto, auto) -> std::int8_t { return -127; };
+  Module module(api);
+  for (const int pn : {2, 8192}) {
+    const int slot = SlotOf(pn);
+    module.state.Insured[slot][Element::Town] = QStringLiteral("Musterstadt");
+    module.state.Egk[slot].iccsn = QStringLiteral("80276001011234567890");
+    TerminalInfo& info = module.state.Terminals[slot];
+    info.ModelName = u"Serie Delta";
+    info.Answered = info.DataRead = info.EgkData = info.Reset95 = info.Reset9501 = true;
+    info.UsbVirtualCom = info.SelectRefused = true;
+    module.state.CheckPort(pn);
+    EXPECT_TRUE(module.state.Insured[slot].IsEmpty());
+    EXPECT_TRUE(module.state.Egk[slot].IsEmpty());
+    EXPECT_EQ(info.ModelName.Trimmed(), u"Unbekanntes Gerät?!");
+    EXPECT_TRUE(info.Answered) << "the status check's advice needs it";
+    EXPECT_FALSE(info.DataRead || info.EgkData || info.Reset95 || info.Reset9501 ||
+                 info.UsbVirtualCom || info.SelectRefused);
+  }
+}
+
+TEST(BasMktTestTest, AFurtherPortWithoutAPortTextHasItsLineOfTheList) {
+  FakeApi api;
+  api.init = [](auto, auto) -> std::int8_t { return -10; };
+  Module module(api);
+  module.state.CheckPort(8193);
+  EXPECT_EQ(module.state.Ports[5].PortText.Trimmed(), u"USB Device 2 (CTAPI pn=8193)");
+}
+
+// The list of further ports tells settings in brackets; COM 1 to 4 are not in it.
+TEST(BasMktTestTest, ComPortsHaveNoSerialSettings) {
+  const auto omega = [](std::uint8_t& dad, std::uint8_t& sad, std::span<const std::uint8_t> command,
+                        std::span<std::uint8_t> response, std::uint16_t& length) -> std::int8_t {
+    sad = std::exchange(dad, std::uint8_t{2});
+    const QByteArray answer =
+        command[1] == 0x13 && command[3] == 0x46
+            ? QByteArray::fromHex("460F") + "DENRVPKTO 1.002" + QByteArray::fromHex("9000")
+            : QByteArray::fromHex("9000");
+    std::copy(answer.begin(), answer.end(), response.begin());
+    length = static_cast<std::uint16_t>(answer.size());
+    return 0;
+  };
+  FakeApi api;
+  api.data = omega;
+  Module module(api);
+  module.state.CheckPort(2);
+  EXPECT_EQ(module.state.Terminals[2].ModelName.Trimmed(), u"Serie Omega");
+  EXPECT_TRUE(module.state.Terminals[2].SerialSettings.IsBlank());
+
+  module.state.FurtherPorts = {2};
+  module.state.CheckPort(2);
+  EXPECT_EQ(module.state.Terminals[2].SerialSettings.Trimmed(), u"CTAPI pn=2");
+}
+
+void FillSlotFive(Bas_MKT_Test& state) {
+  state.Insured[5][Element::Town] = QStringLiteral("Musterstadt");
+  state.Egk[5].iccsn = QStringLiteral("80276001011234567890");
+  state.Terminals[5].ModelName = u"Serie Delta";
+  state.Terminals[5].Answered = state.Terminals[5].DataRead = true;
+  state.Ports[5].AvailText = u"9600";
+}
+
+TEST(BasMktTestTest, AnotherFurtherPortEmptiesSlotFive) {
+  FakeApi api;
+  Module module(api);
+  module.state.UseFurtherPort(8192);
+  FillSlotFive(module.state);
+
+  module.state.UseFurtherPort(8192);
+  EXPECT_TRUE(module.state.Terminals[5].DataRead) << "the same port keeps its records";
+
+  module.state.UseFurtherPort(7);
+  EXPECT_EQ(module.state.FurtherPort, 7);
+  EXPECT_EQ(module.state.Ports[5].PortText.Trimmed(), u"COM 7 (CTAPI pn=7)");
+  EXPECT_TRUE(module.state.Ports[5].AvailText.IsBlank());
+  EXPECT_TRUE(module.state.Terminals[5].ModelName.IsBlank());
+  EXPECT_FALSE(module.state.Terminals[5].Answered);
+  EXPECT_FALSE(module.state.Terminals[5].DataRead);
+  EXPECT_TRUE(module.state.Insured[5].IsEmpty());
+  EXPECT_TRUE(module.state.Egk[5].IsEmpty());
+
+  FillSlotFive(module.state);
+  module.state.UseFurtherPort(std::nullopt);
+  EXPECT_TRUE(module.state.Ports[5].PortText.IsBlank());
+  EXPECT_FALSE(module.state.Terminals[5].Answered);
+  EXPECT_TRUE(module.state.Insured[5].IsEmpty());
+}
+
+TEST(BasMktTestTest, TheFurtherPortIsSelectedWhileSlotFiveIsTheCurrentOne) {
+  FakeApi api;
+  Module module(api);
+  module.state.UseFurtherPort(8192);
+  EXPECT_EQ(module.state.SelectedPort, 1) << "slot 1 is the current one";
+  module.state.CurrentPort = 5;
+  module.state.UseFurtherPort(9);
+  EXPECT_EQ(module.state.SelectedPort, 9);
+  module.state.UseFurtherPort(std::nullopt);
+  EXPECT_EQ(module.state.SelectedPort, std::nullopt);
+}
+
+TEST(BasMktTestTest, TheSystemsIdentificationOfASlotIsThatOfItsPort) {
+  FakeApi api;
+  Module module(api);
+  module.directory.identifications = {{3, QStringLiteral("USB VID_0403 PID_6001")},
+                                      {8200, QStringLiteral("a reader")}};
+  EXPECT_EQ(module.state.IdentificationOf(3), u"USB VID_0403 PID_6001");
+  EXPECT_EQ(module.state.IdentificationOf(1), QString());
+  EXPECT_EQ(module.state.IdentificationOf(5), QString()) << "no further port yet";
+  module.state.UseFurtherPort(8200);
+  EXPECT_EQ(module.state.IdentificationOf(5), u"a reader");
+}
+
+TEST(BasMktTestTest, ASweepReplacesTheListOfFurtherPorts) {
+  FakeApi api;
+  api.init = [](auto, std::uint16_t pn) -> std::int8_t { return pn == 6 || pn == 8194 ? 0 : -1; };
+  Module module(api);
+  module.state.FurtherPorts = {100};
+  module.state.SweepPorts([](int) { return true; });
+  EXPECT_EQ(module.state.FurtherPorts, (std::vector{6, 8194}));
 }
 
 TEST(BasMktTestTest, ProceduresAskNothingOnceTheProgramIsAskedToEnd) {

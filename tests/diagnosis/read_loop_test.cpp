@@ -9,6 +9,7 @@
 #include "support/fake_dialogs.h"
 #include "support/fake_display.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -130,7 +131,8 @@ INSTANTIATE_TEST_SUITE_P(
          .checks = {-1},
          .answers = {Answer::Cancel},
          .steps = {Prompting, "port check", "status check", "prompt"}},
-    }));
+    }),
+    SentenceName());
 
 }  // namespace
 }  // namespace kartocheck::test

@@ -4,6 +4,7 @@
 #include "discovery/port_check.h"
 #include "discovery/terminal_identification.h"
 #include "support/answer_book.h"
+#include "support/fake_serial_port.h"
 #include "support/faulty_api.h"
 #include "support/link_fixture.h"
 #include "support/printing.h"
@@ -105,7 +106,10 @@ TEST(IdentificationFaultTest, ThePortCheckClosesTheLinkWhateverFails) {
       Link link(api);
       TerminalInfo info;
       PortEntry port;
-      CheckPort(3, {link.session, info, port, link.display});
+      FakeSerialPort serial(FakeSerialPort::FourPorts());
+      CheckPort(3, {link.session, info, port, serial, link.display, link.eventLoop, {}, [](int) {
+                      return QString();
+                    }});
       EXPECT_EQ(api.Calls().back(), u"close");
       EXPECT_FALSE(link.session.IsOpen());
       EXPECT_TRUE(link.dialogs.boxes.empty());

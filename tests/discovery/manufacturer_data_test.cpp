@@ -7,6 +7,7 @@
 #include "support/dialogue.h"
 #include "support/link_fixture.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -69,7 +70,8 @@ INSTANTIATE_TEST_SUITE_P(
         {"a failed exchange", "-> -10", -10, u"old  ", u"old  ", u"old"},
         {"a host error", "-> -127", -127, u"old  ", u"old  ", u"old"},
         {"an empty response", "", -11, u"old  ", u"old  ", u"old"},
-    }));
+    }),
+    SentenceName());
 
 struct HandheldRow {
   const char* sentence;
@@ -122,7 +124,8 @@ INSTANTIATE_TEST_SUITE_P(
         {"the other maker's second object is not read", "DENRV", "D7 36", "'123456789'", 14,
          u"2.1.3"},
         {"a maker in lower case is another maker", "nvrhc", "D7 36", "'123456789'", 14, u"2.1.3"},
-    }));
+    }),
+    SentenceName());
 
 TEST(HandheldVersionTest, WithoutASecondObjectTheVersionStays) {
   Dialogue dialogue("> 20 13 00 46 00\n< 46 0F 'NVRHCPKTDM2.1.3' 90 00");

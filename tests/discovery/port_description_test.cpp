@@ -4,6 +4,7 @@
 
 #include "discovery/terminal_identification.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -40,7 +41,8 @@ INSTANTIATE_TEST_SUITE_P(
         {"a USB device whatever the flag says", 8200, true, u"USB (CTAPI pn=8200)"},
         {"the last USB device", 8447, false, u"USB (CTAPI pn=8447)"},
         {"the number behind the USB devices is of unknown kind", 8448, false, u"? (CTAPI pn=8448)"},
-    }));
+    }),
+    SentenceName());
 
 }  // namespace
 }  // namespace kartocheck::test

@@ -8,6 +8,7 @@
 #include "support/dialogue.h"
 #include "support/link_fixture.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -132,7 +133,7 @@ const std::vector<IdentifyRow> FirstQuery{
      {.model = u"Modell Vedra G im Vedra A-kompatibel Mode"}},
 };
 
-INSTANTIATE_TEST_SUITE_P(FirstQuery, IdentifyTest, testing::ValuesIn(FirstQuery));
+INSTANTIATE_TEST_SUITE_P(FirstQuery, IdentifyTest, testing::ValuesIn(FirstQuery), SentenceName());
 
 const std::vector<IdentifyRow> ProductCodes{
     {"9000, but no manufacturer data",
@@ -236,7 +237,8 @@ const std::vector<IdentifyRow> ProductCodes{
       .softwareVersion = u"V 003.014.159"}},
 };
 
-INSTANTIATE_TEST_SUITE_P(ProductCode, IdentifyTest, testing::ValuesIn(ProductCodes));
+INSTANTIATE_TEST_SUITE_P(ProductCode, IdentifyTest, testing::ValuesIn(ProductCodes),
+                         SentenceName());
 
 // The reset test of the Delta series; the USB probe follows in each row.
 const std::vector<IdentifyRow> DeltaResets{
@@ -365,7 +367,7 @@ const std::vector<IdentifyRow> DeltaResets{
       .softwareVersion = u"1.002"}},
 };
 
-INSTANTIATE_TEST_SUITE_P(DeltaReset, IdentifyTest, testing::ValuesIn(DeltaResets));
+INSTANTIATE_TEST_SUITE_P(DeltaReset, IdentifyTest, testing::ValuesIn(DeltaResets), SentenceName());
 
 const std::vector<IdentifyRow> OlderTerminals{
     {"6D00, reset fails: not answered",
@@ -442,7 +444,8 @@ const std::vector<IdentifyRow> OlderTerminals{
      {.result = -128, .answered = false}},
 };
 
-INSTANTIATE_TEST_SUITE_P(OlderTerminal, IdentifyTest, testing::ValuesIn(OlderTerminals));
+INSTANTIATE_TEST_SUITE_P(OlderTerminal, IdentifyTest, testing::ValuesIn(OlderTerminals),
+                         SentenceName());
 
 struct UsbRow {
   const char* sentence;
@@ -510,7 +513,8 @@ INSTANTIATE_TEST_SUITE_P(
          false, u"COM (CTAPI pn=3)"},
         {"a USB device says the same", 8192, "12 01 00 00 00 00 00 00 00 00 02 90 00", true,
          u"USB (CTAPI pn=8192)"},
-    }));
+    }),
+    SentenceName());
 
 TEST(ResetTerminalInfoTest, EmptiesTheTextsAndLeavesTheFlags) {
   TerminalInfo info{.ModelName = Before,

@@ -14,6 +14,7 @@ class NoDisplay final : public Display {
   void ShowStatusText(const QString&) override {}
   void ShowProgress(int) override {}
   bool ShowFrameX(int) override { return false; }
+  void ShowDiagnosisStep(const QString&) override {}
   void EnablePort(int, bool) override {}
   void SetLamp(Lamp, LampState) override {}
   void ShowSlot(int) override {}

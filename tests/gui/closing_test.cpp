@@ -72,7 +72,7 @@ TEST(ClosingTest, TheProgramItselfClosesWithoutAQuestion) {
 
 // The close request comes before each exchange of a read in turn.
 TEST(ClosingTest, DuringAnActionIsDeferredToItsEndWithoutAQuestion) {
-  constexpr int Exchanges = 8;
+  constexpr int Exchanges = 10;
   for (int at = 0; at < Exchanges; ++at) {
     Program program(practice::Identification(1) + practice::CardRead(1, practice::AnnesCard));
     const BoxAnswerer user({});
@@ -93,7 +93,7 @@ TEST(ClosingTest, DuringAnActionIsDeferredToItsEndWithoutAQuestion) {
 }
 
 TEST(ClosingTest, DuringAnActionLaterQuestionsCountAsNo) {
-  Program program(practice::Identification(1) + practice::NoCard(1));
+  Program program(practice::Identification(1) + practice::SlotIsEmpty(1));
   const BoxAnswerer user({});
   program.library.beforeExchange = [&](int exchange) {
     if (exchange == 0) {
@@ -147,6 +147,12 @@ TEST(SystemCloseTest, EndsTheExitQuestion) {
 // The record is not erased; reset and close are sent all the same.
 TEST(SystemCloseTest, AnswersAnOpenQuestionOfAnActionWithNo) {
   Program program(practice::MobileIdentification(1) + R"(
+    open 1
+    > 20 12 01 00 01 01
+    < 90 00
+    > 00 A4 04 00 06 D2 76 00 00 01 01
+    < 90 00
+    close
     open 1
     > 20 11 00 00 00
     < 95 00

@@ -133,10 +133,12 @@ TEST(ReadCardTest, LampsFollowTheCommands) {
 
   constexpr auto Waiting = LampState::Waiting;
   constexpr auto Answered = LampState::Answered;
-  // Two commands of the identification; reset, request, card reset, select, read, reset.
+  // Two commands of the identification; request and select of the status check; reset, request,
+  // card reset, select, read, reset.
   const std::vector<std::pair<LampState, LampState>> expected{
-      {Answered, Waiting}, {Answered, Waiting}, {Answered, Waiting}, {Answered, Waiting},
-      {Answered, Waiting}, {Waiting, Answered}, {Waiting, Answered}, {Answered, Waiting},
+      {Answered, Waiting}, {Answered, Waiting}, {Answered, Waiting}, {Waiting, Answered},
+      {Answered, Waiting}, {Answered, Waiting}, {Answered, Waiting}, {Waiting, Answered},
+      {Waiting, Answered}, {Answered, Waiting},
   };
   ASSERT_EQ(seen.size(), expected.size());
   for (std::size_t step = 0; step < expected.size(); ++step) {
@@ -163,10 +165,10 @@ TEST(ReadCardTest, FailureShowsNothingOfTheCardBefore) {
                   practice::Identification(1) + practice::NoCard(1));
   program.Click(QStringLiteral("CmdB_MKt_Test_3"));
   program.Click(QStringLiteral("CmdB_MKt_Test_5"));
-  BoxAnswerer user({PressButton(QMessageBox::No)});
+  BoxAnswerer user({PressButton(QMessageBox::Ok), PressButton(QMessageBox::No)});
   program.Click(QStringLiteral("CmdB_MKt_Test_3"));
 
-  EXPECT_EQ(user.seen.at(0).text, u" Keine Chipkarte gefunden! \n Noch einmal versuchen? ");
+  EXPECT_EQ(user.seen.at(1).text, u" Keine Chipkarte gefunden! \n Noch einmal versuchen? ");
   EXPECT_EQ(DataTitle(program), u"Krankenversicherten Kartendaten");
   ExpectValues(program, Nothing);
 }
@@ -174,7 +176,7 @@ TEST(ReadCardTest, FailureShowsNothingOfTheCardBefore) {
 TEST(ReadCardTest, AnotherTryReadsTheCardThatCameMeanwhile) {
   Program program(practice::Identification(1) + practice::NoCard(1) + practice::Identification(1) +
                   practice::CardRead(1, practice::AnnesCard));
-  BoxAnswerer user({PressButton(QMessageBox::Yes)});
+  BoxAnswerer user({PressButton(QMessageBox::Ok), PressButton(QMessageBox::Yes)});
   program.Click(QStringLiteral("CmdB_MKt_Test_3"));
   ExpectValues(program, Anne);
 }
@@ -264,7 +266,7 @@ TEST(RunningActionTest, DisablesWhateverCouldStartASecondOne) {
   };
   program.Click(QStringLiteral("CmdB_MKt_Test_3"));
 
-  ASSERT_EQ(during.size(), 8U);
+  ASSERT_EQ(during.size(), 10U);
   for (const Usable& usable : during) {
     EXPECT_FALSE(usable.panel);
     EXPECT_FALSE(usable.readButton);
@@ -284,8 +286,8 @@ TEST(RunningActionTest, DisablesWhateverCouldStartASecondOne) {
   const Usable after(program);
   EXPECT_TRUE(after.panel);
   EXPECT_TRUE(after.readButton);
-  EXPECT_EQ(after.ports, 4);
-  EXPECT_EQ(after.portTexts, 4);
+  EXPECT_EQ(after.ports, 5);
+  EXPECT_EQ(after.portTexts, 5);
   EXPECT_EQ(after.cursor, Qt::ArrowCursor);
 }
 

@@ -1,6 +1,7 @@
 // Takes a picture of the window in each of its states: kartocheck_screenshots FOLDER [--dark].
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QMessageBox>
@@ -13,6 +14,11 @@
 
 #include "gui/support/practice.h"
 #include "gui/support/program.h"
+#include "gui/support/simulated_program.h"
+#include "gui/support/window_visitor.h"
+#include "ui/form_daten_info.h"
+#include "ui/form_first_user.h"
+#include "ui/form_info.h"
 #include "ui/german_texts.h"
 
 namespace kartocheck::test {
@@ -63,11 +69,28 @@ class Album {
   QDir folder_;
 };
 
+// Answers every message box with Yes or OK.
+class AgreeingUser {
+ public:
+  AgreeingUser() {
+    QObject::connect(&timer_, &QTimer::timeout, [] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (box == nullptr) return;
+      QAbstractButton* yes = box->button(QMessageBox::Yes);
+      (yes != nullptr ? yes : box->button(QMessageBox::Ok))->click();
+    });
+    timer_.start();
+  }
+
+ private:
+  QTimer timer_;
+};
+
 void TakeDataFrame(Album& album) {
   Program program(practice::Identification(1) + practice::CardRead(1, practice::AnnesCard));
   album.Add(program.window, QStringLiteral("start"));
   program.library.beforeExchange = [&](int exchange) {
-    if (exchange == 4) album.Add(program.window, QStringLiteral("lesen"));
+    if (exchange == 6) album.Add(program.window, QStringLiteral("lesen"));
   };
   program.Click(QStringLiteral("CmdB_MKt_Test_3"));
   album.Add(program.window, QStringLiteral("kvk_karte"));
@@ -124,6 +147,95 @@ void TakeBoxes(Album& album) {
   }
 }
 
+void TakeUserInformation(Album& album) {
+  Form_FirstUser information(nullptr);
+  information.show();
+  album.Add(information, QStringLiteral("benutzerinformation"));
+  information.close();
+  Form_Info info({.version = QStringLiteral("0.1.0"),
+                  .library = QStringLiteral("/usr/lib/kartocheck/libCTNRV32.so"),
+                  .system = QStringLiteral("Debian GNU/Linux 12 (bookworm)")},
+                 nullptr);
+  info.show();
+  album.Add(info, QStringLiteral("info"));
+}
+
+// The windows that the eGK button opens, on the data that are shown.
+void TakeEgkInfo(Album& album, SimulatedProgram& program, const QString& name) {
+  program.Click(QStringLiteral("cmdeGK"));
+  QWidget& window = SideWindow(QStringLiteral("Form_egK_Info"));
+  Screen screen(window);
+  for (int kind = 0; kind < VsdKindCount; ++kind) {
+    screen.Click(QStringLiteral("CmdB_VsdKind_%1").arg(kind));
+    album.Add(window, name + QStringLiteral("_elemente_%1").arg(kind));
+  }
+  screen.Click(QStringLiteral("Command2"));
+  album.Add(window, name + QStringLiteral("_xml"));
+  screen.Click(QStringLiteral("Command4"));
+  album.Add(window, name + QStringLiteral("_info"));
+  album.AddNextBox(name + QStringLiteral("_hilfe"), QMessageBox::Ok);
+  screen.Click(QStringLiteral("Command6"));
+  window.close();
+}
+
+void TakeScan(Album& album) {
+  SimulatedProgram program(QStringLiteral("praxis"), {.simulation = true});
+  program.flow.SetValidation(true);
+  LoadSchemas(program.module.Validation, {QStringLiteral(KARTOCHECK_SCHEMAS)});
+  program.library.beforeExchange = [&](int exchange) {
+    if (exchange == 20) album.Add(program.window, QStringLiteral("scan_laeuft"));
+  };
+  const WindowVisitor visitor(QStringLiteral("Form_DatenInfo"), [&](QWidget& window) {
+    album.Add(window, QStringLiteral("scan_ergebnis"));
+  });
+  {
+    const AgreeingUser user;
+    program.Click(QStringLiteral("CmdB_MKt_Test_0"));
+  }
+  album.Add(program.window, QStringLiteral("scan_daten"));
+  TakeEgkInfo(album, program, QStringLiteral("egk_karte"));
+  program.Click(QStringLiteral("CmdB_MKt_Test_2"));
+  album.Add(program.window, QStringLiteral("scan_status"));
+  program.Click(QStringLiteral("Opti_Comx_2"));
+  program.Click(QStringLiteral("CmdB_MKt_Test_3"));
+  album.Add(program.window, QStringLiteral("egk_mobil_daten"));
+  TakeEgkInfo(album, program, QStringLiteral("egk_mobil"));
+}
+
+void TakeScanResults(Album& album) {
+  PerSlot<TerminalInfo> terminals;
+  PerSlot<PortEntry> ports;
+  const auto take = [&](int further, const QString& name) {
+    Form_DatenInfo window(ScanResultOf(terminals, ports, further), nullptr);
+    window.show();
+    album.Add(window, name);
+  };
+  take(0, QStringLiteral("ergebnis_nichts"));
+  take(2, QStringLiteral("ergebnis_nur_weitere"));
+  terminals[1].Answered = true;
+  ports[1].BaudText = u"9600";
+  terminals[2].Answered = true;
+  terminals[2].UsbVirtualCom = true;
+  ports[3].ScanResult = -10;
+  take(1, QStringLiteral("ergebnis_alles"));
+  QFont large = QApplication::font();
+  large.setPointSizeF(large.pointSizeF() * 1.8);
+  const QFont before = QApplication::font();
+  QApplication::setFont(large);
+  take(1, QStringLiteral("ergebnis_grosse_schrift"));
+  QApplication::setFont(before);
+}
+
+void TakeSchemaDialog(Album& album) {
+  Program program;
+  program.window.findChild<QAction*>(QStringLiteral("mnuSchema_0"))->trigger();
+  QWidget& window = SideWindow(QStringLiteral("dlgKartoCheck"));
+  album.Add(window, QStringLiteral("schema_laden"));
+  window.close();
+  album.AddNextBox(QStringLiteral("schema_fehler"), QMessageBox::Ok);
+  program.flow.LoadSchema(VsdKind::Vd, QStringLiteral("/tmp/fehlt.xsd"));
+}
+
 int Run(const QStringList& arguments) {
   if (arguments.size() < 2) {
     std::fputs("usage: kartocheck_screenshots FOLDER [--dark]\n", stderr);
@@ -137,6 +249,10 @@ int Run(const QStringList& arguments) {
   TakeMobileRecord(album);
   TakeFrames(album);
   TakeBoxes(album);
+  TakeUserInformation(album);
+  TakeScan(album);
+  TakeScanResults(album);
+  TakeSchemaDialog(album);
   return 0;
 }
 

@@ -6,6 +6,7 @@
 #include "kvk/dispatcher_dialogue.h"
 #include "support/dialogue.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 // Reading the KVK in a stationary terminal.
 
@@ -130,7 +131,8 @@ INSTANTIATE_TEST_SUITE_P(Card, DispatcherTest,
             < {B} 90 00)"),
                               .insurer = u"BKK Beispiel Nordwest",
                               .displayText = u"PC (ASN-1)"},
-                         }));
+                         }),
+                         SentenceName());
 
 INSTANTIATE_TEST_SUITE_P(
     Read, DispatcherTest,
@@ -279,7 +281,8 @@ INSTANTIATE_TEST_SUITE_P(
             < 90 00)"),
          .boxes = {box::NoKvk},
          .result = -1},
-    }));
+    }),
+    SentenceName());
 
 TEST(DispatcherKvkTest, AReadThatBringsNoElementIsNoDataRead) {
   const std::string script = R"(

@@ -9,6 +9,7 @@
 #include "support/answer_book.h"
 #include "support/faulty_api.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 // Reads over a link whose n-th exchange fails, for every n and every fault.
 
@@ -240,7 +241,8 @@ INSTANTIATE_TEST_SUITE_P(
             close)",
          .effects = {Effect::None, Effect::None, Effect::None},
          .boxes = {box::NoCard.text}},
-    }));
+    }),
+    SentenceName());
 
 // A mobile terminal that nothing has told to be one, and whose reset fails, is taken for a
 // stationary one in this call: its record is read as a card's, and not erased.

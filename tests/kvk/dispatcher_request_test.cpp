@@ -6,6 +6,7 @@
 #include "kvk/dispatcher_dialogue.h"
 #include "support/dialogue.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 // Opening, reset and card request.
 
@@ -69,7 +70,8 @@ INSTANTIATE_TEST_SUITE_P(
          .script = "open 1 -> 5",
          .boxes = {box::NoLink},
          .result = -1},
-    }));
+    }),
+    SentenceName());
 
 INSTANTIATE_TEST_SUITE_P(
     Request, DispatcherTest,
@@ -248,7 +250,8 @@ INSTANTIATE_TEST_SUITE_P(
          .answers = {Answer::Yes},
          .boxes = {box::NoCard},
          .result = 1},
-    }));
+    }),
+    SentenceName());
 
 // Words that have no meaning of their own here, some of them have one elsewhere.
 TEST(DispatcherRequestTest, AnyOtherStatusWordMeansNoCard) {
@@ -325,17 +328,6 @@ TEST(ClearSlotTest, EmptiesDataAndFlagsAndNothingElse) {
   EXPECT_FALSE(info.EgkData);
   EXPECT_EQ(info.ModelName.Trimmed(), u"Serie Delta");
   EXPECT_TRUE(info.Answered && info.Reset95 && info.Reset9501 && info.SelectRefused);
-}
-
-TEST(ResetAndCloseTest, SendsTheResetAndClosesWhateverTheResetBrings) {
-  for (const char* script : {"open 1\n> 20 11 00 00 00\n< 90 00\nclose",
-                             "open 1\n> 20 11 00 00 00\n< -> -127\nclose -> -127"}) {
-    Dialogue dialogue(script);
-    Link link(dialogue);
-    ASSERT_EQ(link.session.CtOpen(1), 0);
-    ResetAndClose(link.session);
-    EXPECT_FALSE(link.session.IsOpen());
-  }
 }
 
 }  // namespace

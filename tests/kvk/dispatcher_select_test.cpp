@@ -5,6 +5,7 @@
 #include "kvk/dispatcher_boxes.h"
 #include "kvk/dispatcher_dialogue.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 // The select of the KVK application, by every answer.
 
@@ -150,7 +151,8 @@ INSTANTIATE_TEST_SUITE_P(
         {.sentence = "6D00 on the select is another status word",
          .script = CardDialogue("> 00 A4 04 00 06 D2 76 00 00 01 01\n< 6D 00"),
          .result = -1},
-    }));
+    }),
+    SentenceName());
 
 }  // namespace
 }  // namespace kartocheck::test

@@ -7,6 +7,7 @@
 #include "support/dialogue.h"
 #include "support/kvk_records.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 // Reading and erasing the KVK record that a mobile terminal keeps.
 
@@ -306,7 +307,8 @@ INSTANTIATE_TEST_SUITE_P(
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning},
          .result = -1},
-    }));
+    }),
+    SentenceName());
 
 // "&", markup and umlauts of a card go into the slot as they are.
 TEST(DispatcherKvkTest, AllElementsOfAStoredRecordReachTheSlot) {

@@ -7,6 +7,7 @@
 #include "kvk/kvk_reading.h"
 #include "support/kvk_records.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 // Records with flipped bits, cut at every byte, and nonsense.
 
@@ -93,7 +94,7 @@ TEST_P(DamagedRecordTest, ARecordCutAnywhereFails) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kvk, DamagedRecordTest, testing::ValuesIn(Records));
+INSTANTIATE_TEST_SUITE_P(Kvk, DamagedRecordTest, testing::ValuesIn(Records), SentenceName());
 
 TEST(DamagedRecordTest, ACardsRecordIsWholeWithoutTheSupplement) {
   const QString record = SampleRecord(u"C");

@@ -5,6 +5,7 @@
 #include "kvk/kvk_reading.h"
 #include "support/kvk_records.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -84,7 +85,8 @@ INSTANTIATE_TEST_SUITE_P(
          PersonWith(u"05032024", u"Hersteller;Produkt;1.00", u"A0"), u"before"},
         {"255 bytes with approval number 109: no correction", Kind::Mobile, Fixed255("109"),
          PersonWith(u"05032024", u"109", u"A0"), u"before"},
-    }));
+    }),
+    SentenceName());
 
 // One field of a record whose other bytes are all '.'.
 QString FieldAt(int offset, const QByteArray& field) {
@@ -127,7 +129,8 @@ INSTANTIATE_TEST_SUITE_P(
         {"a checksum of 20 is no blank", FieldAt(218, " "), Element::Checksum, u"20"},
         {"a checksum of 00", FieldAt(218, QByteArray(1, '\0')), Element::Checksum, u"00"},
         {"German characters", FieldAt(28, "[\\]{|}~"), Element::InsurerNumber, u"ÄÖÜäöüß"},
-    }));
+    }),
+    SentenceName());
 
 class OtherLengthTest : public testing::TestWithParam<std::pair<Kind, int>> {};
 
@@ -196,7 +199,8 @@ INSTANTIATE_TEST_SUITE_P(Kvk, KvkLengthTest,
                              {Kind::Mobile, 512, true},      {Kind::Mobile, 518, true},
                              {Kind::Mobile, 519, false},     {Kind::Mobile, 520, false},
                              {Kind::Mobile, 8192, false},
-                         }));
+                         }),
+                         SentenceName());
 
 }  // namespace
 }  // namespace kartocheck::test

@@ -5,6 +5,7 @@
 #include "kvk/kvk_reading.h"
 #include "support/kvk_records.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -207,7 +208,8 @@ INSTANTIATE_TEST_SUITE_P(
          TemplateRecord(Form::Form60, {Filler, {0x80, "Kasse"}}) + QStringLiteral("0000"),
          {DefectiveRecord},
          0},
-    }));
+    }),
+    SentenceName());
 
 TEST(KvkTemplateTest, AnEmptyChecksumElementIsStoredAs00) {
   KvkReading reading;
@@ -309,7 +311,8 @@ INSTANTIATE_TEST_SUITE_P(
          u"800141800141800141800141800141800141800141800141800141"
          u"940143",
          One(0, u"A"), 1},
-    }));
+    }),
+    SentenceName());
 
 TEST(KvkTemplateTest, TheModelIsCorrectedFromAnApprovalNumberOfThreeBytes) {
   KvkReading reading(Kind::Mobile);
@@ -377,7 +380,8 @@ INSTANTIATE_TEST_SUITE_P(
          QStringLiteral("91083035303332303234") + QStringLiteral("940141") +
              QStringLiteral("930100"),
          {DefectiveRecord, BadSupplement}},
-    }));
+    }),
+    SentenceName());
 
 TEST(SupplementTest, TheRecordsOwnChecksumIsCheckedFirst) {
   KvkReading reading(Kind::Mobile);

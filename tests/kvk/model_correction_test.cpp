@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -74,7 +75,8 @@ INSTANTIATE_TEST_SUITE_P(Kvk, CorrectModelTest,
                               u"Kein Vedra F/Serie Sigma", u"?????", u"PKTD "},
                              {"a number with a blank is another number", u"103 ", Template, 1,
                               u"PKTD ", u"Kein Vedra F/Serie Sigma", u"?????", u"PKTD "},
-                         }));
+                         }),
+                         SentenceName());
 
 }  // namespace
 }  // namespace kartocheck::test

@@ -13,6 +13,7 @@
 #include "support/kvk_records.h"
 #include "support/link_fixture.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 // These tests load real shared libraries through the system's loader.
 
@@ -136,7 +137,8 @@ INSTANTIATE_TEST_SUITE_P(CtApiLibrary, IncompleteLibraryTest,
                              {"CTDENRVT1_data", LIBRARY_WITHOUT_DATA},
                              {"CTDENRVT1_close", LIBRARY_WITHOUT_CLOSE},
                              {"CT_get_baudrate", LIBRARY_WITHOUT_BAUDRATE},
-                         }));
+                         }),
+                         SentenceName());
 
 void ExpectNotFound(const QStringList& candidates) {
   for (const EntryPoint entryPoint : AllEntryPoints) {

@@ -80,11 +80,11 @@ TEST(DialogueTest, QuotedTextStandsForItsBytes) {
 }
 
 TEST(DialogueTest, ALineThatIsNoStepIsRefused) {
-  EXPECT_THROW(ParseDialogue("> 20 'open end"), std::invalid_argument);
-  EXPECT_THROW(ParseDialogue("opne 1"), std::invalid_argument);
-  EXPECT_THROW(ParseDialogue("< 90 00"), std::invalid_argument);
-  EXPECT_THROW(ParseDialogue("> 20 1"), std::invalid_argument);
-  EXPECT_THROW(ParseDialogue("> {no such record}"), std::invalid_argument);
+  EXPECT_THROW((void)ParseDialogue("> 20 'open end"), std::invalid_argument);
+  EXPECT_THROW((void)ParseDialogue("opne 1"), std::invalid_argument);
+  EXPECT_THROW((void)ParseDialogue("< 90 00"), std::invalid_argument);
+  EXPECT_THROW((void)ParseDialogue("> 20 1"), std::invalid_argument);
+  EXPECT_THROW((void)ParseDialogue("> {no such record}"), std::invalid_argument);
 }
 
 TEST(AnswerBookTest, AnswersByCommandInWhateverOrder) {

@@ -18,6 +18,7 @@ class FakeDisplay final : public Display {
     if (changed) frames.push_back(frame);
     return changed;
   }
+  void ShowDiagnosisStep(const QString& step) override { diagnosisSteps.push_back(step); }
   void EnablePort(int slot, bool enabled) override { enabledPorts.emplace_back(slot, enabled); }
   void SetLamp(Lamp lamp, LampState state) override {
     lamps.emplace_back(lamp, state);
@@ -26,6 +27,7 @@ class FakeDisplay final : public Display {
   void ShowSlot(int slot) override { slots.push_back(slot); }
 
   std::vector<QString> statusTexts;
+  std::vector<QString> diagnosisSteps;
   std::vector<int> progress;
   std::vector<int> frames;
   std::vector<std::pair<int, bool>> enabledPorts;

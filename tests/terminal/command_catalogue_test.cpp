@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "support/printing.h"
+#include "support/sentence_name.h"
 #include "text/hex_text.h"
 
 namespace kartocheck::test {
@@ -64,7 +65,8 @@ const std::vector<CommandRow> Entries{
     {"EjectIcc1", cat::EjectIcc1, "20 15 01 00 01 00", 6},
 };
 
-INSTANTIATE_TEST_SUITE_P(CommandCatalogue, CatalogueEntryTest, testing::ValuesIn(Entries));
+INSTANTIATE_TEST_SUITE_P(CommandCatalogue, CatalogueEntryTest, testing::ValuesIn(Entries),
+                         SentenceName());
 
 TEST(CommandCatalogueTest, NoTwoEntriesAreTheSame) {
   std::set<QString> texts;

@@ -7,6 +7,7 @@
 #include "support/fake_api.h"
 #include "support/link_fixture.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 #include "terminal/ct_session.h"
 
 // Run-time failures inside the wrappers: one fatal box, then the end of the program.
@@ -173,7 +174,8 @@ INSTANTIATE_TEST_SUITE_P(
         {"64 KiB are written and reported", 65535, 65535, 0, true},
         {"a failed call writes past the end", 2, 5000, -8, true},
         {"a failed call tells the length it would need", 8000, 4098, -11, false},
-    }));
+    }),
+    SentenceName());
 
 TEST(CtSessionFailureTest, ASingleStrayByteFarPastTheEndIsSeen) {
   for (const std::size_t offset : {std::size_t{4098}, std::size_t{4099}, std::size_t{5000},

@@ -9,6 +9,7 @@
 #include "support/fake_api.h"
 #include "support/link_fixture.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 #include "terminal/command_catalogue.h"
 
 namespace kartocheck::test {
@@ -329,7 +330,8 @@ INSTANTIATE_TEST_SUITE_P(
          2,
          -1,
          {{Lamp::Card, LampState::Waiting}, {Lamp::Card, LampState::Answered}}},
-    }));
+    }),
+    SentenceName());
 
 TEST(CtOpenTest, YieldsBeforeTheCallAndLightsTheLampsAfterIt) {
   FakeApi api;

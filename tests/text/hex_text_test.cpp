@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -41,7 +42,8 @@ INSTANTIATE_TEST_SUITE_P(HexText, MidTest,
                              {"no length is empty", u"0123", 1, 0, u""},
                              {"a negative length is empty", u"0123", 1, -1, u""},
                              {"an empty text", u"", 1, 2, u""},
-                         }));
+                         }),
+                         SentenceName());
 
 TEST(HexTextTest, FromTakesTheRest) {
   EXPECT_EQ(hex::From(u"012345", 3), u"2345");
@@ -90,7 +92,8 @@ INSTANTIATE_TEST_SUITE_P(HexText, ByteAtTest,
                              {"the characters beside the digits are none (backquote)", u"1`", 1, 0},
                              {"the characters beside the digits are none (small g)", u"1g", 1, 0},
                              {"a full-width digit is none", u"1１", 1, 0},
-                         }));
+                         }),
+                         SentenceName());
 
 TEST(HexTextTest, EveryByteIsReadAndWritten) {
   const QString digits = QStringLiteral("0123456789ABCDEF");
@@ -148,7 +151,8 @@ INSTANTIATE_TEST_SUITE_P(
         {"a first position below 1 yields 0", u"0102F0", -1, 5, 0},
         {"half a byte at the end takes no part", u"0102F", 1, 5, 0x03},
         {"an empty text yields 0", u"", 1, 10, 0},
-    }));
+    }),
+    SentenceName());
 
 TEST(HexTextTest, ValueOfAWholeText) {
   EXPECT_EQ(hex::Value(u"0"), 0U);

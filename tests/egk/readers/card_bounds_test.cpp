@@ -7,6 +7,7 @@
 #include "egk/readers/sample_documents.h"
 #include "egk/readers/script_parts.h"
 #include "support/dialogue.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -84,7 +85,8 @@ INSTANTIATE_TEST_SUITE_P(Card, CardVdOffsetsTest,
                              {"FFFF to 0", 0xFFFF, 0, 0},
                              {"FFFF to 1", 0xFFFF, 1, 0},
                              {"1 to FFFF", 1, 0xFFFF, 0},
-                         }));
+                         }),
+                         SentenceName());
 
 class CardPdLengthTest : public testing::TestWithParam<OffsetRow> {};
 
@@ -112,7 +114,8 @@ INSTANTIATE_TEST_SUITE_P(Card, CardPdLengthTest,
                              {"no byte", 0, 0, 0},
                              {"above 7FFF", 0, 0x8000, 0},
                              {"FFFF", 0, 0xFFFF, 0},
-                         }));
+                         }),
+                         SentenceName());
 
 class CardContainerGvdTest : public testing::TestWithParam<OffsetRow> {};
 
@@ -146,7 +149,8 @@ INSTANTIATE_TEST_SUITE_P(Card, CardContainerGvdTest,
                              {"FFFF to FFFE", 0xFFFF, 0xFFFE, 0},
                              {"0 to FFFF", 0, 0xFFFF, 0},
                              {"up to the last offset", 0x7FFF - 299, 0x7FFF, 300},
-                         }));
+                         }),
+                         SentenceName());
 
 // READ BINARY cannot address such a block, so nothing is sent for it.
 TEST(CardContainerGvdTest, BehindTheLastOffset) {
@@ -187,7 +191,8 @@ INSTANTIATE_TEST_SUITE_P(Card, CardEfGvdLengthTest,
                              {"one byte", 0, 1, 1},
                              {"no byte", 0, 0, 0},
                              {"FFFF", 0, 0xFFFF, 0},
-                         }));
+                         }),
+                         SentenceName());
 
 // A file that holds fewer bytes than it tells: what there is goes to the decoder.
 TEST(CardBlockTest, AFileThatEndsEarly) {
@@ -272,7 +277,8 @@ INSTANTIATE_TEST_SUITE_P(
         DecoderRow{"GvdBlock", VsdKind::Gvd, false, GvdNotDecompressed,
                    u"Error GVD XML Daten!\r\n"},
         DecoderRow{"EfGvdBlock", VsdKind::Gvd, true, GvdNotDecompressed,
-                   u"Error GVD XML Daten!\r\n"}));
+                   u"Error GVD XML Daten!\r\n"}),
+    SentenceName());
 
 }  // namespace
 }  // namespace kartocheck::test

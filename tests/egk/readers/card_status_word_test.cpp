@@ -7,6 +7,7 @@
 #include "egk/readers/sample_documents.h"
 #include "egk/readers/script_parts.h"
 #include "support/dialogue.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -232,7 +233,8 @@ INSTANTIATE_TEST_SUITE_P(
         {"EF.StatusVD answers 6282 with all bytes", "StatusRead",
          "< 30 32 30 32 35 30 34 30 37 31 30 31 30 35 38 00 50 02 00 00 00 30 00 00 04 62 82", None,
          Goes::On},
-    }));
+    }),
+    SentenceName());
 
 class CardEfGvdStatusWordTest : public testing::TestWithParam<CardRow> {};
 
@@ -270,7 +272,8 @@ INSTANTIATE_TEST_SUITE_P(
          Goes::ToNextSection},
         {"the GVD answers 6B00", "EfGvdBlock", "< 6B 00", ReadGvdFailed, Goes::ToNextSection},
         {"the GVD is empty", "EfGvdBlock", "< 62 82", GvdNoXml, Goes::ToNextSection},
-    }));
+    }),
+    SentenceName());
 
 // The serial number is as long as its data object says.
 TEST(CardSerialNumberTest, LengthsOfTheDataObject) {

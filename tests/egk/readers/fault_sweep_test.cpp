@@ -8,6 +8,7 @@
 #include "egk/readers/fake_egk.h"
 #include "support/fake_api.h"
 #include "support/faulty_api.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -119,7 +120,8 @@ INSTANTIATE_TEST_SUITE_P(
                  14,
                  {2, 3}},
         // VD 3, GVD 2; the status has to be readable.
-        SweepRow{"an extended record", Holds::ExtendedRecord, true, 15, {2, 3, 4}}));
+        SweepRow{"an extended record", Holds::ExtendedRecord, true, 15, {2, 3, 4}}),
+    SentenceName());
 
 // A card that answers every command, and its reads with random bytes under a good status word.
 class GarbageCard {

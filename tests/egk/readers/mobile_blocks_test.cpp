@@ -6,6 +6,7 @@
 #include "egk/readers/sample_documents.h"
 #include "egk/readers/script_parts.h"
 #include "support/dialogue.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -17,6 +18,7 @@ constexpr auto* BadGvdInContainer = u"\r\nKeine gültigen GVD Daten im EF VD ";
 constexpr auto* NoGvd = u"\r\nKeine gültigen Daten in EF GVD ";
 constexpr auto* VdTooLong = u"\r\nRead EF VD war nicht erfolgreich!";
 constexpr auto* PdTooLong = u"\r\nRead EF PD war nicht erfolgreich!";
+constexpr auto* BadChecksum = u"Die Prüfsumme der gelesenen eGK VSD Zusatzdaten ist korrupt!!! ";
 constexpr auto* GvdTooLong = u"\r\nRead EF GVD war nicht erfolgreich!";
 
 QString Joined(std::initializer_list<QStringView> notes) {
@@ -78,7 +80,8 @@ INSTANTIATE_TEST_SUITE_P(
                     FileRow{"a length of 0", Number(0) + Pd(600), Joined({NoPd}), false},
                     FileRow{"a length of FFFF", Number(0xFFFF) + Pd(600), Joined({NoPd}), false},
                     FileRow{"nothing but a length", Number(1), Joined({NoPd}), false},
-                    FileRow{"half a length", QByteArray(1, '\0'), Joined({NoPd}), false}));
+                    FileRow{"half a length", QByteArray(1, '\0'), Joined({NoPd}), false}),
+    SentenceName());
 
 class MobilePlainVdTest : public testing::TestWithParam<FileRow> {};
 
@@ -127,7 +130,8 @@ INSTANTIATE_TEST_SUITE_P(
                 false},
         FileRow{"a VD but half the GVD's offsets", ContainerWith(8, 507, 508, 807).first(7),
                 Joined({NoVd, BadGvdInContainer}), false},
-        FileRow{"one byte", QByteArray(1, '\0'), Joined({NoVd, NoGvdInContainer}), false}));
+        FileRow{"one byte", QByteArray(1, '\0'), Joined({NoVd, NoGvdInContainer}), false}),
+    SentenceName());
 
 // The GVD of the container, whatever became of the VD.
 class MobileContainerGvdTest : public testing::TestWithParam<FileRow> {};
@@ -146,7 +150,8 @@ INSTANTIATE_TEST_SUITE_P(
                     FileRow{"the GVD's offsets 0", ContainerWith(8, 507, 0, 0),
                             Joined({NoGvdInContainer}), false},
                     FileRow{"the GVD's offsets FFFF", ContainerWith(8, 507, 0xFFFF, 0xFFFF),
-                            Joined({NoGvdInContainer}), false}));
+                            Joined({NoGvdInContainer}), false}),
+    SentenceName());
 
 class MobileExtendedGvdTest : public testing::TestWithParam<FileRow> {};
 
@@ -170,7 +175,8 @@ INSTANTIATE_TEST_SUITE_P(
         FileRow{"a length one too large", Number(301) + Gvd(300), Joined({NoGvd}), false},
         FileRow{"a length of FFFF", Number(0xFFFF) + Gvd(300), Joined({NoGvd}), false},
         FileRow{"a length of 0", Number(0) + Gvd(300), Joined({NoGvd}), false},
-        FileRow{"half a length", QByteArray(1, '\x01'), Joined({NoGvd}), false}));
+        FileRow{"half a length", QByteArray(1, '\x01'), Joined({NoGvd}), false}),
+    SentenceName());
 
 // An extended record keeps the GVD in its own file and says nothing of a container without one.
 class MobileExtendedContainerTest : public testing::TestWithParam<FileRow> {};
@@ -186,7 +192,8 @@ INSTANTIATE_TEST_SUITE_P(
         FileRow{"no GVD, offsets 0", ContainerWith(8, 507, 0, 0), {}, true},
         FileRow{"a GVD", ContainerWith(8, 507, 508, 807), {}, true},
         FileRow{"the GVD past the file's end", ContainerWith(8, 507, 508, 808),
-                Joined({BadGvdInContainer}), true}));
+                Joined({BadGvdInContainer}), true}),
+    SentenceName());
 
 // Which GVD is taken: EF.GVD's, else the container's.
 struct GvdSourceRow {
@@ -229,7 +236,8 @@ INSTANTIATE_TEST_SUITE_P(
                         u"gespeichert!",
                         true},
                     GvdSourceRow{"EF.GVD fails", "< -> -10", GvdTooLong, true},
-                    GvdSourceRow{"EF.GVD holds none", "< 00 00 00 90 00", NoGvd, true}));
+                    GvdSourceRow{"EF.GVD holds none", "< 00 00 00 90 00", NoGvd, true}),
+    SentenceName());
 
 struct DecoderRow {
   const char* sentence;
@@ -289,7 +297,8 @@ INSTANTIATE_TEST_SUITE_P(
         DecoderRow{"GVD of the container", "Vd", "8200", true, GvdNotDecompressed,
                    u"Error GVD XML Daten!\r\n"},
         DecoderRow{"GVD of its own file", "Gvd", "8300", false, GvdNotDecompressed,
-                   u"Error GVD XML Daten!\r\n"}));
+                   u"Error GVD XML Daten!\r\n"}),
+    SentenceName());
 
 // The documents are decompressed in this order, whatever the order of the files.
 TEST(MobileDocumentTest, PdThenVdThenGvd) {
@@ -301,6 +310,21 @@ TEST(MobileDocumentTest, PdThenVdThenGvd) {
             Texts({u"Persoenliche Versichertendaten werden dekomprimiert.",
                    u"Allgemeine Versicherungsdaten werden dekomprimiert.",
                    u"Geschuetzte Versichertendaten werden dekomprimiert."}));
+}
+
+// Two digits, whatever the length of the checksum's data object.
+TEST(MobileDocumentTest, ChecksumElement) {
+  QByteArray status = PlainStatusRecord();
+  status.chop(3);
+  status += QByteArray::fromHex("9302123F");
+  Dialogue dialogue(
+      PlainRecordScript().Replacing("StatusVd", Exchange("00B08C0000", status)).Text().c_str());
+  EgkReading reading(dialogue);
+  reading.info.Reset95 = true;
+  EXPECT_EQ(reading.FromMobile(), 0);
+  EXPECT_EQ(reading.insured[Element::ChecksumSupplement], u"12");
+  EXPECT_EQ(reading.egk.stored.checksumText, u"123F");
+  EXPECT_EQ(reading.Boxes(), Texts({BadChecksum}));
 }
 
 // Elements 17 to 19 belong to terminals that are flagged mobile.

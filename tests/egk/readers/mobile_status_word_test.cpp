@@ -7,11 +7,16 @@
 #include "egk/readers/sample_documents.h"
 #include "egk/readers/script_parts.h"
 #include "support/dialogue.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
 
 enum class Terminal { Plain, Extended };
+
+std::ostream& operator<<(std::ostream& out, Terminal terminal) {
+  return out << (terminal == Terminal::Extended ? "extended record: " : "plain record: ");
+}
 
 ScriptParts RecordScript(Terminal terminal) {
   return terminal == Terminal::Extended ? ExtendedRecordScript() : PlainRecordScript();
@@ -63,7 +68,7 @@ struct StopRow {
   const char16_t* message;
 
   friend std::ostream& operator<<(std::ostream& out, const StopRow& row) {
-    return out << row.sentence;
+    return out << row.terminal << row.sentence;
   }
 };
 
@@ -86,20 +91,13 @@ TEST_P(MobileStopTest, MessageAndNothingFurther) {
 
 std::vector<StopRow> StopRows() {
   std::vector<StopRow> rows{
-      {"status of an extended record answers 6501", Terminal::Extended, "StatusVd", "< 65 01",
-       NotReleased},
-      {"status of an extended record answers 6A82", Terminal::Extended, "StatusVd", "< 6A 82",
-       NotReleased},
-      {"status of an extended record answers 6900", Terminal::Extended, "StatusVd", "< 69 00",
-       NotInserted},
-      {"status of an extended record answers 6982", Terminal::Extended, "StatusVd", "< 69 82",
-       StatusFailed},
-      {"status of an extended record answers 6D00", Terminal::Extended, "StatusVd", "< 6D 00",
-       StatusFailed},
-      {"status of an extended record is empty", Terminal::Extended, "StatusVd", "< 62 82",
-       StatusFailed},
-      {"status of an extended record fails", Terminal::Extended, "StatusVd", "< -> -10",
-       StatusFailed},
+      {"status answers 6501", Terminal::Extended, "StatusVd", "< 65 01", NotReleased},
+      {"status answers 6A82", Terminal::Extended, "StatusVd", "< 6A 82", NotReleased},
+      {"status answers 6900", Terminal::Extended, "StatusVd", "< 69 00", NotInserted},
+      {"status answers 6982", Terminal::Extended, "StatusVd", "< 69 82", StatusFailed},
+      {"status answers 6D00", Terminal::Extended, "StatusVd", "< 6D 00", StatusFailed},
+      {"status is empty", Terminal::Extended, "StatusVd", "< 62 82", StatusFailed},
+      {"status fails", Terminal::Extended, "StatusVd", "< -> -10", StatusFailed},
   };
   for (const Terminal terminal : {Terminal::Plain, Terminal::Extended}) {
     rows.insert(rows.end(),
@@ -116,7 +114,7 @@ std::vector<StopRow> StopRows() {
   return rows;
 }
 
-INSTANTIATE_TEST_SUITE_P(Mobile, MobileStopTest, testing::ValuesIn(StopRows()));
+INSTANTIATE_TEST_SUITE_P(Mobile, MobileStopTest, testing::ValuesIn(StopRows()), SentenceName());
 
 // What is missing of the record then.
 enum class Lost { Nothing, Status, Pd, Vd, Gvd };
@@ -130,7 +128,7 @@ struct NoteRow {
   Lost lost;
 
   friend std::ostream& operator<<(std::ostream& out, const NoteRow& row) {
-    return out << row.sentence;
+    return out << row.terminal << row.sentence;
   }
 };
 
@@ -168,14 +166,11 @@ TEST_P(MobileNoteTest, OneNoteAndEverythingElse) {
 std::vector<NoteRow> NoteRows() {
   using enum Terminal;
   std::vector<NoteRow> rows{
-      {"status of a plain record answers 6501", Plain, "StatusVd", "< 65 01", StatusNote,
-       Lost::Status},
-      {"status of a plain record answers 6A82", Plain, "StatusVd", "< 6A 82", StatusNote,
-       Lost::Status},
-      {"status of a plain record answers 6900", Plain, "StatusVd", "< 69 00", StatusNote,
-       Lost::Status},
-      {"status of a plain record is empty", Plain, "StatusVd", "< 62 82", StatusNote, Lost::Status},
-      {"status of a plain record fails", Plain, "StatusVd", "< -> -10", StatusNote, Lost::Status},
+      {"status answers 6501", Plain, "StatusVd", "< 65 01", StatusNote, Lost::Status},
+      {"status answers 6A82", Plain, "StatusVd", "< 6A 82", StatusNote, Lost::Status},
+      {"status answers 6900", Plain, "StatusVd", "< 69 00", StatusNote, Lost::Status},
+      {"status is empty", Plain, "StatusVd", "< 62 82", StatusNote, Lost::Status},
+      {"status fails", Plain, "StatusVd", "< -> -10", StatusNote, Lost::Status},
 
       {"EF.GVD is not stored", Extended, "Gvd", "< 6A 82", NoGvdStoredNote, Lost::Gvd},
       {"EF.GVD answers 6501", Extended, "Gvd", "< 65 01", GvdNote, Lost::Gvd},
@@ -219,7 +214,7 @@ std::vector<NoteRow> NoteRows() {
   return rows;
 }
 
-INSTANTIATE_TEST_SUITE_P(Mobile, MobileNoteTest, testing::ValuesIn(NoteRows()));
+INSTANTIATE_TEST_SUITE_P(Mobile, MobileNoteTest, testing::ValuesIn(NoteRows()), SentenceName());
 
 // 6282 with data and 9001 are as good as 9000.
 TEST(MobileReadTest, OtherSuccesses) {

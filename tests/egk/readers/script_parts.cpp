@@ -132,12 +132,6 @@ ScriptParts ScriptParts::WithoutRest(const std::string& part) const {
   return changed;
 }
 
-ScriptParts ScriptParts::Without(const std::string& part) const {
-  ScriptParts changed = *this;
-  changed.parts_.erase(changed.parts_.begin() + static_cast<std::ptrdiff_t>(IndexOf(part)));
-  return changed;
-}
-
 std::string ScriptParts::Text() const {
   std::string text;
   for (const ScriptPart& part : parts_) text += part.script;

@@ -27,8 +27,6 @@ class ScriptParts {
   // Leaves out what follows a part: in its section, or altogether.
   [[nodiscard]] ScriptParts WithoutRestOfSection(const std::string& part) const;
   [[nodiscard]] ScriptParts WithoutRest(const std::string& part) const;
-  // Leaves out a part itself.
-  [[nodiscard]] ScriptParts Without(const std::string& part) const;
 
   [[nodiscard]] bool Has(const std::string& part) const;
   [[nodiscard]] const std::string& SectionOf(const std::string& part) const;

@@ -7,6 +7,7 @@
 #include "egk/readers/script_parts.h"
 #include "support/fake_api.h"
 #include "support/kvk_records.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -232,12 +233,13 @@ TEST(StoredStatusTest, CutAnywhere) {
 }
 
 struct DateRow {
+  const char* sentence;
   const char* date;
   const char16_t* stored;
   const char16_t* converted;  // empty: of unknown form
 
   friend std::ostream& operator<<(std::ostream& out, const DateRow& row) {
-    return out << '"' << row.date << '"';
+    return out << row.sentence;
   }
 };
 
@@ -257,18 +259,26 @@ TEST_P(ReadingDateTest, ConvertedOrUnknown) {
 
 INSTANTIATE_TEST_SUITE_P(
     Stored, ReadingDateTest,
-    testing::Values(DateRow{"15032011", u"15032011", u"15.03.2011"},
-                    DateRow{"20110315", u"20110315", u"15.03.2011"},
-                    DateRow{"20111231", u"20111231", u"31.12.2011"},
-                    DateRow{"31121301", u"31121301", u"31.12.1301"},
-                    DateRow{"20110015", u"20110015", u"15.00.2011"},
-                    DateRow{"AAAA12BB", u"AAAA12BB", u"BB.12.AAAA"},
-                    DateRow{"AAAA13BB", u"AAAA13BB", u"AA.AA.13BB"}, DateRow{"", u"", u""},
-                    DateRow{"2011031", u"2011031", u""}, DateRow{"201103151", u"20110315", u""},
-                    DateRow{"15.03.2011", u"15.03.20", u""}, DateRow{"2011A315", u"2011A315", u""},
-                    DateRow{"20110A15", u"20110A15", u""}, DateRow{"2011+315", u"2011+315", u""},
-                    DateRow{"2011-315", u"2011-315", u""}, DateRow{"2011 315", u"2011 315", u""},
-                    DateRow{"2011  15", u"2011  15", u""}, DateRow{"20113 15", u"20113 15", u""}));
+    testing::Values(DateRow{"the year last", "15032011", u"15032011", u"15.03.2011"},
+                    DateRow{"the year first", "20110315", u"20110315", u"15.03.2011"},
+                    DateRow{"month 12, the year first", "20111231", u"20111231", u"31.12.2011"},
+                    DateRow{"13 where the month would be", "31121301", u"31121301", u"31.12.1301"},
+                    DateRow{"month 0", "20110015", u"20110015", u"15.00.2011"},
+                    DateRow{"only the month is digits", "AAAA12BB", u"AAAA12BB", u"BB.12.AAAA"},
+                    DateRow{"only the year begins with digits", "AAAA13BB", u"AAAA13BB",
+                            u"AA.AA.13BB"},
+                    DateRow{"no date", "", u"", u""},
+                    DateRow{"seven characters", "2011031", u"2011031", u""},
+                    DateRow{"nine characters", "201103151", u"20110315", u""},
+                    DateRow{"points between", "15.03.2011", u"15.03.20", u""},
+                    DateRow{"a letter, then a digit", "2011A315", u"2011A315", u""},
+                    DateRow{"a digit, then a letter", "20110A15", u"20110A15", u""},
+                    DateRow{"a plus sign", "2011+315", u"2011+315", u""},
+                    DateRow{"a minus sign", "2011-315", u"2011-315", u""},
+                    DateRow{"a blank before a digit", "2011 315", u"2011 315", u""},
+                    DateRow{"two blanks", "2011  15", u"2011  15", u""},
+                    DateRow{"a blank behind a digit", "20113 15", u"20113 15", u""}),
+    SentenceName());
 
 struct ApprovalRow {
   const char* sentence;
@@ -312,7 +322,8 @@ INSTANTIATE_TEST_SUITE_P(
         ApprovalRow{"nothing but blanks in what is kept",
                     QByteArray(27, ' ') + "DENRV",
                     {},
-                    {BadApproval, LongApproval}}));
+                    {BadApproval, LongApproval}}),
+    SentenceName());
 
 struct LengthRow {
   Terminal terminal;
@@ -350,7 +361,8 @@ INSTANTIATE_TEST_SUITE_P(
         LengthRow{Terminal::Extended, 25, 39, {LongApproval}},
         LengthRow{Terminal::Extended, 36, 38, {}},
         LengthRow{Terminal::Extended, 37, 38, {LongStatus}},
-        LengthRow{Terminal::Extended, 200, 39, {LongStatus, LongApproval}}));
+        LengthRow{Terminal::Extended, 200, 39, {LongStatus, LongApproval}}),
+    SentenceName());
 
 // All faults of one record, in their order.
 TEST(StoredStatusTest, OrderOfTheMessages) {

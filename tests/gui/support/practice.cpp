@@ -8,6 +8,16 @@ std::string Open(int pn) {
   return "open " + std::to_string(pn) + "\n";
 }
 
+std::string CardIsThere(int pn) {
+  return Open(pn) + R"(
+    > 20 12 01 00 01 01           # REQUEST ICC: there is a card or record
+    < 62 01
+    > 00 A4 04 00 06 D2 76 00 00 01 01
+    < 90 00
+    close
+  )";
+}
+
 }  // namespace
 
 std::string Identification(int pn) {
@@ -20,8 +30,18 @@ std::string Identification(int pn) {
   )";
 }
 
-std::string CardRead(int pn, const std::string& record) {
+std::string SlotIsEmpty(int pn) {
   return Open(pn) + R"(
+    > 20 12 01 00 01 01           # REQUEST ICC: no card
+    < 62 00
+    > 00 A4 04 00 06 D2 76 00 00 01 01
+    < 69 85
+    close
+  )";
+}
+
+std::string CardRead(int pn, const std::string& record) {
+  return CardIsThere(pn) + Open(pn) + R"(
     > 20 11 00 00 00              # RESET CT
     < 90 00
     > 20 12 01 00 01 01           # REQUEST ICC: memory card
@@ -41,7 +61,7 @@ std::string CardRead(int pn, const std::string& record) {
 }
 
 std::string NoCard(int pn) {
-  return Open(pn) + R"(
+  return SlotIsEmpty(pn) + Open(pn) + R"(
     > 20 11 00 00 00              # RESET CT
     < 90 00
     > 20 12 01 00 01 01           # REQUEST ICC: no card
@@ -63,7 +83,7 @@ std::string MobileIdentification(int pn) {
 }
 
 std::string MobileRead(int pn, const std::string& record) {
-  return Open(pn) + R"(
+  return CardIsThere(pn) + Open(pn) + R"(
     > 20 11 00 00 00              # RESET CT: mobile terminal
     < 95 00
     > 20 12 01 00 01 01           # REQUEST ICC: record of a KVK

@@ -8,13 +8,17 @@ namespace kartocheck::test::practice {
 // A stationary terminal on COM `pn` is identified.
 [[nodiscard]] std::string Identification(int pn);
 
-// A KVK in that terminal is read. The record is hexadecimal text.
+// A KVK in that terminal is found ready and read. The record is hexadecimal text.
 [[nodiscard]] std::string CardRead(int pn, const std::string& record);
 
-// There is no card in that terminal.
+// The check before a read finds no card in that terminal.
+[[nodiscard]] std::string SlotIsEmpty(int pn);
+
+// The same, and the read that is tried nevertheless finds none either.
 [[nodiscard]] std::string NoCard(int pn);
 
-// A mobile terminal on COM `pn` is identified; its stored record is read and erased.
+// A mobile terminal on COM `pn` is identified; its stored record is found ready, read and
+// erased.
 [[nodiscard]] std::string MobileIdentification(int pn);
 [[nodiscard]] std::string MobileRead(int pn, const std::string& record);
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -98,7 +99,8 @@ INSTANTIATE_TEST_SUITE_P(
          u"eGK VSDaten(Karte) abgebildet auf die Krankenversicherten Kartendaten", EgkLabels},
         {"an eGK record from a mobile terminal", true, true,
          u"eGK VSDaten(Mobil) abgebildet auf die Krankenversicherten Kartendaten", EgkLabels},
-    }));
+    }),
+    SentenceName());
 
 TEST(DataFrameTest, WithoutDataTheTitleNamesNoSource) {
   for (const bool mobile : {false, true}) {

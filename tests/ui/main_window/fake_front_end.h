@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "ui/main_window/front_end.h"
@@ -15,6 +16,24 @@ class FakeFrontEnd final : public FrontEnd {
     Note("show data");
   }
   void ClearData() override { Note("clear data"); }
+  void ShowPortList(const QStringList& lines, int chosen) override {
+    portList = lines;
+    chosenLine = chosen;
+    Note("show port list");
+  }
+  void MarkPort(int member) override { Note("mark port " + std::to_string(member)); }
+  void NameFurtherPort(const QString& name) override {
+    Note("name further port " + name.toStdString());
+  }
+  void ShowStatusTab(int slot) override { Note("show status tab " + std::to_string(slot)); }
+  void MarkButton(int index) override { Note("mark button " + std::to_string(index)); }
+  void ShowDiagnosedPort(const QString& name) override {
+    Note("diagnosed port " + name.toStdString());
+  }
+  void ShowScanResult(const ScanResult& result) override {
+    scanResults.push_back(result);
+    Note("show scan result");
+  }
   void SetActionRunning(bool running) override { Note(running ? "action starts" : "action ends"); }
   void CopyToClipboard(const QString& text) override {
     clipboard.push_back(text);
@@ -25,11 +44,14 @@ class FakeFrontEnd final : public FrontEnd {
   std::vector<std::string> calls;
   std::vector<DataFrame> frames;
   std::vector<QString> clipboard;
+  std::vector<ScanResult> scanResults;
+  QStringList portList;
+  int chosenLine = -1;
   std::function<void(const std::string&)> onCall;
 
  private:
-  void Note(const char* call) {
-    calls.emplace_back(call);
+  void Note(const std::string& call) {
+    calls.push_back(call);
     if (onCall) onCall(call);
   }
 };

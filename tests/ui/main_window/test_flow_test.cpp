@@ -1,5 +1,6 @@
 #include "ui/main_window/test_flow.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <stdexcept>
 #include <string>
@@ -8,6 +9,7 @@
 #include "support/answer_book.h"
 #include "support/dialogue.h"
 #include "support/fake_api.h"
+#include "support/faulty_api.h"
 #include "support/printing.h"
 #include "ui/main_window/window_fixture.h"
 
@@ -23,7 +25,7 @@ const QString Prompting = QStringLiteral("Die Krankenversichertendaten lesen");
 const QString Reading = QStringLiteral("Die Krankenversichertendaten werden gelesen");
 const QString Shown = QStringLiteral("Die Krankenversichertendaten werden angezeigt");
 
-// One round of check and read, with the answer to the card request at its end.
+// The check of a port with a Serie Omega on it.
 std::string Check(int pn) {
   return "open " + std::to_string(pn) + R"(
     > 20 13 00 81 00
@@ -35,8 +37,17 @@ std::string Check(int pn) {
     close
   )";
 }
+// The status check finds a card, and it is read.
 std::string ReadsRecordB(int pn) {
-  return "open " + std::to_string(pn) + R"(
+  const std::string open = "open " + std::to_string(pn);
+  return open + R"(
+    > 20 12 01 00 01 01
+    < 62 01
+    > 00 A4 04 00 06 D2 76 00 00 01 01
+    < 90 00
+    close
+  )" + open +
+         R"(
     > 20 11 00 00 00
     < 90 00
     > 20 12 01 00 01 01
@@ -52,8 +63,17 @@ std::string ReadsRecordB(int pn) {
     close
   )";
 }
+// The status check finds no card, the user is asked for one and says OK, and the read finds none.
 std::string FindsNoCard(int pn) {
-  return "open " + std::to_string(pn) + R"(
+  const std::string open = "open " + std::to_string(pn);
+  return open + R"(
+    > 20 12 01 00 01 01
+    < 62 00
+    > 00 A4 04 00 06 D2 76 00 00 01 01
+    < 69 85
+    close
+  )" + open +
+         R"(
     > 20 11 00 00 00
     < 90 00
     > 20 12 01 00 01 01
@@ -81,11 +101,15 @@ TEST(ReadButtonTest, ChecksReadsAndShowsTheSelectedPort) {
   EXPECT_EQ(window.display.frames, Numbers{3});
   EXPECT_EQ(window.display.progress, (Numbers{0, 50, 100, 0}));
   EXPECT_EQ(window.display.statusTexts, (std::vector{Prompting, Reading, Shown, Shown}));
-  EXPECT_EQ(window.display.slots, (Numbers{2, 2})) << "after the check and after the read";
-  EXPECT_EQ(window.frontEnd.calls, (Calls{"action starts", "show data", "action ends"}));
-  ASSERT_EQ(window.frontEnd.frames.size(), 1U);
-  EXPECT_EQ(window.frontEnd.frames[0].title, u"Krankenversicherten Kartendaten(Karte)");
-  EXPECT_EQ(window.frontEnd.frames[0].values[9], u"Übermaß");
+  EXPECT_EQ(window.display.slots, (Numbers{2, 2, 2}))
+      << "after the check, after the status check and after the read";
+  EXPECT_EQ(window.frontEnd.calls,
+            (Calls{"action starts", "show data", "show data", "action ends"}));
+  ASSERT_EQ(window.frontEnd.frames.size(), 2U);
+  EXPECT_EQ(window.frontEnd.frames[0].title, u"Krankenversicherten Kartendaten");
+  EXPECT_EQ(window.frontEnd.frames[0].values[9], QString()) << "the check has emptied the slot";
+  EXPECT_EQ(window.frontEnd.frames[1].title, u"Krankenversicherten Kartendaten(Karte)");
+  EXPECT_EQ(window.frontEnd.frames[1].values[9], u"Übermaß");
   EXPECT_TRUE(window.dialogs.boxes.empty());
   EXPECT_FALSE(window.module.Busy);
 }
@@ -105,32 +129,35 @@ TEST(ReadButtonTest, YesToAnotherTryChecksAndReadsAgain) {
   Dialogue dialogue(Check(1) + FindsNoCard(1) + Check(1) + FindsNoCard(1) + Check(1) +
                     ReadsRecordB(1));
   Window window(dialogue);
-  window.dialogs.answers = {Answer::Yes, Answer::Yes};
+  window.dialogs.answers = {Answer::Ok, Answer::Yes, Answer::Ok, Answer::Yes};
   window.flow.Button(ReadButton);
   EXPECT_EQ(window.display.progress, (Numbers{0, 50, 50, 50, 100, 0}));
   EXPECT_EQ(window.display.statusTexts, (std::vector{Prompting, Reading, Shown, Prompting, Reading,
                                                      Shown, Prompting, Reading, Shown, Shown}));
-  EXPECT_EQ(window.frontEnd.frames.at(0).values[9], u"Übermaß");
+  EXPECT_EQ(window.frontEnd.frames.back().values[9], u"Übermaß");
 }
 
 TEST(ReadButtonTest, NoToAnotherTryEndsWithAnEmptyFrame) {
   Dialogue dialogue(Check(1) + FindsNoCard(1));
   Window window(dialogue);
-  window.dialogs.answers = {Answer::No};
+  window.dialogs.answers = {Answer::Ok, Answer::No};
   window.flow.Button(ReadButton);
   EXPECT_EQ(window.display.progress, (Numbers{0, 50, 100, 0}));
-  ASSERT_EQ(window.frontEnd.frames.size(), 1U);
-  EXPECT_EQ(window.frontEnd.frames[0].title, u"Krankenversicherten Kartendaten");
-  for (const QString& value : window.frontEnd.frames[0].values) EXPECT_EQ(value, QString());
+  const DataFrame& frame = window.frontEnd.frames.back();
+  EXPECT_EQ(frame.title, u"Krankenversicherten Kartendaten");
+  for (const QString& value : frame.values) EXPECT_EQ(value, QString());
 }
 
 TEST(ReadButtonTest, AFailedReadShowsNothingOfAnEarlierPerson) {
-  Dialogue dialogue(Check(1) + "open 1 -> -127");
+  Dialogue dialogue(Check(1) + "open 1 -> -127\nopen 1 -> -127");
   Window window(dialogue);
+  window.dialogs.answers = {Answer::Ok};
   FillSlot(window, 1);
   window.module.Terminals[1].DataRead = false;
   window.flow.Button(ReadButton);
-  for (const QString& value : window.frontEnd.frames.at(0).values) EXPECT_EQ(value, QString());
+  for (const DataFrame& frame : window.frontEnd.frames) {
+    for (const QString& value : frame.values) EXPECT_EQ(value, QString());
+  }
   EXPECT_TRUE(window.module.Insured[1].IsEmpty());
 }
 
@@ -140,10 +167,15 @@ TEST(ReadButtonTest, AnotherTerminalOnThePortInheritsNothing) {
   Window window(dialogue);
   TerminalInfo& info = window.module.Terminals[1];
   info.Reset95 = info.Reset9501 = info.SelectRefused = true;
-  window.dialogs.answers = {Answer::No};
+  window.dialogs.answers = {Answer::Ok, Answer::No};
   window.flow.Button(ReadButton);
-  EXPECT_EQ(window.dialogs.Texts(),
-            std::vector{QStringLiteral(" Keine Chipkarte gefunden! \r\n Noch einmal versuchen? ")});
+  EXPECT_EQ(
+      window.dialogs.Texts(),
+      (std::vector{QStringLiteral(" Bitte eine Krankenversichertenkarte in \r\n"
+                                  " Kartenkontaktiereinheit 1 einführen. \r\n\r\n"
+                                  " Das Chipkartenterminal verwendet die Schnittstelle: \r\n\r\n"
+                                  " COM  1"),
+                   QStringLiteral(" Keine Chipkarte gefunden! \r\n Noch einmal versuchen? ")}));
 }
 
 TEST(ReadButtonTest, AFurtherPortIsReadByItsNumberIntoSlotFive) {
@@ -152,8 +184,45 @@ TEST(ReadButtonTest, AFurtherPortIsReadByItsNumberIntoSlotFive) {
   window.module.SelectedPort = 8193;
   window.module.CurrentPort = 5;
   window.flow.Button(ReadButton);
-  EXPECT_EQ(window.frontEnd.frames.at(0).values[9], u"Übermaß");
+  EXPECT_EQ(window.frontEnd.frames.back().values[9], u"Übermaß");
   EXPECT_TRUE(window.module.Terminals[5].DataRead);
+}
+
+// The whole action over a link whose n-th exchange fails. The first three are the port check's,
+// the next two the status check's.
+TEST(ReadButtonTest, EveryFaultAtEveryExchangeEndsWithAPersonOrWithNothing) {
+  const std::string script = Check(1) + ReadsRecordB(1);
+  const int exchanges = AnswerBook(script).Exchanges();
+  ASSERT_EQ(exchanges, 11);
+  for (int faulty = 1; faulty <= exchanges + 1; ++faulty) {
+    for (const Fault& fault : AllFaults()) {
+      SCOPED_TRACE("exchange " + std::to_string(faulty) + ", " + fault.Name());
+      AnswerBook book(script);
+      FaultyApi api(book, faulty, fault);
+      Window window(api);
+      FillSlot(window, 1);
+      window.module.Terminals[1].DataRead = false;
+      window.dialogs.answerSafely = true;
+      window.flow.Button(ReadButton);
+
+      // Without an answer to the status check's card request the user is asked for a card, and
+      // cancels. Card request, select and read are what a read cannot do without.
+      const bool isRead = faulty != 4;
+      const bool hasData = isRead && faulty != 7 && faulty != 9 && faulty != 10;
+      EXPECT_EQ(window.module.Terminals[1].DataRead, hasData);
+      EXPECT_EQ(window.frontEnd.frames.back().values[9],
+                hasData ? QStringLiteral("Übermaß") : QString());
+      for (const DataFrame& frame : window.frontEnd.frames) {
+        for (const QString& value : frame.values) EXPECT_FALSE(value.startsWith(u"element"));
+      }
+      const std::vector<QString>& calls = api.Calls();
+      EXPECT_EQ(calls.at(calls.size() - 2), isRead ? u"2011000000" : u"201201000101");
+      EXPECT_EQ(calls.back(), u"close");
+      EXPECT_EQ(std::count(calls.begin(), calls.end(), QStringLiteral("close")), isRead ? 3 : 2);
+      EXPECT_FALSE(window.module.IsLinkOpen());
+      EXPECT_EQ(window.frontEnd.calls.back(), "action ends");
+    }
+  }
 }
 
 TEST(CopyButtonTest, CopiesTheDataOfTheCurrentPort) {
@@ -214,15 +283,17 @@ TEST(ScanPortTest, ReadsWhereATerminalAnswers) {
   Window window(dialogue);
   window.flow.ScanPort(3);
   EXPECT_EQ(window.module.Insured[3][Element::LastName], u"Übermaß");
-  EXPECT_EQ(window.display.statusTexts, (std::vector{Prompting, Reading, Shown}));
-  EXPECT_TRUE(window.display.progress.empty());
+  EXPECT_EQ(window.display.statusTexts,
+            (std::vector{QStringLiteral("Programm prüft die serielle Schnittstelle COM 3"),
+                         Prompting, Reading, Shown}));
+  EXPECT_EQ(window.display.progress, Numbers{20});
   EXPECT_TRUE(window.display.frames.empty());
 }
 
 TEST(ScanPortTest, AnotherTryDoesNotCheckThePortAgain) {
   Dialogue dialogue(Check(3) + FindsNoCard(3) + ReadsRecordB(3));
   Window window(dialogue);
-  window.dialogs.answers = {Answer::Yes};
+  window.dialogs.answers = {Answer::Ok, Answer::Yes};
   window.flow.ScanPort(3);
   EXPECT_TRUE(window.module.Terminals[3].DataRead);
 }
@@ -233,17 +304,20 @@ TEST(ScanPortTest, ReadsNothingWhereNoTerminalAnswers) {
     Dialogue dialogue(script);
     Window window(dialogue);
     window.flow.ScanPort(3);
-    EXPECT_TRUE(window.display.statusTexts.empty());
+    EXPECT_EQ(window.display.statusTexts,
+              std::vector{QStringLiteral("Programm prüft die serielle Schnittstelle COM 3")});
     EXPECT_EQ(window.display.slots, Numbers{3});
   }
 }
 
 TEST(ButtonTest, TheFirstFourShowTheFrameOfTheirIndex) {
-  for (const int index : {0, 1, 2}) {
+  for (const int index : {0, 1, 2, 3}) {
     FakeApi api;
+    api.init = [](auto, auto) -> std::int8_t { return -10; };
     Window window(api);
+    window.dialogs.answerSafely = true;
     window.flow.Button(index);
-    EXPECT_EQ(window.display.frames, Numbers{index});
+    EXPECT_EQ(window.display.frames.at(0), index);
   }
 }
 
@@ -282,7 +356,8 @@ TEST(ButtonTest, AClickDuringAnActionDoesNothing) {
   EXPECT_GT(clicks, 0);
   EXPECT_EQ(window.display.frames, Numbers{3});
   EXPECT_TRUE(window.frontEnd.clipboard.empty());
-  EXPECT_EQ(window.frontEnd.calls, (Calls{"action starts", "show data", "action ends"}));
+  EXPECT_EQ(window.frontEnd.calls,
+            (Calls{"action starts", "show data", "show data", "action ends"}));
 }
 
 TEST(ButtonTest, ALinkLeftOpenIsClosedBeforeTheControlsComeBack) {

@@ -16,18 +16,17 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
+// The terminal has no card, and the user does not want to insert one.
 constexpr const char* NoCardOnPortOne = R"(
   open 1
   > 20 13 00 81 00
   < 69 00
   close
   open 1
-  > 20 11 00 00 00
-  < 90 00
   > 20 12 01 00 01 01
   < 62 00
-  > 20 11 00 00 00
-  < 90 00
+  > 00 A4 04 00 06 D2 76 00 00 01 01
+  < 69 85
   close
 )";
 
@@ -74,7 +73,7 @@ TEST(ChoosePortTest, APortWithoutATerminalShowsEmptyFields) {
 TEST(ChoosePortTest, NothingHappensDuringAnAction) {
   Dialogue dialogue(NoCardOnPortOne);
   Window window(dialogue);
-  window.dialogs.answers = {Answer::No};
+  window.dialogs.answers = {Answer::Cancel};
   window.eventLoop.onYield = [&] { window.flow.ChoosePort(2); };
   window.flow.Button(ReadButton);
   EXPECT_EQ(window.module.SelectedPort, 1);
@@ -166,7 +165,7 @@ TEST_P(CloseDuringActionTest, IsKeptUntilTheEnd) {
   window.flow.Button(ReadButton);
   EXPECT_TRUE(window.dialogs.boxes.empty());
   EXPECT_EQ(window.frontEnd.calls,
-            (Calls{"action starts", "show data", "action ends", "close window"}));
+            (Calls{"action starts", "show data", "show data", "action ends", "close window"}));
   EXPECT_FALSE(window.module.ExitRequested);
   EXPECT_FALSE(window.module.Busy);
 }
@@ -190,7 +189,7 @@ TEST(CloseDuringActionTest, TheWindowMayCloseInsideTheClose) {
 TEST(CloseDuringActionTest, WithoutARequestTheWindowStays) {
   Dialogue dialogue(NoCardOnPortOne);
   Window window(dialogue);
-  window.dialogs.answers = {Answer::No};
+  window.dialogs.answers = {Answer::Cancel};
   window.flow.Button(ReadButton);
   EXPECT_EQ(window.frontEnd.calls.back(), "action ends");
 }

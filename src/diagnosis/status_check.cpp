@@ -1,0 +1,81 @@
+#include "diagnosis/status_check.h"
+
+#include "terminal/command_catalogue.h"
+#include "terminal/status_word.h"
+#include "text/lines.h"
+
+namespace kartocheck {
+
+namespace {
+
+void Advise(const StatusCheckTarget& with, const QString& text) {
+  with.dialogs.Tell(Icon::Critical, Dialogs::Title.toString(), text);
+}
+
+std::int16_t CheckSelectOfPresentCard(const StatusCheckTarget& with) {
+  const CtAnswer answer = with.link.CtExchange(CommandCatalogue::SelectKvk, Unit::Card);
+  if (answer.Is(status_word::ConditionsOfUse)) {
+    with.info.DisplayText = output_medium::DisplayOrPrinter;
+  }
+  return ReadyToRead;
+}
+
+bool IsMobileDelta(const TerminalInfo& info) {
+  return info.Reset95 && (info.ProductCode == product_code::SerieDeltaMobil ||
+                          info.ProductCode == product_code::SerieDelta);
+}
+
+std::int16_t CheckEmptySlot(const StatusCheckTarget& with) {
+  if (IsMobileDelta(with.info)) {
+    Advise(with, Lines({u" Es sind keine Datensätze gespeichert! ", u""}));
+    return ReadyToRead;
+  }
+  const CtAnswer answer = with.link.CtExchange(CommandCatalogue::SelectKvk, Unit::Card);
+  if (answer.Is(status_word::NotAllowed)) with.info.SelectRefused = true;
+  return NotReady;
+}
+
+std::int16_t AdviseNotAllowed(const StatusCheckTarget& with) {
+  Advise(with, with.info.IsMobile()
+                   ? Lines({u" Bitte Chipkartenterminal überprüfen! ",
+                            u" Ist das mobile Chipkartenterminal zugeschlossen?",
+                            u" Wenn ja, Chipkartenterminal aufschließen."})
+                   : Lines({u" Bitte Chipkartenterminal überprüfen! ",
+                            u" Sind die Chipkartenterminal Menü-Einstellungen aktiviert? ",
+                            u" Wenn ja, Chipkartenterminal auf die Standardanzeige stellen."}));
+  return ReadyToRead;
+}
+
+std::int16_t CheckOverOpenLink(const StatusCheckTarget& with) {
+  const CtAnswer answer = with.link.CtExchange(CommandCatalogue::RequestIcc1, Unit::Terminal);
+  if (answer.code == ct_code::TransmissionError) {
+    with.info.DisplayText = output_medium::DisplayOrPrinter;
+  }
+  if (answer.Is(status_word::Ok) || answer.Is(status_word::OkProcessorCard) ||
+      answer.Is(status_word::CardAlreadyPresent)) {
+    return CheckSelectOfPresentCard(with);
+  }
+  if (answer.Is(status_word::NoCard)) return CheckEmptySlot(with);
+  if (answer.Is(status_word::NotAllowed)) return AdviseNotAllowed(with);
+  return NotReady;
+}
+
+}  // namespace
+
+std::int16_t CheckStatus(const StatusCheckTarget& target) {
+  target.info.SelectRefused = false;
+  if (target.link.IsOpen()) target.link.CtClose();
+  if (const std::int16_t code = target.link.CtOpen(target.pn); code != ct_code::Success) {
+    if (target.info.Answered && code == ct_code::TransmissionError) {
+      Advise(target, Lines({u" Bitte Chipkartenterminal überprüfen! ",
+                            u" Ist das Terminal eingeschaltet?! ",
+                            u" Ist die KeyCard nicht mehr aktiv?! "}));
+    }
+    return NotReady;
+  }
+  const std::int16_t result = CheckOverOpenLink(target);
+  target.link.CtClose();
+  return result;
+}
+
+}  // namespace kartocheck

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QSerialPort>
+
+#include "platform/port_directory.h"
+#include "platform/serial_devices.h"
+#include "platform/serial_port.h"
+
+namespace kartocheck {
+
+// The serial ports of the machine through QSerialPort. Needs a running event loop to receive.
+class QtSerialPort final : public SerialPort {
+ public:
+  explicit QtSerialPort(ComTable table);
+
+  void Open(int comNumber) override;
+  void Close() noexcept override;
+  void SetSettings(QStringView settings) override;
+  void SetDtr(bool on) override;
+  void SetRts(bool on) override;
+  [[nodiscard]] bool ReadDsr() override;
+  void EmptyReceiveBuffer() override;
+  void Send(QByteArrayView bytes) override;
+  [[nodiscard]] QByteArray Received() override;
+
+ private:
+  void ThrowOnLoss();
+
+  ComTable table_;
+  QSerialPort port_;
+};
+
+// What the machine knows of its serial ports.
+class SerialPortDirectory final : public PortDirectory {
+ public:
+  SerialPortDirectory(const std::vector<SerialDevice>& devices, ComTable table);
+
+  [[nodiscard]] QString IdentificationOf(int pn) const override;
+  [[nodiscard]] QString HintFor(int pn) const override;
+
+ private:
+  ComTable table_;
+  QMap<QString, QString> identifications_;  // by device file
+};
+
+}  // namespace kartocheck

@@ -1,0 +1,131 @@
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSerialPortInfo>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <grp.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include "platform/serial_devices.h"
+
+namespace kartocheck {
+
+namespace {
+
+constexpr int BuiltInPorts = 32;
+
+// A file descriptor that is closed at the end of its scope.
+class Descriptor {
+ public:
+  explicit Descriptor(const QString& path)
+      : number_(::open(QFile::encodeName(path).constData(),
+                       O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC)) {}
+  ~Descriptor() {
+    if (number_ >= 0) ::close(number_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  [[nodiscard]] bool IsOpen() const { return number_ >= 0; }
+  [[nodiscard]] int Number() const { return number_; }
+
+ private:
+  int number_;
+};
+
+// The kernel offers device files for built-in ports that do not exist; their type is 0.
+bool HasHardware(const QString& name) {
+  QFile type(u"/sys/class/tty/" + name + u"/type");
+  return type.open(QIODevice::ReadOnly) && type.readAll().trimmed() != "0";
+}
+
+QString IdentificationOf(const QSerialPortInfo& info) {
+  QStringList parts;
+  if (info.hasVendorIdentifier() && info.hasProductIdentifier()) {
+    parts.append(QString::asprintf("USB VID_%04X PID_%04X", info.vendorIdentifier(),
+                                   info.productIdentifier()));
+  }
+  for (const QString& part : {info.serialNumber(), info.manufacturer(), info.description()}) {
+    if (!part.isEmpty()) parts.append(part);
+  }
+  return parts.join(u' ');
+}
+
+DeviceState StateOfError(int error) {
+  switch (error) {
+    case ENOENT:
+    case ENODEV:
+    case ENXIO:
+    case EIO:
+      return DeviceState::Absent;
+    case EBUSY:
+      return DeviceState::InUse;
+    case EACCES:
+    case EPERM:
+      return DeviceState::NotAllowed;
+    default:
+      return DeviceState::Failed;
+  }
+}
+
+// Exclusive mode does not keep root out, and a lock only binds those who look for it; both tell
+// that another program works with the port.
+bool IsHeld(int descriptor) {
+  int exclusive = 0;
+  if (::ioctl(descriptor, TIOCGEXCL, &exclusive) == 0 && exclusive != 0) return true;
+  if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) return errno == EWOULDBLOCK;
+  ::flock(descriptor, LOCK_UN);
+  return false;
+}
+
+// The lock file by which older serial programs tell each other that they use a port. One whose
+// process is gone counts for nothing.
+bool HasLockFile(const QString& path) {
+  QFile lock(u"/var/lock/LCK.." + QFileInfo(path).fileName());
+  if (!lock.open(QIODevice::ReadOnly)) return false;
+  bool isNumber = false;
+  const int process = lock.readAll().trimmed().toInt(&isNumber);
+  return isNumber && process > 0 && QFileInfo::exists(u"/proc/" + QString::number(process));
+}
+
+}  // namespace
+
+std::vector<SerialDevice> FindSerialDevices() {
+  std::vector<SerialDevice> devices;
+  for (int i = 0; i < BuiltInPorts; ++i) {
+    const QString name = u"ttyS" + QString::number(i);
+    if (HasHardware(name)) {
+      devices.push_back({.path = u"/dev/" + name, .builtInNumber = i + 1, .identification = {}});
+    }
+  }
+  for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts()) {
+    if (!info.hasVendorIdentifier()) continue;
+    devices.push_back({.path = info.systemLocation(),
+                       .builtInNumber = {},
+                       .identification = IdentificationOf(info)});
+  }
+  return devices;
+}
+
+DeviceState StateOfDevice(const QString& path) {
+  const Descriptor device(path);
+  if (!device.IsOpen()) return StateOfError(errno);
+  termios settings{};
+  if (::tcgetattr(device.Number(), &settings) != 0) return StateOfError(errno);
+  return IsHeld(device.Number()) || HasLockFile(path) ? DeviceState::InUse : DeviceState::Free;
+}
+
+QString GroupOfDevice(const QString& path) {
+  struct stat status {};
+  if (::stat(QFile::encodeName(path).constData(), &status) != 0) return {};
+  const group* entry = ::getgrgid(status.st_gid);
+  return entry == nullptr ? QString() : QString::fromLocal8Bit(entry->gr_name);
+}
+
+}  // namespace kartocheck

@@ -1,0 +1,74 @@
+#include "platform/serial_port_simulated.h"
+
+#include <QList>
+
+namespace kartocheck {
+
+namespace {
+
+// As with the machine's own ports, the control knows COM 1 to 4 only.
+constexpr int LastComNumber = 4;
+
+using State = ctapi::SerialLine::State;
+
+}  // namespace
+
+void SerialPortSimulated::Open(int comNumber) {
+  const bool isKnown = comNumber >= 1 && comNumber <= LastComNumber;
+  const State state =
+      isKnown ? practice_.SerialLineAt(static_cast<std::uint16_t>(comNumber)).Port : State::Absent;
+  switch (state) {
+    case State::Absent:
+      throw SerialPortError(SerialPortError::InvalidNumber, "no such port");
+    case State::InUse:
+      throw SerialPortError(SerialPortError::AlreadyOpen, "port in use");
+    case State::Failing:
+      throw SerialPortError(SerialPortError::Other, "port cannot be opened");
+    case State::Present:
+      break;
+  }
+  comNumber_ = comNumber;
+  received_.clear();
+}
+
+void SerialPortSimulated::Close() noexcept {
+  comNumber_ = 0;
+}
+
+void SerialPortSimulated::SetSettings(QStringView settings) {
+  baud_ = settings.split(u',').value(0).toInt();
+}
+
+bool SerialPortSimulated::ReadDsr() {
+  return Line().Signal;
+}
+
+void SerialPortSimulated::EmptyReceiveBuffer() {
+  received_.clear();
+}
+
+void SerialPortSimulated::Send(QByteArrayView bytes) {
+  const ctapi::Bytes answer =
+      Line().AnswerTo(baud_, {reinterpret_cast<const std::uint8_t*>(bytes.data()),
+                              static_cast<std::size_t>(bytes.size())});
+  received_.append(reinterpret_cast<const char*>(answer.data()),
+                   static_cast<qsizetype>(answer.size()));
+}
+
+QByteArray SerialPortSimulated::Received() {
+  (void)Line();
+  return received_;
+}
+
+ctapi::SerialLine SerialPortSimulated::Line() const {
+  const ctapi::SerialLine line = practice_.SerialLineAt(static_cast<std::uint16_t>(comNumber_));
+  if (line.Port != State::Present) throw SerialPortError(SerialPortError::Other, "port lost");
+  return line;
+}
+
+QString PortDirectorySimulated::IdentificationOf(int pn) const {
+  const ctapi::SimulatedPort* port = practice_.PortAt(static_cast<std::uint16_t>(pn));
+  return port == nullptr ? QString() : QString::fromStdString(port->DeviceId);
+}
+
+}  // namespace kartocheck

@@ -1,0 +1,59 @@
+#include "ui/form_daten_info.h"
+
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "ui/picture.h"
+#include "ui/plain_label.h"
+#include "ui/scan_result_line.h"
+
+namespace kartocheck {
+
+namespace {
+
+// Height of a row, relative to the height of a line of text: the key is higher than a line.
+constexpr double RowHeight = 1.5;
+// The window is as wide as its longest text, and at least as many characters.
+constexpr int LeastCharacters = 60;
+
+}  // namespace
+
+Form_DatenInfo::Form_DatenInfo(const ScanResult& result, QWidget* parent) : QDialog(parent) {
+  setObjectName(QStringLiteral("Form_DatenInfo"));
+  setWindowTitle(QStringLiteral("KartoCheck Ergebnis"));
+  setWindowIcon(PictureIcon(u"kartocheck"));
+
+  auto* frame = new QGroupBox(this);
+  frame->setObjectName(QStringLiteral("Frame1"));
+  frame->setMinimumWidth(fontMetrics().averageCharWidth() * LeastCharacters);
+  auto* rows = new QVBoxLayout(frame);
+  for (int row = 0; row < ScanResultRows; ++row) {
+    auto* line = new ScanResultLine(row, frame);
+    line->setMinimumHeight(static_cast<int>(fontMetrics().height() * RowHeight));
+    rows->addWidget(line);
+    lines_.at(static_cast<std::size_t>(row)) = line;
+  }
+  summary_ = PlainLabel(MemberName(u"Labe_DatenInfo1", ScanResultRows), QString(), frame);
+  rows->addWidget(summary_);
+  rows->addStretch();
+
+  auto* button = new QPushButton(QStringLiteral("Schließen"), this);
+  button->setObjectName(QStringLiteral("Command1"));
+  button->setDefault(true);
+  connect(button, &QPushButton::clicked, this, &QWidget::close);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(frame, 1);
+  layout->addWidget(button, 0, Qt::AlignHCenter);
+  Fill(result);
+  button->setFocus();
+}
+
+void Form_DatenInfo::Fill(const ScanResult& result) {
+  for (std::size_t row = 0; row < lines_.size(); ++row) lines_[row]->ShowRow(result.rows[row]);
+  summary_->setText(QString(result.summary).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+}
+
+}  // namespace kartocheck

@@ -1,0 +1,238 @@
+#include "ui/form_egk_info.h"
+
+#include <QButtonGroup>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QStackedWidget>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "ui/element_grid.h"
+#include "ui/picture.h"
+#include "ui/plain_label.h"
+
+namespace kartocheck {
+
+namespace {
+
+// The views, by their place in the stack.
+enum class View { List = 0, Xml, Info };
+
+// Side of a command's picture, in logical pixels.
+constexpr int PictureSize = 24;
+
+// Heading and validation text are in the window, the other labels in the info view.
+constexpr int HeadingLabel = 1;
+constexpr int ValidationLabel = 8;
+// The line of the approval number's data object may be longer than the window is wide.
+constexpr int WrappedLabel = 13;
+// The longest line of the other ones, in characters.
+constexpr int InfoCharacters = 72;
+
+QString LabelName(int number) {
+  return u"Label" + QString::number(number);
+}
+
+QFont FixedPitch(QFont font) {
+  font.setFamilies({QStringLiteral("Courier New")});
+  font.setStyleHint(QFont::Monospace);
+  font.setFixedPitch(true);
+  return font;
+}
+
+// A label shows CR LF as one line break.
+void SetLines(QLabel* label, QString text) {
+  label->setText(text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+}
+
+void SetBold(QWidget* widget, bool bold) {
+  QFont font = widget->font();
+  font.setBold(bold);
+  widget->setFont(font);
+}
+
+void MakeSelectable(QLabel* label) {
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+}
+
+}  // namespace
+
+Form_egK_Info::Form_egK_Info(EgkInfo info, QWidget* parent)
+    : QDialog(parent), info_(std::move(info)), boxes_(*this) {
+  setObjectName(QStringLiteral("Form_egK_Info"));
+  setWindowTitle(QStringLiteral("Info eGK Daten"));
+  setWindowIcon(PictureIcon(u"kartocheck"));
+
+  auto* frame =
+      new QGroupBox(QStringLiteral("Informationen zur elektronischen Gesundkeitskarte"), this);
+  frame->setObjectName(QStringLiteral("Frame1"));
+  Label1 = PlainLabel(LabelName(HeadingLabel), QString(), frame);
+  views_ = new QStackedWidget(frame);
+  views_->addWidget(NewListView());
+  views_->addWidget(NewXmlView());
+  views_->addWidget(NewInfoView());
+  auto* frameLayout = new QVBoxLayout(frame);
+  frameLayout->addWidget(Label1);
+  frameLayout->addWidget(views_, 1);
+
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(frame, 1);
+  AddCommands(layout);
+  ShowList(kind_);
+}
+
+QWidget* Form_egK_Info::NewListView() {
+  struct Kind {
+    VsdKind kind;
+    QStringView caption;
+    QStringView toolTip;
+  };
+  constexpr std::array<Kind, VsdKindCount> Kinds{{
+      {VsdKind::Pd, u"PD", u"Persönliche Versichertendaten"},
+      {VsdKind::Vd, u"VD", u"Allgemeine Versicherungsdaten"},
+      {VsdKind::Gvd, u"GVD", u"Geschützte Versichertendaten"},
+  }};
+  auto* view = new QWidget(views_);
+  auto* kindRow = new QHBoxLayout;
+  auto* group = new QButtonGroup(view);
+  for (std::size_t index = 0; index < Kinds.size(); ++index) {
+    const auto& [kind, caption, toolTip] = Kinds[index];
+    auto* button = new QToolButton(view);
+    button->setObjectName(MemberName(u"CmdB_VsdKind", static_cast<int>(index)));
+    button->setText(caption.toString());
+    button->setToolTip(toolTip.toString());
+    button->setAccessibleName(toolTip.toString());
+    button->setCheckable(true);
+    button->setFocusPolicy(Qt::StrongFocus);
+    connect(button, &QToolButton::clicked, this, [this, kind = kind] { ShowList(kind); });
+    // Dark styles hardly show which button is pressed.
+    connect(button, &QToolButton::toggled, button, [button](bool on) { SetBold(button, on); });
+    group->addButton(button);
+    kindRow->addWidget(button);
+    kinds_.at(index) = button;
+  }
+  kindRow->addStretch();
+
+  MSFlexGrid1 = new ElementGrid(view);
+  Label8 = PlainLabel(LabelName(ValidationLabel), QString(), view);
+  MakeSelectable(Label8);
+  auto* layout = new QVBoxLayout(view);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addLayout(kindRow);
+  layout->addWidget(MSFlexGrid1, 1);
+  layout->addWidget(Label8);
+  return view;
+}
+
+QWidget* Form_egK_Info::NewXmlView() {
+  Text1 = new QPlainTextEdit(views_);
+  Text1->setObjectName(QStringLiteral("Text1"));
+  Text1->setAccessibleName(XmlTextsHeading.toString());
+  Text1->setFont(FixedPitch(Text1->font()));
+  Text1->setReadOnly(true);
+  Text1->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  Text1->setTabChangesFocus(true);
+  Text1->setPlainText(info_.xmlTexts);
+  return Text1;
+}
+
+QWidget* Form_egK_Info::NewInfoView() {
+  Frame2 = new QGroupBox(info_.infoCaption.toString(), views_);
+  Frame2->setObjectName(QStringLiteral("Frame2"));
+  auto* area = new QScrollArea(Frame2);
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setFocusPolicy(Qt::NoFocus);
+  auto* lines = new QWidget(area);
+  auto* lineLayout = new QVBoxLayout(lines);
+  lineLayout->setContentsMargins(0, 0, 0, 0);
+  for (int number = 2; number < InfoLineCount; ++number) {
+    if (number == ValidationLabel) {
+      lineLayout->addSpacing(fontMetrics().lineSpacing());
+    } else {
+      lineLayout->addWidget(NewInfoLine(number, lines));
+    }
+  }
+  lineLayout->addStretch();
+  area->setWidget(lines);
+  area->viewport()->setAutoFillBackground(false);
+  lines->setAutoFillBackground(false);
+  auto* layout = new QVBoxLayout(Frame2);
+  layout->addWidget(area);
+  return Frame2;
+}
+
+QLabel* Form_egK_Info::NewInfoLine(int number, QWidget* parent) {
+  const InfoLine& line = info_.lines.at(static_cast<std::size_t>(number));
+  QLabel* label = PlainLabel(LabelName(number), line.text, parent);
+  label->setFont(FixedPitch(label->font()));
+  label->setToolTip(line.toolTip.toString());
+  label->setAccessibleDescription(line.toolTip.toString());
+  MakeSelectable(label);
+  if (number == WrappedLabel) {
+    label->setWordWrap(true);
+    label->setMinimumWidth(QFontMetrics(label->font()).averageCharWidth() * InfoCharacters);
+  }
+  return label;
+}
+
+void Form_egK_Info::AddCommands(QVBoxLayout* layout) {
+  auto* row = new QHBoxLayout;
+  auto* views = new QButtonGroup(this);
+  QPushButton* lists = NewCommand(1, u"Elementliste", u"element_list", row);
+  connect(lists, &QPushButton::clicked, this, [this] { ShowList(kind_); });
+  QPushButton* texts = NewCommand(2, u"XML-Texte", u"xml_text", row);
+  connect(texts, &QPushButton::clicked, this, [this] { ShowXmlTexts(); });
+  QPushButton* facts = NewCommand(4, info_.infoCommand, u"chip_info", row);
+  facts->setToolTip(info_.infoCommandToolTip.toString());
+  connect(facts, &QPushButton::clicked, this, [this] { ShowInfo(); });
+  for (QPushButton* command : {lists, texts, facts}) {
+    command->setCheckable(true);
+    views->addButton(command);
+  }
+  lists->setChecked(true);
+  row->addStretch();
+  QPushButton* help = NewCommand(6, u"&Hilfe", u"help", row);
+  connect(help, &QPushButton::clicked, this,
+          [this] { boxes_.Tell(Icon::Information, Dialogs::Title.toString(), ValidationHelp()); });
+  QPushButton* close = NewCommand(3, u"Schließen", u"close", row);
+  connect(close, &QPushButton::clicked, this, &QWidget::close);
+  layout->addLayout(row);
+  lists->setFocus();
+}
+
+QPushButton* Form_egK_Info::NewCommand(int number, QStringView caption, QStringView picture,
+                                       QHBoxLayout* row) {
+  auto* button = new QPushButton(PictureIcon(picture), caption.toString(), this);
+  button->setObjectName(u"Command" + QString::number(number));
+  button->setIconSize({PictureSize, PictureSize});
+  row->addWidget(button);
+  return button;
+}
+
+void Form_egK_Info::ShowList(VsdKind kind) {
+  kind_ = kind;
+  const ElementList& list = info_.lists[kind];
+  kinds_.at(static_cast<std::size_t>(kind))->setChecked(true);
+  SetLines(Label1, list.heading);
+  SetLines(Label8, list.validationText);
+  MSFlexGrid1->ShowList(list);
+  Label1->show();
+  views_->setCurrentIndex(static_cast<int>(View::List));
+}
+
+void Form_egK_Info::ShowXmlTexts() {
+  SetLines(Label1, XmlTextsHeading.toString());
+  Label1->show();
+  views_->setCurrentIndex(static_cast<int>(View::Xml));
+}
+
+void Form_egK_Info::ShowInfo() {
+  Label1->hide();
+  views_->setCurrentIndex(static_cast<int>(View::Info));
+}
+
+}  // namespace kartocheck

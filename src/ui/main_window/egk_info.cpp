@@ -1,0 +1,165 @@
+#include "ui/main_window/egk_info.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <iterator>
+
+#include "text/hex_text.h"
+#include "text/lines.h"
+
+namespace kartocheck {
+
+namespace {
+
+struct KindTexts {
+  QStringView heading;
+  QStringView valueHeading;
+  QStringView xmlTitle;
+};
+
+constexpr PerVsdKind<KindTexts> Texts{{{
+    {u"Persönliche Versichertendaten:", u"Versichertendaten",
+     u"Persönliche Versichertendaten (XML)"},
+    {u"Allgemeine Versicherungsdaten:", u"Versicherungsdaten",
+     u"Allgemeine Versicherungsdaten (XML)"},
+    {u"Geschützte Versichertendaten:", u"Versichertendaten", u"Geschützte Versichertendaten (XML)"},
+}}};
+
+constexpr std::array<VsdKind, VsdKindCount> Kinds{VsdKind::Pd, VsdKind::Vd, VsdKind::Gvd};
+
+ElementList ListOf(VsdKind kind, const VsdDocument& document) {
+  ElementList list{.heading = Texts[kind].heading + u"\r\n",
+                   .valueHeading = Texts[kind].valueHeading,
+                   .validationText = document.validationText,
+                   .rows = {}};
+  std::copy_if(document.fields.begin(), document.fields.end(), std::back_inserter(list.rows),
+               [](const VsdField& field) { return !field.IsEmpty(); });
+  return list;
+}
+
+QString XmlTextsOf(const EgkData& egk) {
+  QStringList parts;
+  for (const VsdKind kind : Kinds) {
+    parts.append(Texts[kind].xmlTitle + u"\r\n" + egk.documents[kind].xmlText);
+  }
+  return parts.join(QStringLiteral("\r\n\r\n"));
+}
+
+// The parts of EF.StatusVD, 25 bytes as hexadecimal text. Positions and lengths are in characters.
+struct StatusPart {
+  qsizetype position;
+  qsizetype length;
+  QStringView toolTip;
+};
+
+constexpr std::array<StatusPart, 4> StatusParts{{
+    {1, 2,
+     u"Status der Versichertenstammdaten (VSD). (0x30) 0 = Keine Transaktion ist offen. (0x31) 1 "
+     u"= Transaktion ist offen."},
+    {3, 28, u"Timestamp der letzten Aktualisierung der VSD auf dem VSDD im Format YYYYMMDDhhmmss"},
+    {31, 10,
+     u"Versionsnummer der Versichertenstammdaten (VSD) Struktur im Format XXXYYYZZZZ. [BCD]"},
+    {41, 10, u"Reserviert [BINÄR]"},
+}};
+
+// Fills four lines from `first` on with the parts of the status.
+void AddStatusParts(EgkInfo& view, std::size_t first, QStringView status,
+                    const std::array<QStringView, StatusParts.size()>& captions) {
+  for (std::size_t part = 0; part < StatusParts.size(); ++part) {
+    const auto& [position, length, toolTip] = StatusParts[part];
+    view.lines[first + part] = {captions[part] + hex::Mid(status, position, length).toString(),
+                                toolTip};
+  }
+}
+
+void AddCardInfo(EgkInfo& view, const EgkData& egk) {
+  view.infoCaption = u"Stationäres Kartenterminal:";
+  view.infoCommand = u"ICC Info";
+  view.infoCommandToolTip = u"Informationen zur Chipkarte. ";
+
+  const QStringView iccsn = egk.iccsn;
+  const auto part = [iccsn](qsizetype position, qsizetype length) {
+    return hex::Mid(iccsn, position, length).toString();
+  };
+  auto& lines = view.lines;
+  lines[2].text = QStringLiteral("eGK EF.GDO: Integrated Circuit Card Serial Number (ICCSN)");
+  lines[3].text = u"ICC Serial Number:       " + QStringLiteral("0x") + iccsn;
+  lines[4].text = u"Major Industry Identifier: " + part(1, 2);
+  lines[5].text = u"Country Code:              " + QStringLiteral("  ") + part(3, 3);
+  lines[6].text = u"Issuer Identifier:         " + QStringLiteral("     ") + part(6, 5);
+  lines[7].text = u"Serial Number (SN):        " + QStringLiteral("          ") + part(11, 10);
+  lines[9].text =
+      QStringLiteral("eGK DF.HCA(Health Care Application) EF.StatusVD: VSD-Status-Container");
+  lines[10].text = u"Containerinhalt: " + QStringLiteral("0x") + egk.statusText;
+  AddStatusParts(view, 11, egk.statusText,
+                 {u"Status:            ", u"Timestamp:           ",
+                  u"Version:                                         ",
+                  u"Reserviert:                                                "});
+}
+
+// Characters of the approval number's data object on the line; the rest follows behind blanks.
+constexpr qsizetype ApprovalLineLength = 60;
+
+void AddStoredInfo(EgkInfo& view, const StatusDescriptor& stored) {
+  view.infoCaption = u"Mobiles Kartenterminal:";
+  view.infoCommand = u"VSD Info";
+  view.infoCommandToolTip = u"Informationen zum gespeicherten VSD-Status. ";
+
+  auto& lines = view.lines;
+  lines[2].text =
+      QStringLiteral("Gespeicherter VSD-Status-Datensatz aus dem mobilen Kartenterminal");
+  lines[3].text = u"VSDStatus: " + QStringLiteral("0x") + stored.statusText;
+  AddStatusParts(view, 4, stored.statusText,
+                 {u"Status:          ", u"Timestamp:         ",
+                  u"Version:                                       ",
+                  u"Reserviert:                                              "});
+
+  lines[9].text = QStringLiteral("+ die erweiterten Daten des VSD-Status-Datensates:");
+  const QString& date = stored.convertedDate.isEmpty() ? stored.storedDate : stored.convertedDate;
+  lines[10] = {u"Einlesedatum:     " + date, u"Einlesedatum: TTMMJJJJ"};
+  lines[11] = {u"TLV: " + QStringLiteral("0x") + stored.readingDate.tlv, u"TLV: TTMMJJJJ (ASCII)"};
+  lines[12] = {u"Zulassungsnummer: " + stored.approvalNumber,
+               u"Hersteller-ID;ProduktKürzel;Produktversion(=Firmwareversion:Hardwareversion)"};
+  const QString& tlv = stored.approval.tlv;
+  lines[13] = {
+      u"TLV: " + QStringLiteral("0x") + hex::Mid(tlv, 1, ApprovalLineLength) +
+          QStringLiteral("               ") + hex::From(tlv, ApprovalLineLength + 1),
+      u"TLV: Hersteller-ID;ProduktKürzel;Produktversion(=Firmwareversion:Hardwareversion)"};
+  lines[14].text = u"Prüfsumme XOR (TLV): " + QStringLiteral("0x") + stored.checksum.tag +
+                   stored.checksum.length + stored.checksumText;
+}
+
+}  // namespace
+
+EgkInfo EgkInfoOf(const TerminalInfo& info, const EgkData& egk) {
+  EgkInfo view;
+  for (const VsdKind kind : Kinds) view.lists[kind] = ListOf(kind, egk.documents[kind]);
+  view.xmlTexts = XmlTextsOf(egk);
+  if (info.IsMobile()) {
+    AddStoredInfo(view, egk.stored);
+  } else {
+    AddCardInfo(view, egk);
+  }
+  return view;
+}
+
+QString ValidationHelp() {
+  return Lines({
+      u"Für eine lokale Validierung muss MSXML 4.0 SP2 (Microsoft XML Basisdienste) "
+      u"auf Ihrem System installiert sein! ",
+      u"KartoCheck verwendet zur lokalen Validierung der XML Daten vorgegebene Schemas für "
+      u"UC_allgemeineVersicherungsdatenXML, "
+      u"UC_PersoenlicheVersichertendatenXML und "
+      u"UC_geschuetzteVersichertendatenXML, "
+      u"die das Attribut CDM_VERSION mit den fixen Wert 5.2.0 vorgeben.",
+      u"Zur Validierung können auch andere Schemas verwendet werden.",
+      u"1. Klicken Sie im Menü Datei auf Validierung.",
+      u"2. Klicken Sie im Menü Datei auf Neues Schema laden.",
+      u"3. Laden Sie eine entsprechende Schemadatei.",
+      u"4. Klicken Sie auf Anzeigefelder zurücksetzen.",
+      u"5. Klicken Sie auf Krankenversichertendaten lesen.",
+  });
+}
+
+}  // namespace kartocheck

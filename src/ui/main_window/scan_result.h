@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+
+#include <array>
+
+#include "discovery/terminal_info.h"
+#include "terminal/port_entry.h"
+#include "terminal/slot.h"
+
+namespace kartocheck {
+
+// Number of rows for COM 1 to COM 4.
+inline constexpr int ScanResultRows = 4;
+
+// A row of the result window. The texts leave gaps, over which the port number and the key symbol
+// are laid.
+struct ScanResultRow {
+  QString text{};
+  QString number{};       // of the port; empty in an empty row
+  bool showsKey = false;  // "Mit ... Taste fortfahren": the key symbol is shown
+  bool isCentered = false;
+};
+
+// What the result window shows after a full scan.
+struct ScanResult {
+  std::array<ScanResultRow, ScanResultRows> rows;
+  QString summary;  // terminals on further ports; empty where there are none
+};
+
+// furtherCount: number of terminals found on further ports.
+[[nodiscard]] ScanResult ScanResultOf(const PerSlot<TerminalInfo>& terminals,
+                                      const PerSlot<PortEntry>& ports, int furtherCount);
+
+}  // namespace kartocheck

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+#include <array>
+
+#include "terminal/slot.h"
+
+namespace kartocheck {
+
+// The rows of a status tab, top to bottom: port, baud rate, model, maker, CT type, software
+// version, output medium, PnP device.
+inline constexpr int StatusRowCount = 8;
+using StatusTab = std::array<QString, StatusRowCount>;
+
+inline constexpr std::array<QStringView, StatusRowCount> StatusRowLabels{
+    u"Serielle Schnittstelle:", u"Baudrate:",      u"PKT Modell:",    u"Hersteller:", u"CT-Typ:",
+    u"Software Version:",       u"Ausgabemedium:", u"PnP Device ID:",
+};
+
+// The label of a row, from 0, on the tab of a slot. A further port need not be a serial one.
+[[nodiscard]] inline QStringView StatusRowLabel(int slot, int row) {
+  if (slot == FurtherPortSlot && row == 0) return u"Schnittstelle:";
+  return StatusRowLabels.at(static_cast<std::size_t>(row));
+}
+
+}  // namespace kartocheck

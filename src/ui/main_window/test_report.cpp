@@ -1,0 +1,110 @@
+#include "ui/main_window/test_report.h"
+
+#include "discovery/port_names.h"
+
+namespace kartocheck {
+
+namespace {
+
+constexpr QStringView LineEnd = u"\r\n";
+// Width of the captions, in characters: the longest of a status tab and a blank.
+constexpr int CaptionWidth = 24;
+
+class ReportLines {
+ public:
+  void Heading(QStringView text) { Add(LineEnd + text.toString() + LineEnd); }
+  void Line(const QString& text) { Add(text + LineEnd); }
+  void Field(QStringView caption, const QString& value) {
+    if (value.isEmpty()) return;
+    Line(u"  " + caption.toString().leftJustified(CaptionWidth, u' ') + value);
+  }
+
+  [[nodiscard]] const QString& Text() const { return text_; }
+
+ private:
+  void Add(const QString& text) { text_ += text; }
+
+  QString text_;
+};
+
+QString Presence(const PortEntry& port) {
+  if (port.PortError) return QStringLiteral("gesperrt");
+  return port.PortPresent ? QStringLiteral("vorhanden") : QStringLiteral("nicht vorhanden");
+}
+
+QString TerminalKind(const TerminalInfo& info) {
+  if (!info.Answered) return QStringLiteral("keine Antwort");
+  return info.IsMobile() ? QStringLiteral("mobil") : QStringLiteral("stationär");
+}
+
+QString DataKind(const TerminalInfo& info) {
+  if (!info.DataRead) return QStringLiteral("nicht gelesen");
+  return info.EgkData ? QStringLiteral("eGK gelesen") : QStringLiteral("KVK gelesen");
+}
+
+QString NameOfSlot(int slot, const Bas_MKT_Test& module) {
+  if (slot < FurtherPortSlot) return PortName(slot);
+  return module.FurtherPort ? PortLine(*module.FurtherPort) : QString();
+}
+
+void AddPort(ReportLines& lines, int slot, const Bas_MKT_Test& module, const TestFlow& flow) {
+  const QString name = NameOfSlot(slot, module);
+  if (name.isEmpty()) return;
+  const PortEntry& port = module.Ports[slot];
+  const TerminalInfo& info = module.Terminals[slot];
+  lines.Line(name);
+  lines.Field(u"Anschluss:", Presence(port));
+  lines.Field(u"Leitungssignal:", port.LineState ? QStringLiteral("ja") : QStringLiteral("nein"));
+  lines.Field(u"Ergebnis der Prüfung:", QString::number(port.ScanResult));
+  const StatusTab values = flow.StatusTabOf(slot);
+  for (int row = 0; row < StatusRowCount; ++row) {
+    lines.Field(StatusRowLabel(slot, row), values.at(static_cast<std::size_t>(row)));
+  }
+  lines.Field(u"Terminal:", TerminalKind(info));
+  lines.Field(u"Daten:", DataKind(info));
+}
+
+// The lines of a message stand below each other, behind the time.
+void AddEntry(ReportLines& lines, const RunEntry& entry) {
+  QString margin = entry.time.toString(QStringLiteral("HH:mm:ss  "));
+  for (const QString& line : entry.text.split(LineEnd.toString())) {
+    lines.Line(margin + line);
+    margin.fill(u' ');
+  }
+}
+
+QString SchemaState(const ValidationSettings& validation, VsdKind kind) {
+  return validation.schemas[kind].Text().isEmpty() ? QStringLiteral("kein Schema")
+                                                   : QStringLiteral("Schema geladen");
+}
+
+}  // namespace
+
+QString TestReportText(const QDateTime& time, const ProgramFacts& facts, const Bas_MKT_Test& module,
+                       const TestFlow& flow, const RunRecorder& run) {
+  ReportLines lines;
+  lines.Line(QStringLiteral("Prüfbericht KartoCheck"));
+  lines.Field(u"Erstellt:", time.toString(QStringLiteral("dd.MM.yyyy HH:mm:ss")));
+  lines.Field(u"Version:", facts.version);
+  lines.Field(u"CT-API-Bibliothek:", facts.library);
+  lines.Field(u"Betriebssystem:", facts.system);
+  lines.Field(u"Validierung:", module.Validation.isOn ? QStringLiteral("eingeschaltet")
+                                                      : QStringLiteral("ausgeschaltet"));
+  for (const auto& [kind, caption] :
+       {std::pair(VsdKind::Pd, u"PD:"), {VsdKind::Vd, u"VD:"}, {VsdKind::Gvd, u"GVD:"}}) {
+    lines.Field(caption, SchemaState(module.Validation, kind));
+  }
+
+  lines.Heading(u"Schnittstellen");
+  for (int slot = 1; slot <= SlotCount; ++slot) AddPort(lines, slot, module, flow);
+
+  lines.Heading(u"Weitere Schnittstellen");
+  if (module.FurtherPorts.empty()) lines.Line(QStringLiteral("  keine"));
+  for (const int pn : module.FurtherPorts) lines.Line(u"  " + PortLine(pn));
+
+  lines.Heading(u"Statustexte und Meldungen");
+  for (const RunEntry& entry : run.Entries()) AddEntry(lines, entry);
+  return lines.Text();
+}
+
+}  // namespace kartocheck

@@ -1,0 +1,50 @@
+#include "gui/support/simulated_program.h"
+
+#include <QApplication>
+
+#include <cstdlib>
+
+#include "simulator/scenario.h"
+#include "ui/main_window/test_report.h"
+
+namespace kartocheck::test {
+
+namespace {
+
+constexpr int Noon = 12;
+
+}  // namespace
+
+QString ScenarioPath(const QString& name) {
+  return QStringLiteral(KARTOCHECK_SCENARIOS "/") + name;
+}
+
+SimulatedProgram::SimulatedProgram(const QString& scenario, const Form_MKT_Test::Options& options)
+    : Screen(window),
+      practice(ctapi::LoadScenario(ScenarioPath(scenario + u".json").toStdU16String())),
+      window(options),
+      recorder(window.Boxes(), window, [] { return QTime(Noon, 0); }),
+      module({.api = library,
+              .dialogs = recorder,
+              .display = recorder,
+              .eventLoop = eventLoop,
+              .serial = serial,
+              .directory = directory,
+              .terminate = [] { std::abort(); }}),
+      flow(module, recorder, recorder, window) {
+  window.Attach(flow);
+  window.OfferReport([this] { return Report(); });
+  window.show();
+  QApplication::setActiveWindow(&window);
+}
+
+QString SimulatedProgram::Report() const {
+  const QDateTime time(QDate(2024, 3, 5), QTime(Noon, 0));
+  return TestReportText(time,
+                        {.version = QStringLiteral("0.1.0"),
+                         .library = QStringLiteral("Simulation"),
+                         .system = QStringLiteral("Testsystem 1")},
+                        module, flow, recorder);
+}
+
+}  // namespace kartocheck::test

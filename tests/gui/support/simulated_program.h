@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+
+#include "app/bas_mkt_test.h"
+#include "gui/support/hooked_library.h"
+#include "gui/support/quick_event_loop.h"
+#include "gui/support/screen.h"
+#include "platform/ct_api_simulated.h"
+#include "platform/serial_port_simulated.h"
+#include "simulator/simulated_practice.h"
+#include "ui/form_mkt_test.h"
+#include "ui/main_window/run_recorder.h"
+#include "ui/main_window/test_flow.h"
+
+namespace kartocheck::test {
+
+// The program over a bundled practice of simulated terminals, put together as at its start.
+class SimulatedProgram : public Screen {
+ public:
+  // scenario: name of a bundled one.
+  explicit SimulatedProgram(const QString& scenario, const Form_MKT_Test::Options& options = {});
+
+  // What the test report says now.
+  [[nodiscard]] QString Report() const;
+
+  ctapi::SimulatedPractice practice;
+  CtApiSimulated simulated{practice};
+  HookedLibrary library{simulated};
+  SerialPortSimulated serial{practice};
+  PortDirectorySimulated directory{practice};
+  QuickEventLoop eventLoop;
+  Form_MKT_Test window;
+  RunRecorder recorder;
+  Bas_MKT_Test module;
+  TestFlow flow;
+};
+
+// The file of a bundled scenario, or of anything else beside them.
+[[nodiscard]] QString ScenarioPath(const QString& name);
+
+}  // namespace kartocheck::test

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QMap>
+
+#include "platform/port_directory.h"
+
+namespace kartocheck::test {
+
+// Knows of the ports what a test tells it, by port number.
+class FakePortDirectory final : public PortDirectory {
+ public:
+  [[nodiscard]] QString IdentificationOf(int pn) const override {
+    return identifications.value(pn);
+  }
+  [[nodiscard]] QString HintFor(int pn) const override { return hints.value(pn); }
+
+  QMap<int, QString> identifications;
+  QMap<int, QString> hints;
+};
+
+}  // namespace kartocheck::test
