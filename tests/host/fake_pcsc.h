@@ -20,6 +20,7 @@ class FakePcsc {
   struct Reader {
     bool HasCard = true;
     bool IsMute = false;
+    bool IsHeld = false;
     DWORD Events = 1;
     Bytes Atr = *BytesFromHex("3B 80 80 01 01");
     DWORD Protocol = SCARD_PROTOCOL_T1;
@@ -133,6 +134,7 @@ class FakePcsc {
     state.dwEventState = reader->second.Events << 16;
     state.dwEventState |= reader->second.HasCard ? SCARD_STATE_PRESENT : SCARD_STATE_EMPTY;
     if (reader->second.IsMute) state.dwEventState |= SCARD_STATE_MUTE;
+    if (reader->second.IsHeld) state.dwEventState |= SCARD_STATE_INUSE;
     return state.dwEventState == known ? SCARD_E_TIMEOUT : SCARD_S_SUCCESS;
   }
 

@@ -235,6 +235,26 @@ TEST_F(PcscdTest, ACardHeldByAnotherProgramIsRefused) {
   (void)api->ReleaseContext(context);
 }
 
+// The program with this library, from the sweep to the insured data.
+TEST_F(PcscdTest, TheProgramFindsTheReaderAndReadsTheEgk) {
+  InsertEgk();
+  ASSERT_TRUE(OpenReader());
+  ASSERT_TRUE(Eventually([this] { return Ask(1, "2013008000") == "8001019000"; }));
+  ASSERT_EQ(library_.Close(1), 0);
+  FILE* const program = ::popen(KARTOCHECK_PROGRAM " --console --json 2>/dev/null", "r");
+  ASSERT_NE(program, nullptr);
+  std::string report;
+  for (int c = std::fgetc(program); c != EOF; c = std::fgetc(program)) {
+    report += static_cast<char>(c);
+  }
+  EXPECT_EQ(::pclose(program), 0) << report;
+  EXPECT_NE(report.find("\"8192\""), std::string::npos) << report;
+  EXPECT_NE(report.find("80276001230000000017"), std::string::npos) << report;
+  EXPECT_NE(report.find("Größl-Öztürk"), std::string::npos) << report;
+  // One of the status check, 13 of every read, 2 for EF.GVD, and two pieces each of VD and PD.
+  EXPECT_EQ(card_->Commands().size(), 1U + 13 + 2 + 4);
+}
+
 TEST_F(PcscdTest, ASweepOverAllPortsTakesAtMostATenthOfASecond) {
   ASSERT_TRUE(OpenReader());
   ASSERT_EQ(library_.Close(1), 0);
