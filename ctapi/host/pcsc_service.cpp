@@ -193,12 +193,14 @@ PcscResult CardConnection::WarmReset() {
 
 PcscResult CardConnection::Transmit(ByteView command, Bytes& answer) {
   const SCARD_IO_REQUEST request{protocol_, sizeof(SCARD_IO_REQUEST)};
-  answer.resize(MAX_BUFFER_SIZE_EXTENDED);
-  auto length = static_cast<DWORD>(answer.size());
+  buffer_.resize(MAX_BUFFER_SIZE_EXTENDED);
+  auto length = static_cast<DWORD>(buffer_.size());
   const LONG code =
       api_.Transmit(handle_, &request, command.data(), static_cast<DWORD>(command.size()), nullptr,
-                    answer.data(), &length);
-  answer.resize(code == SCARD_S_SUCCESS ? std::min<std::size_t>(length, answer.size()) : 0);
+                    buffer_.data(), &length);
+  const std::size_t told = code == SCARD_S_SUCCESS ? length : 0;
+  const ByteView received = ByteView(buffer_).first(std::min(told, buffer_.size()));
+  answer.assign(received.begin(), received.end());
   return ResultOf(code);
 }
 

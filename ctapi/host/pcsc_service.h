@@ -99,6 +99,7 @@ class CardConnection {
   const PcscApi& api_;
   SCARDHANDLE handle_;
   DWORD protocol_;
+  Bytes buffer_;  // kept, since it has room for the longest answer of all
 };
 
 }  // namespace ctapi::host
