@@ -51,7 +51,7 @@ ElementGrid::ElementGrid(QWidget* parent) : QTableWidget(0, 2, parent) {
   horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   setColumnWidth(NameColumn, NameColumnTwips / TwipsPerPixel);
   setColumnWidth(ValueColumn, ValueColumnTwips / TwipsPerPixel);
-  setMinimumWidth((NameColumnTwips + ValueColumnTwips) / TwipsPerPixel);
+  setMinimumWidth(columnWidth(NameColumn) + columnWidth(ValueColumn) + 2 * frameWidth());
   setMinimumHeight(verticalHeader()->defaultSectionSize() * VisibleRows);
   AddCommands();
 }

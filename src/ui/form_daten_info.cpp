@@ -13,8 +13,6 @@ namespace kartocheck {
 
 namespace {
 
-// Height of a row, relative to the height of a line of text: the key is higher than a line.
-constexpr double RowHeight = 1.5;
 // The window is as wide as its longest text, and at least as many characters.
 constexpr int LeastCharacters = 60;
 
@@ -31,7 +29,6 @@ Form_DatenInfo::Form_DatenInfo(const ScanResult& result, QWidget* parent) : QDia
   auto* rows = new QVBoxLayout(frame);
   for (int row = 0; row < ScanResultRows; ++row) {
     auto* line = new ScanResultLine(row, frame);
-    line->setMinimumHeight(static_cast<int>(fontMetrics().height() * RowHeight));
     rows->addWidget(line);
     lines_.at(static_cast<std::size_t>(row)) = line;
   }

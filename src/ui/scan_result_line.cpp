@@ -15,7 +15,8 @@ namespace {
 constexpr QStringView BeforeNumber = u"An COM";
 constexpr QStringView BeforeKey = u"Mit";
 
-// The key's height, relative to the height of a line.
+// Height of a row and of the key in it, relative to the height of a line of text.
+constexpr double RowScale = 1.5;
 constexpr double KeyScale = 1.25;
 
 // Where the blanks behind `before` stand in a line of text, from its left edge; empty where the
@@ -69,6 +70,10 @@ void ScanResultLine::ShowRow(const ScanResultRow& row) {
   }
   Labe_DatenInfo1->setAccessibleName(spoken.simplified());
   PlaceOverGaps();
+}
+
+QSize ScanResultLine::sizeHint() const {
+  return {Labe_DatenInfo1->sizeHint().width(), static_cast<int>(fontMetrics().height() * RowScale)};
 }
 
 void ScanResultLine::PlaceOverGaps() {

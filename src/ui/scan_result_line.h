@@ -19,6 +19,9 @@ class ScanResultLine final : public QWidget {
 
   void ShowRow(const ScanResultRow& row);
 
+  [[nodiscard]] QSize sizeHint() const override;
+  [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;

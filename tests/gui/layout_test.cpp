@@ -79,11 +79,14 @@ TEST_F(LayoutTest, ButtonsCarryPictureAndToolTip) {
   EXPECT_EQ(pictures.size(), 6U);
 }
 
-TEST_F(LayoutTest, ButtonsOfMissingFeaturesAreDisabled) {
+TEST_F(LayoutTest, EveryButtonIsEnabledAtStart) {
   for (int index = 0; index < 6; ++index) {
     EXPECT_TRUE(program.Find(Member(u"CmdB_MKt_Test", index)).isEnabled()) << index;
   }
-  EXPECT_FALSE(program.Find(QStringLiteral("cmdeGK")).isEnabled());
+  const auto& egk = program.Find<QPushButton>(QStringLiteral("cmdeGK"));
+  EXPECT_TRUE(egk.isEnabled());
+  EXPECT_EQ(egk.text(), u"Info eGK Daten");
+  EXPECT_EQ(egk.toolTip(), u"Anzeige weiterer Daten der elektronischen Gesundheitskarte.");
 }
 
 TEST_F(LayoutTest, PortFrameOffersEveryPortAtStart) {
@@ -237,13 +240,18 @@ TEST_F(LayoutTest, MenusHaveTheirEntries) {
   EXPECT_FALSE(Entry(u"mnuValidierung").isChecked());
 }
 
-TEST_F(LayoutTest, MenuEntriesOfMissingFeaturesAreDisabled) {
+TEST_F(LayoutTest, EveryMenuEntryIsEnabledAtStart) {
   for (const auto* name : {u"mnuValidierung", u"mnuSchema_0", u"mnuSchema_1", u"mnuSchema_2",
-                           u"mnuBenutzerInformation", u"mnuInfo", u"mnuPruefbericht"}) {
-    EXPECT_FALSE(Entry(name).isEnabled()) << QStringView(name).toString().toStdString();
+                           u"mnuBenutzerInformation", u"mnuInfo", u"mnuBeenden"}) {
+    EXPECT_TRUE(Entry(name).isEnabled()) << QStringView(name).toString().toStdString();
   }
-  EXPECT_FALSE(program.Find(QStringLiteral("mnuSchema")).isEnabled());
-  EXPECT_TRUE(Entry(u"mnuBeenden").isEnabled());
+  EXPECT_TRUE(program.Find(QStringLiteral("mnuSchema")).isEnabled());
+}
+
+TEST_F(LayoutTest, AReportIsOfferedOnceThereIsOne) {
+  EXPECT_FALSE(Entry(u"mnuPruefbericht").isEnabled());
+  program.window.OfferReport([] { return QString(); });
+  EXPECT_TRUE(Entry(u"mnuPruefbericht").isEnabled());
 }
 
 TEST_F(LayoutTest, StatusBarHoldsTextAndProgress) {

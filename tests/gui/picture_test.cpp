@@ -16,9 +16,11 @@ struct PictureRow {
 };
 
 constexpr PictureRow Rows[] = {
-    {u"kartocheck", {64, 64}}, {u"product", {320, 200}}, {u"key", {30, 24}},
-    {u"full_scan", {40, 40}},  {u"diagnosis", {40, 40}}, {u"terminal_status", {40, 40}},
-    {u"read_card", {40, 40}},  {u"copy", {40, 40}},      {u"reset", {40, 40}},
+    {u"kartocheck", {64, 64}},   {u"product", {320, 200}}, {u"key", {30, 24}},
+    {u"full_scan", {40, 40}},    {u"diagnosis", {40, 40}}, {u"terminal_status", {40, 40}},
+    {u"read_card", {40, 40}},    {u"copy", {40, 40}},      {u"reset", {40, 40}},
+    {u"element_list", {24, 24}}, {u"xml_text", {24, 24}},  {u"chip_info", {24, 24}},
+    {u"help", {24, 24}},         {u"close", {24, 24}},
 };
 
 TEST(PictureTest, ExistsForEveryScaleFactor) {

@@ -89,8 +89,8 @@ TEST_F(RunRecorderTest, PassesEverythingOnUnchanged) {
 
 TEST_F(RunRecorderTest, KeepsOnlyTheLastOfALongRun) {
   const auto most = static_cast<int>(RunRecorder::MostEntries);
-  const auto text = [](int entry) {
-    return QString(QChar(entry % 2 + u'a')) + QString::number(entry);
+  const auto text = [](int entry) -> QString {
+    return QChar(entry % 2 == 0 ? u'a' : u'b') + QString::number(entry);
   };
   for (int entry = 0; entry < most + 3; ++entry) recorder.ShowStatusText(text(entry));
   EXPECT_EQ(recorder.Entries().size(), RunRecorder::MostEntries);
