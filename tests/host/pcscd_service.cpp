@@ -79,6 +79,9 @@ int Dial() {
   if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
     const int on = 1;
     (void)::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    // Closed with a reset: a killed driver's end must not go on occupying its port.
+    const linger reset{.l_onoff = 1, .l_linger = 0};
+    (void)::setsockopt(socket, SOL_SOCKET, SO_LINGER, &reset, sizeof reset);
     return socket;
   }
   ::close(socket);
@@ -147,7 +150,7 @@ VirtualCard::VirtualCard(Behaviour behaviour) : behaviour_(std::move(behaviour))
 
 VirtualCard::~VirtualCard() {
   if (!IsIn()) return;
-  ::shutdown(socket_, SHUT_RDWR);
+  ::shutdown(socket_, SHUT_RD);
   thread_.join();
   ::close(socket_);
 }

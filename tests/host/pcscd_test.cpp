@@ -198,6 +198,7 @@ TEST_F(PcscdTest, TheServiceKilledInTheMiddleIsTold) {
   EXPECT_EQ(Ask(0, SelectHca), "code -128");
   EXPECT_EQ(library_.Close(1), 0);
   EXPECT_EQ(library_.Init(1, FirstReader), code::HostError);
+  card_.reset();
   std::string reason;
   service_ = PcscdService::Start(reason);
   ASSERT_TRUE(service_) << reason;
