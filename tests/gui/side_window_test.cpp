@@ -19,6 +19,10 @@ struct SideWindowRow {
   const char16_t* entry;  // menu entry, or button
 };
 
+void PrintTo(const SideWindowRow& row, std::ostream* out) {
+  *out << QStringView(row.name).toString().toStdString();
+}
+
 constexpr SideWindowRow Rows[] = {
     {u"Form_FirstUser", u"mnuBenutzerInformation"},
     {u"Form_Info", u"mnuInfo"},
@@ -77,7 +81,9 @@ TEST_P(SideWindowTest, OpensAnew) {
   EXPECT_TRUE(again.isVisible());
 }
 
-INSTANTIATE_TEST_SUITE_P(Windows, SideWindowTest, testing::ValuesIn(Rows));
+INSTANTIATE_TEST_SUITE_P(Windows, SideWindowTest, testing::ValuesIn(Rows), [](const auto& row) {
+  return QStringView(row.param.name).toString().toStdString();
+});
 
 TEST(EgkSideWindowTest, RemembersNothing) {
   SimulatedProgram program(QStringLiteral("egk-beispiel"));
