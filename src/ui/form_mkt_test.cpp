@@ -110,7 +110,8 @@ void Form_MKT_Test::CreateFileMenu() {
 
   file->addSeparator();
   QAction* quit = AddEntry(file, QStringLiteral("mnuBeenden"), QStringLiteral("&Beenden"));
-  quit->setShortcut(QKeySequence(QKeySequence::Quit));
+  // Not every desktop has a standard key for this.
+  quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
   connect(quit, &QAction::triggered, this, &QWidget::close);
 }
 

@@ -9,9 +9,10 @@
 namespace {
 
 // What Qt's offscreen platform and a machine without a session have to say about themselves.
-constexpr std::array<QStringView, 3> Harmless{
+constexpr std::array<QStringView, 4> Harmless{
     u"This plugin does not support propagateSizeHints()",
     u"This plugin does not support raise()",
+    u"This plugin does not support grabbing the keyboard",
     u"QStandardPaths: XDG_RUNTIME_DIR not set",
 };
 

@@ -16,7 +16,11 @@ class HookedLibrary final : public CtApi {
   // Called with the number of the exchange, from 0.
   std::function<void(int)> beforeExchange;
 
+  // Called with the port's number before a link is opened.
+  std::function<void(int)> beforeInit;
+
   [[nodiscard]] std::int8_t Init(std::uint16_t ctn, std::uint16_t pn) override {
+    if (beforeInit) beforeInit(pn);
     return library_.Init(ctn, pn);
   }
 

@@ -38,6 +38,18 @@ QWidget& SideWindow(const QString& name) {
   return *window;
 }
 
+QWidget* FrontWindow() {
+  QWidget* front = QApplication::activeModalWidget();
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    const bool isOpen = window->isVisible() && window->windowType() == Qt::Window;
+    if (front == nullptr && isOpen) front = window;
+  }
+  if (front != nullptr && QApplication::activeWindow() != front) {
+    QApplication::setActiveWindow(front);
+  }
+  return front;
+}
+
 bool WaitUntil(const std::function<bool()>& condition) {
   return QTest::qWaitFor(condition, PatienceMs);
 }

@@ -37,6 +37,10 @@ class Screen {
 // none, or one of another name.
 [[nodiscard]] QWidget& SideWindow(const QString& name);
 
+// The window that a window manager would have brought to the front, with the keyboard's focus: the
+// modal one, or else the one that is open. Nothing where none is.
+[[nodiscard]] QWidget* FrontWindow();
+
 // Runs the event loop until the condition holds; false when it does not within a few seconds.
 [[nodiscard]] bool WaitUntil(const std::function<bool()>& condition);
 

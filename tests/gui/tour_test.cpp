@@ -1,0 +1,111 @@
+#include <QApplication>
+#include <QClipboard>
+#include <QGroupBox>
+#include <QLabel>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include "gui/support/box_answerer.h"
+#include "gui/support/simulated_program.h"
+#include "gui/support/window_visitor.h"
+#include "support/printing.h"
+
+// A tour with the keyboard alone: scan, read, copy, eGK window, exit. No control is named to press
+// it; the keys go to whatever has the focus.
+
+namespace kartocheck::test {
+namespace {
+
+void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+  QWidget* target = FrontWindow();
+  if (target != nullptr && target->focusWidget() != nullptr) target = target->focusWidget();
+  ASSERT_NE(target, nullptr);
+  QTest::keyClick(target, key, modifiers);
+}
+
+// Walks with the Tab key until the control of this name has the focus.
+void TabTo(const QString& name) {
+  for (int step = 0; step < 60; ++step) {
+    if (QApplication::focusWidget() != nullptr &&
+        QApplication::focusWidget()->objectName() == name) {
+      return;
+    }
+    Press(Qt::Key_Tab);
+  }
+  FAIL() << "no Tab key leads to " << name.toStdString();
+}
+
+// Qt shows a button pressed for a moment before it is clicked.
+void PressYes(QMessageBox& box) {
+  QTest::keyClick(&box, Qt::Key_J);
+  EXPECT_TRUE(WaitUntil([&] { return !box.isVisible(); }));
+}
+
+TEST(KeyboardTourTest, ScanReadCopyEgkWindowExit) {
+  SimulatedProgram program(QStringLiteral("praxis"));
+  const auto isIdle = [&] { return !program.module.Busy; };
+
+  {
+    const BoxAnswerer user({PressYes, PressKey(Qt::Key_Return)});
+    const WindowVisitor visitor(QStringLiteral("Form_DatenInfo"), [](QWidget& window) {
+      Press(Qt::Key_Return);
+      EXPECT_FALSE(window.isVisible());
+    });
+    Press(Qt::Key_P, Qt::AltModifier);
+    ASSERT_TRUE(WaitUntil([&] { return program.module.Terminals[1].DataRead && isIdle(); }));
+  }
+  EXPECT_EQ(program.Text(QStringLiteral("Labl_Wert_7")), u"Erika");
+
+  TabTo(QStringLiteral("Opti_Comx_0"));
+  Press(Qt::Key_Down);
+  EXPECT_EQ(program.module.SelectedPort, 2);
+  Press(Qt::Key_Z, Qt::AltModifier);
+  ASSERT_TRUE(WaitUntil([&] { return !program.module.Terminals[2].DataRead && isIdle(); }));
+  Press(Qt::Key_L, Qt::AltModifier);
+  ASSERT_TRUE(WaitUntil([&] { return program.module.Terminals[2].DataRead && isIdle(); }));
+  EXPECT_EQ(program.Text(QStringLiteral("Labl_Wert_7")), u"Jörg-Peter");
+
+  QApplication::clipboard()->clear();
+  Press(Qt::Key_K, Qt::AltModifier);
+  ASSERT_TRUE(WaitUntil([] { return !QApplication::clipboard()->text().isEmpty(); }));
+  EXPECT_EQ(QApplication::clipboard()->text().count(u'\n'), 16);
+
+  TabTo(QStringLiteral("Opti_Comx_1"));
+  Press(Qt::Key_Up);
+  TabTo(QStringLiteral("cmdeGK"));
+  Press(Qt::Key_Space);
+  {
+    QWidget& window = SideWindow(QStringLiteral("Form_egK_Info"));
+    // Tab leads to a group of buttons, the arrow keys through it.
+    TabTo(QStringLiteral("CmdB_VsdKind_0"));
+    Press(Qt::Key_Right);
+    EXPECT_EQ(Screen(window).Text(QStringLiteral("Label1")), u"Allgemeine Versicherungsdaten:\n");
+    TabTo(QStringLiteral("Command1"));
+    Press(Qt::Key_Right);
+    EXPECT_TRUE(Screen(window).Find(QStringLiteral("Text1")).isVisible());
+    Press(Qt::Key_Right);
+    EXPECT_TRUE(Screen(window).Find(QStringLiteral("Frame2")).isVisible());
+    Press(Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
+  }
+
+  BoxAnswerer user({PressKey(Qt::Key_Return)});
+  Press(Qt::Key_Q, Qt::ControlModifier);
+  EXPECT_FALSE(program.window.isVisible());
+}
+
+TEST(KeyboardTourTest, TheMenusOpenWithTheirMnemonics) {
+  SimulatedProgram program(QStringLiteral("leer"));
+  Press(Qt::Key_H, Qt::AltModifier);
+  ASSERT_TRUE(WaitUntil([] { return QApplication::activePopupWidget() != nullptr; }));
+  QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_O);
+  SideWindow(QStringLiteral("Form_Info")).close();
+  Press(Qt::Key_D, Qt::AltModifier);
+  ASSERT_TRUE(WaitUntil([] { return QApplication::activePopupWidget() != nullptr; }));
+  QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_V);
+  EXPECT_TRUE(program.flow.IsValidating());
+}
+
+}  // namespace
+}  // namespace kartocheck::test
