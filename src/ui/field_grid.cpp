@@ -56,8 +56,6 @@ QScrollArea* Scrolling(FieldGrid* grid, QWidget* parent) {
   area->setFrameShape(QFrame::NoFrame);
   area->setWidgetResizable(true);
   area->setFocusPolicy(Qt::NoFocus);
-  // Its size comes from the area; measuring all fields here would be for nothing.
-  grid->setAttribute(Qt::WA_Resized);
   area->setWidget(grid);
   area->viewport()->setAutoFillBackground(false);
   grid->setAutoFillBackground(false);
