@@ -8,12 +8,13 @@ run_packages=(
   cmake ninja-build g++ ccache
   qt6-base-dev qt6-serialport-dev qt6-translations-l10n libgl-dev
   librsvg2-bin
-  libxml2-dev zlib1g-dev nlohmann-json3-dev
+  libxml2-dev zlib1g-dev nlohmann-json3-dev libpcsclite-dev pkg-config
 )
 test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   clang libclang-rt-dev clang-format
   libxml2-utils fonts-dejavu-core
+  pcscd vsmartcard-vpcd
 )
 
 packages=("${run_packages[@]}")

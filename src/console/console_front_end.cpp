@@ -1,8 +1,6 @@
 #include "console/console_front_end.h"
 
-#include <istream>
 #include <ostream>
-#include <string>
 #include <utility>
 
 #include "console/text_report.h"
@@ -39,11 +37,12 @@ Answer Refusal(Buttons buttons) {
 
 }  // namespace
 
-ConsoleFrontEnd::ConsoleFrontEnd(std::ostream& messages, StoredRecords storedRecords)
-    : out_(messages), storedRecords_(storedRecords) {}
+ConsoleFrontEnd::ConsoleFrontEnd(std::ostream& messages, StatusLine statusLine,
+                                 StoredRecords storedRecords)
+    : out_(messages), statusLine_(statusLine), storedRecords_(storedRecords) {}
 
-ConsoleFrontEnd::ConsoleFrontEnd(std::ostream& messages, std::istream& answers)
-    : out_(messages), answers_(&answers) {}
+ConsoleFrontEnd::ConsoleFrontEnd(std::ostream& messages, StatusLine statusLine, LineSource answers)
+    : out_(messages), statusLine_(statusLine), answers_(std::move(answers)) {}
 
 std::vector<ReportedMessage> ConsoleFrontEnd::TakeMessages() {
   return std::exchange(messages_, {});
@@ -56,8 +55,8 @@ void ConsoleFrontEnd::Tell(Icon icon, const QString& title, const QString& text)
 
 Answer ConsoleFrontEnd::Ask(const Question& question) {
   Write(question.title, question.text);
-  const Answer answer = answers_ == nullptr ? SafeAnswer(question) : AskPerson(question);
-  if (answers_ == nullptr) out_ << "-> " << Printable(AnswerText(answer).toString()) << std::endl;
+  const Answer answer = answers_ ? AskPerson(question) : SafeAnswer(question);
+  if (!answers_) out_ << "-> " << Printable(AnswerText(answer).toString()) << std::endl;
   messages_.push_back({.icon = question.icon,
                        .title = question.title,
                        .text = question.text,
@@ -74,16 +73,16 @@ Answer ConsoleFrontEnd::SafeAnswer(const Question& question) const {
 
 Answer ConsoleFrontEnd::AskPerson(const Question& question) {
   const char* const keys = IsConfirming(question.preselected) ? " [J/n] " : " [j/N] ";
-  std::string line;
   while (true) {
     out_ << Printable(AnswerText(Confirmation(question.buttons)) + u" / " +
                       AnswerText(Refusal(question.buttons)))
          << keys << std::flush;
-    if (!std::getline(*answers_, line)) {
+    const std::optional<std::string> line = answers_();
+    if (!line) {
       out_ << std::endl;
       return Refusal(question.buttons);
     }
-    const QString reply = QString::fromStdString(line).trimmed().toLower();
+    const QString reply = QString::fromStdString(*line).trimmed().toLower();
     if (reply.isEmpty()) return question.preselected;
     if (reply == u"j" || reply == u"ja") return Confirmation(question.buttons);
     if (reply == u"n" || reply == u"nein") return Refusal(question.buttons);
@@ -91,7 +90,18 @@ Answer ConsoleFrontEnd::AskPerson(const Question& question) {
 }
 
 void ConsoleFrontEnd::ShowStatusText(const QString& text) {
-  out_ << Printable(text) << std::endl;
+  if (text.isEmpty()) return;
+  if (statusLine_ == StatusLine::Kept) {
+    out_ << Printable(text) << std::endl;
+    return;
+  }
+  // Blanks cover what a longer text before has left.
+  out_ << '\r' << Printable(text.leftJustified(statusWidth_)) << std::flush;
+  statusWidth_ = text.size();
+}
+
+void ConsoleFrontEnd::EndStatusLine() {
+  if (std::exchange(statusWidth_, 0) > 0) out_ << std::endl;
 }
 
 bool ConsoleFrontEnd::ShowFrameX(int frame) {
@@ -99,6 +109,7 @@ bool ConsoleFrontEnd::ShowFrameX(int frame) {
 }
 
 void ConsoleFrontEnd::Write(const QString& title, const QString& text) {
+  EndStatusLine();
   const QString prefix = title.trimmed() + u": ";
   const QString continuation = u'\n' + QString(prefix.size(), u' ');
   const QString lines = QString(text).trimmed().replace(QStringLiteral("\r\n"), continuation);

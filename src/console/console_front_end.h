@@ -1,6 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <iosfwd>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "console/port_report.h"
@@ -13,16 +16,29 @@ namespace kartocheck {
 // Whether records of mobile terminals may be read, which erases them there.
 enum class StoredRecords { Keep, Erase };
 
+// What becomes of a status text when the next one comes. A sweep over the ports writes hundreds.
+enum class StatusLine {
+  Kept,         // one line each
+  Overwritten,  // on a terminal: they share a line
+};
+
+// The next line that a person types; nothing at the end of the input.
+using LineSource = std::function<std::optional<std::string>()>;
+
 // The front end without a window: status texts and messages go to a stream as lines. Without a
 // person, questions get the safe answer, No or Cancel; only the warning that a stored record will
 // be erased is agreed to, where the caller allows it. With one, they are asked: j or n, Enter takes
 // the preselected answer, and the end of the input means No or Cancel.
 class ConsoleFrontEnd final : public Dialogs, public Display, public FrontEnd {
  public:
-  ConsoleFrontEnd(std::ostream& messages, StoredRecords storedRecords);
+  ConsoleFrontEnd(std::ostream& messages, StatusLine statusLine, StoredRecords storedRecords);
 
-  // Asks a person, who answers on `answers`.
-  ConsoleFrontEnd(std::ostream& messages, std::istream& answers);
+  // Asks a person.
+  ConsoleFrontEnd(std::ostream& messages, StatusLine statusLine, LineSource answers);
+
+  // Ends a line that the next status text would overwrite. To be called before anything else is
+  // written to the terminal.
+  void EndStatusLine();
 
   // The boxes since the last call.
   [[nodiscard]] std::vector<ReportedMessage> TakeMessages();
@@ -57,8 +73,10 @@ class ConsoleFrontEnd final : public Dialogs, public Display, public FrontEnd {
   [[nodiscard]] Answer AskPerson(const Question& question);
 
   std::ostream& out_;
+  StatusLine statusLine_;
   StoredRecords storedRecords_ = StoredRecords::Keep;
-  std::istream* answers_ = nullptr;  // none without a person
+  LineSource answers_;         // none without a person
+  qsizetype statusWidth_ = 0;  // characters on a line that is not ended
   int frame_ = -1;
   std::vector<ReportedMessage> messages_;
 };

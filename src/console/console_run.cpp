@@ -41,7 +41,9 @@ class ConsoleScan {
     if (module_.ExitRequested) return;
     flow_.ScanPort(pn);
     reports_.push_back(ReportOf(pn, module_, frontEnd_));
-    if (!options_.json) WritePort(out_, reports_.back());
+    if (options_.json) return;
+    frontEnd_.EndStatusLine();
+    WritePort(out_, reports_.back());
   }
 
   void LookAtAll() {
@@ -82,6 +84,7 @@ int RunConsole(const ConsoleOptions& options, Bas_MKT_Test& module, ConsoleFront
   } else {
     scan.LookAtAll();
   }
+  frontEnd.EndStatusLine();
   if (options.json) {
     out << JsonReport(scan.Reports()).toStdString();
   } else {
@@ -102,6 +105,7 @@ int RunConsoleDiagnosis(int pn, Bas_MKT_Test& module, ConsoleFrontEnd& frontEnd,
   }
   flow.Button(static_cast<int>(Action::Diagnosis));
   const std::vector<PortReport> reports{ReportOf(pn, module, frontEnd)};
+  frontEnd.EndStatusLine();
   out << '\n';
   WritePort(out, reports.front());
   return ExitStatusOf(reports);

@@ -18,7 +18,7 @@ inline constexpr int UsageOrFatal = 3;
 
 struct ConsoleOptions {
   bool json = false;
-  std::optional<int> port;  // only this port: 1 to 256 or 8192 to 8447
+  std::optional<int> port{};  // only this port: 1 to 256 or 8192 to 8447
 };
 
 // Checks the ports, identifies the terminals, reads what can be read and reports on `out`: the port

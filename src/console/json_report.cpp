@@ -141,6 +141,19 @@ QJsonObject ReportJson(const PortReport& report) {
   };
 }
 
+// Control characters that JSON need not escape, but that drive a terminal (DEL and C1, ECMA-48).
+QByteArray WithoutControls(const QByteArray& json) {
+  QString text;
+  for (const QChar character : QString::fromUtf8(json)) {
+    if (character != u'\n' && character.category() == QChar::Other_Control) {
+      text += QStringLiteral("\\u%1").arg(int{character.unicode()}, 4, 16, QLatin1Char('0'));
+    } else {
+      text += character;
+    }
+  }
+  return text.toUtf8();
+}
+
 }  // namespace
 
 QByteArray JsonReport(const std::vector<PortReport>& reports) {
@@ -148,12 +161,12 @@ QByteArray JsonReport(const std::vector<PortReport>& reports) {
   for (const PortReport& report : reports) {
     ports.insert(QString::number(report.pn), ReportJson(report));
   }
-  return QJsonDocument(QJsonObject{
-                           {QStringLiteral("program"), QStringLiteral("KartoCheck")},
-                           {QStringLiteral("version"), QCoreApplication::applicationVersion()},
-                           {QStringLiteral("ports"), ports},
-                       })
-      .toJson();
+  const QJsonDocument document(QJsonObject{
+      {QStringLiteral("program"), QStringLiteral("KartoCheck")},
+      {QStringLiteral("version"), QCoreApplication::applicationVersion()},
+      {QStringLiteral("ports"), ports},
+  });
+  return WithoutControls(document.toJson());
 }
 
 }  // namespace kartocheck

@@ -5,6 +5,7 @@
 #include <functional>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app/bas_mkt_test.h"
@@ -17,6 +18,7 @@
 #include "platform/qt_serial_port.h"
 #include "platform/serial_devices.h"
 #include "platform/serial_port_simulated.h"
+#include "platform/standard_streams.h"
 #include "platform/termination_signal.h"
 #include "simulator/scenario.h"
 #if defined(KARTOCHECK_WITH_WINDOW)
@@ -96,12 +98,27 @@ QStringList SchemaDirectories(const CommandLine& line) {
                               : DataDirectories(QCoreApplication::applicationDirPath());
 }
 
+StatusLine StatusLineOn(StandardStream stream) {
+  return IsTerminal(stream) ? StatusLine::Overwritten : StatusLine::Kept;
+}
+
 int RunConsoleFrontEnd(const CommandLine& line, Outside& outside) {
   QtEventLoop eventLoop;
+  bool endRequested = false;
+  const LineSource answers = [&]() -> std::optional<std::string> {
+    // Whoever asks the program to end does not want to answer first.
+    while (!endRequested && !WaitForInput()) eventLoop.Yield();
+    std::string answer;
+    if (endRequested || !std::getline(std::cin, answer)) return std::nullopt;
+    // A terminal shows what is typed by itself.
+    if (!IsTerminal(StandardStream::Input)) std::cout << answer << '\n';
+    return answer;
+  };
   ConsoleFrontEnd frontEnd =
-      line.diagnose ? ConsoleFrontEnd(std::cout, std::cin)
-                    : ConsoleFrontEnd(std::cerr, line.eraseRecords ? StoredRecords::Erase
-                                                                   : StoredRecords::Keep);
+      line.diagnose
+          ? ConsoleFrontEnd(std::cout, StatusLineOn(StandardStream::Output), answers)
+          : ConsoleFrontEnd(std::cerr, StatusLineOn(StandardStream::Error),
+                            line.eraseRecords ? StoredRecords::Erase : StoredRecords::Keep);
   Bas_MKT_Test module({.api = outside.Api(),
                        .dialogs = frontEnd,
                        .display = frontEnd,
@@ -111,7 +128,7 @@ int RunConsoleFrontEnd(const CommandLine& line, Outside& outside) {
                        .terminate = TerminateNow});
   LoadSchemas(module.Validation, SchemaDirectories(line));
   module.Validation.isOn = line.validate;
-  const TerminationSignal signal([&] { module.ExitRequested = true; });
+  const TerminationSignal signal([&] { module.ExitRequested = endRequested = true; });
   if (line.diagnose) return RunConsoleDiagnosis(*line.diagnose, module, frontEnd, std::cout);
   return RunConsole({.json = line.json, .port = line.port}, module, frontEnd, std::cout);
 }

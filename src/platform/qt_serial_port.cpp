@@ -24,7 +24,10 @@ constexpr int LastComNumber = 4;
 
 }  // namespace
 
-QtSerialPort::QtSerialPort(ComTable table) : table_(std::move(table)) {}
+QtSerialPort::QtSerialPort(ComTable table) : table_(std::move(table)) {
+  QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
+                   [this](QSerialPort::SerialPortError error) { NoteError(error); });
+}
 
 void QtSerialPort::Open(int comNumber) {
   const auto device = table_.constFind(comNumber);
@@ -37,77 +40,95 @@ void QtSerialPort::Open(int comNumber) {
   port_.setDataBits(QSerialPort::Data8);
   port_.setStopBits(QSerialPort::OneStop);
   port_.setFlowControl(QSerialPort::NoFlowControl);
+  isLost_ = false;
   if (!port_.open(QIODevice::ReadWrite)) Throw(StateOfDevice(*device));
 }
 
 void QtSerialPort::Close() noexcept {
   if (port_.isOpen()) port_.close();
-  port_.clearError();
 }
 
 void QtSerialPort::SetSettings(QStringView settings) {
   const auto fields = settings.split(u',');
   const int baud = fields.value(0).toInt();
   const QStringView parity = fields.value(1);
-  port_.setBaudRate(baud);
-  port_.setParity(parity == u"E"   ? QSerialPort::EvenParity
-                  : parity == u"O" ? QSerialPort::OddParity
-                                   : QSerialPort::NoParity);
-  ThrowOnLoss();
+  Use([&] {
+    port_.setBaudRate(baud);
+    port_.setParity(parity == u"E"   ? QSerialPort::EvenParity
+                    : parity == u"O" ? QSerialPort::OddParity
+                                     : QSerialPort::NoParity);
+  });
 }
 
 void QtSerialPort::SetDtr(bool on) {
-  port_.setDataTerminalReady(on);
-  ThrowOnLoss();
+  Use([&] { port_.setDataTerminalReady(on); });
 }
 
 void QtSerialPort::SetRts(bool on) {
-  port_.setRequestToSend(on);
-  ThrowOnLoss();
+  Use([&] { port_.setRequestToSend(on); });
 }
 
 bool QtSerialPort::ReadDsr() {
-  const auto lines = port_.pinoutSignals();
-  ThrowOnLoss();
-  return lines.testFlag(QSerialPort::DataSetReadySignal);
+  bool isSet = false;
+  Use([&] { isSet = port_.pinoutSignals().testFlag(QSerialPort::DataSetReadySignal); });
+  return isSet;
 }
 
 void QtSerialPort::EmptyReceiveBuffer() {
-  port_.clear(QSerialPort::Input);
-  ThrowOnLoss();
+  Use([&] { port_.clear(QSerialPort::Input); });
 }
 
 void QtSerialPort::Send(QByteArrayView bytes) {
-  port_.write(bytes.data(), bytes.size());
-  port_.flush();
-  ThrowOnLoss();
+  Use([&] {
+    port_.write(bytes.data(), bytes.size());
+    port_.flush();
+  });
 }
 
 QByteArray QtSerialPort::Received() {
-  ThrowOnLoss();
-  return port_.readAll();
+  QByteArray bytes;
+  Use([&] { bytes = port_.readAll(); });
+  return bytes;
+}
+
+// Also errors that come while the event loop runs between two calls count.
+template <typename Call>
+void QtSerialPort::Use(Call call) {
+  ThrowWhereLost();
+  call();
+  ThrowWhereLost();
+}
+
+void QtSerialPort::ThrowWhereLost() const {
+  if (isLost_ || !port_.isOpen()) throw SerialPortError(SerialPortError::Other, "port lost");
 }
 
 // A device without modem lines refuses to set or tell them; that is no failure. One that is gone
-// answers with a resource error.
-void QtSerialPort::ThrowOnLoss() {
-  const QSerialPort::SerialPortError error = port_.error();
-  port_.clearError();
-  if (error == QSerialPort::ResourceError || error == QSerialPort::DeviceNotFoundError ||
-      !port_.isOpen()) {
-    throw SerialPortError(SerialPortError::Other, "port lost");
-  }
+// fails to be read and written.
+void QtSerialPort::NoteError(QSerialPort::SerialPortError error) {
+  using Error = QSerialPort::SerialPortError;
+  const bool isLoss = error == Error::ResourceError || error == Error::DeviceNotFoundError ||
+                      error == Error::ReadError || error == Error::WriteError;
+  if (!isLoss || isLost_) return;
+  isLost_ = true;
+  // A lost device reports itself as readable without end. It cannot be closed from its own signal.
+  QMetaObject::invokeMethod(
+      &port_,
+      [this] {
+        if (isLost_) Close();
+      },
+      Qt::QueuedConnection);
 }
 
 SerialPortDirectory::SerialPortDirectory(const std::vector<SerialDevice>& devices, ComTable table)
     : table_(std::move(table)) {
   for (const SerialDevice& device : devices) {
-    identifications_.insert(device.path, device.identification);
+    identifications_.insert(DeviceFileOf(device.path), device.identification);
   }
 }
 
 QString SerialPortDirectory::IdentificationOf(int pn) const {
-  return identifications_.value(table_.value(pn));
+  return identifications_.value(DeviceFileOf(table_.value(pn)));
 }
 
 QString SerialPortDirectory::HintFor(int pn) const {

@@ -24,10 +24,14 @@ class QtSerialPort final : public SerialPort {
   [[nodiscard]] QByteArray Received() override;
 
  private:
-  void ThrowOnLoss();
+  template <typename Call>
+  void Use(Call call);
+  void ThrowWhereLost() const;
+  void NoteError(QSerialPort::SerialPortError error);
 
   ComTable table_;
   QSerialPort port_;
+  bool isLost_ = false;  // the device went away while the port was open
 };
 
 // What the machine knows of its serial ports.

@@ -1,5 +1,6 @@
 #include "platform/serial_devices.h"
 
+#include <QFileInfo>
 #include <QStringList>
 
 #include <algorithm>
@@ -7,12 +8,18 @@
 
 namespace kartocheck {
 
+QString DeviceFileOf(const QString& path) {
+  const QString file = QFileInfo(path).canonicalFilePath();
+  return file.isEmpty() ? path : file;
+}
+
 ComTable MakeComTable(const std::vector<SerialDevice>& devices, const ComTable& overrides) {
   ComTable table = overrides;
-  const QList<QString> taken = overrides.values();
+  QStringList taken;
+  for (const QString& path : overrides) taken.append(DeviceFileOf(path));
   std::vector<SerialDevice> others;
   for (const SerialDevice& device : devices) {
-    if (taken.contains(device.path)) continue;
+    if (taken.contains(DeviceFileOf(device.path))) continue;
     if (device.builtInNumber && !table.contains(*device.builtInNumber)) {
       table.insert(*device.builtInNumber, device.path);
     } else if (!device.builtInNumber) {

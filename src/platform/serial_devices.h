@@ -22,9 +22,12 @@ using ComTable = QMap<int, QString>;
 // The serial devices behind which there is hardware, in no particular order.
 [[nodiscard]] std::vector<SerialDevice> FindSerialDevices();
 
+// The device file that a path leads to: devices are known by links as well (/dev/serial/by-id).
+[[nodiscard]] QString DeviceFileOf(const QString& path);
+
 // COM n is the built-in port n where there is one; the free numbers from 1 on go to the USB devices
 // in the order of their identification. Overrides come first: their number is taken, and their
-// device gets no other.
+// device gets no other, by whatever link it is named.
 [[nodiscard]] ComTable MakeComTable(const std::vector<SerialDevice>& devices,
                                     const ComTable& overrides);
 

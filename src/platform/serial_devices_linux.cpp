@@ -102,13 +102,13 @@ bool IsHeld(int descriptor) {
   return false;
 }
 
-// The lock file by which older serial programs tell each other that they use a port. One whose
-// process is gone counts for nothing.
+// The lock file by which serial programs tell each other that they use a port. The first line is the
+// number of the process; one that is gone counts for nothing.
 bool HasLockFile(const QString& path) {
-  QFile lock(u"/var/lock/LCK.." + QFileInfo(path).fileName());
+  QFile lock(u"/var/lock/LCK.." + QFileInfo(DeviceFileOf(path)).fileName());
   if (!lock.open(QIODevice::ReadOnly)) return false;
   bool isNumber = false;
-  const int process = lock.readAll().trimmed().toInt(&isNumber);
+  const int process = lock.readLine().trimmed().toInt(&isNumber);
   return isNumber && process > 0 && QFileInfo::exists(u"/proc/" + QString::number(process));
 }
 
@@ -124,7 +124,8 @@ std::vector<SerialDevice> FindSerialDevices() {
   }
   if (!HasOtherPorts()) return devices;
   for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts()) {
-    if (!info.hasVendorIdentifier()) continue;
+    // Built-in ports on a PCI card have a vendor too.
+    if (!info.hasVendorIdentifier() || info.portName().startsWith(u"ttyS")) continue;
     devices.push_back({.path = info.systemLocation(),
                        .builtInNumber = {},
                        .identification = IdentificationOf(info)});

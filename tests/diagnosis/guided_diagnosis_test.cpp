@@ -8,6 +8,7 @@
 #include "support/fake_dialogs.h"
 #include "support/fake_display.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -174,7 +175,8 @@ INSTANTIATE_TEST_SUITE_P(
                         {AskedBox(CableQuestion), AskedBox(PowerQuestion), AskedBox(FormatQuestion),
                          AskedBox(BaudQuestion), ToldBox(Icon::Exclamation, ClosingText)},
                         {Cable, Power, Format, Baud},
-                        "terminal status"}));
+                        "terminal status"}),
+    SentenceName());
 
 }  // namespace
 }  // namespace kartocheck::test

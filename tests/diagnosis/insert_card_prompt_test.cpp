@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -78,7 +79,8 @@ INSTANTIATE_TEST_SUITE_P(
                     PromptRow{"in the diagnosis a mobile terminal is offered Cancel",
                               InsertCardPromptOfDiagnosis, 3, true, Mobile, u"3) ", Cancel},
                     PromptRow{"in the diagnosis of a further port", InsertCardPromptOfDiagnosis,
-                              8192, false, Fixed, u"8192) ", Ok}));
+                              8192, false, Fixed, u"8192) ", Ok}),
+    SentenceName());
 
 }  // namespace
 }  // namespace kartocheck::test

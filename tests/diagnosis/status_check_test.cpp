@@ -11,6 +11,7 @@
 #include "support/faulty_api.h"
 #include "support/link_fixture.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -112,7 +113,8 @@ INSTANTIATE_TEST_SUITE_P(
                     StatusRow{.sentence = "a mobile terminal is advised like a fixed one",
                               .known = {.mobile = true},
                               .script = "open 1 -> -10",
-                              .box = NotSwitchedOn}));
+                              .box = NotSwitchedOn}),
+    SentenceName());
 
 INSTANTIATE_TEST_SUITE_P(
     Request, StatusCheckTest,
@@ -131,7 +133,8 @@ INSTANTIATE_TEST_SUITE_P(
         StatusRow{.sentence = "6D00", .script = Requested("6D 00")},
         StatusRow{.sentence = "6202 is not 6201", .script = Requested("62 02")},
         StatusRow{.sentence = "9002 is not 9001", .script = Requested("90 02")},
-        StatusRow{.sentence = "6901 is not 6900", .script = Requested("69 01")}));
+        StatusRow{.sentence = "6901 is not 6900", .script = Requested("69 01")}),
+    SentenceName());
 
 INSTANTIATE_TEST_SUITE_P(
     CardPresent, StatusCheckTest,
@@ -179,7 +182,8 @@ INSTANTIATE_TEST_SUITE_P(
                     StatusRow{.sentence = "a further port",
                               .script = Selected("62 01", "90 00", 8192),
                               .result = 1,
-                              .pn = 8192}));
+                              .pn = 8192}),
+    SentenceName());
 
 INSTANTIATE_TEST_SUITE_P(
     NoCard, StatusCheckTest,
@@ -213,7 +217,8 @@ INSTANTIATE_TEST_SUITE_P(
                               .script = Selected("62 00", "69 00"),
                               .selectRefused = true},
                     StatusRow{.sentence = "a select that fails",
-                              .script = Selected("62 00", "-> -8")}));
+                              .script = Selected("62 00", "-> -8")}),
+    SentenceName());
 
 INSTANTIATE_TEST_SUITE_P(NotAllowed, StatusCheckTest,
                          testing::Values(StatusRow{.sentence = "a fixed terminal in its menu",
@@ -229,7 +234,8 @@ INSTANTIATE_TEST_SUITE_P(NotAllowed, StatusCheckTest,
                                                    .known = {.mobile = true},
                                                    .script = Requested("69 00"),
                                                    .result = 1,
-                                                   .box = Locked}));
+                                                   .box = Locked}),
+                         SentenceName());
 
 TEST(StatusCheckLinkTest, ALinkThatIsStillOpenIsClosedFirst) {
   Dialogue dialogue("open 3\nclose\n" + Requested("6D 00"));

@@ -12,6 +12,7 @@
 #include "support/fake_serial_port.h"
 #include "support/link_fixture.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -270,7 +271,8 @@ INSTANTIATE_TEST_SUITE_P(
                           .AvailText = u"Unbekannt! ",
                           .PortPresent = true,
                           .ScanResult = 5},
-                 .info = Model(u"Unbekanntes Gerät?! ")}));
+                 .info = Model(u"Unbekanntes Gerät?! ")}),
+    SentenceName());
 
 INSTANTIATE_TEST_SUITE_P(
     UnusablePort, CheckPortTest,
@@ -299,7 +301,8 @@ INSTANTIATE_TEST_SUITE_P(
                  .port = {.PortText = u"PortOpen Fehlermeldung!!!",
                           .PortPresent = true,
                           .PortError = true,
-                          .ScanResult = 3}}));
+                          .ScanResult = 3}}),
+    SentenceName());
 
 INSTANTIATE_TEST_SUITE_P(
     WithLineSignal, CheckPortTest,
@@ -384,7 +387,8 @@ INSTANTIATE_TEST_SUITE_P(
                           .PortPresent = true,
                           .LineState = true,
                           .ScanResult = -1},
-                 .info = Model(u"Unbekanntes Gerät?! ")}));
+                 .info = Model(u"Unbekanntes Gerät?! ")}),
+    SentenceName());
 
 TerminalInfo UsbCableOmega() {
   TerminalInfo info = Omega();
@@ -465,7 +469,8 @@ INSTANTIATE_TEST_SUITE_P(
                  .port = {.PortText = u"Ist verfügbar!",
                           .SettingsFound = true,
                           .PortPresent = true,
-                          .ScanResult = 5}}));
+                          .ScanResult = 5}}),
+    SentenceName());
 
 // The end of an open link: RESET CT, then close.
 TEST(CheckPortOrderTest, ALinkStillOpenIsEndedBetweenProbeAndOpen) {

@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -38,7 +39,8 @@ INSTANTIATE_TEST_SUITE_P(
         NameRow{"USB devices count from 1", 8192, u"USB Device 1", u"USB Device 1 (CTAPI pn=8192)"},
         NameRow{"the last USB device", 8447, u"USB Device 256", u"USB Device 256 (CTAPI pn=8447)"},
         NameRow{"the number behind the USB devices is of unknown kind", 8448, u"?Device 8448",
-                u"?Device 8448 (CTAPI pn=8448)"}));
+                u"?Device 8448 (CTAPI pn=8448)"}),
+    SentenceName());
 
 }  // namespace
 }  // namespace kartocheck::test

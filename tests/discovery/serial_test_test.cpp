@@ -7,6 +7,7 @@
 #include "support/fake_event_loop.h"
 #include "support/fake_serial_port.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 
 namespace kartocheck::test {
 namespace {
@@ -117,7 +118,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(ErrorRow{"8002: there is no such port", 8002, SerialTest::NotPresent},
                     ErrorRow{"8005: another program holds the port", 8005, SerialTest::InUse},
                     ErrorRow{"70: the user may not open the port", 70, SerialTest::Failed},
-                    ErrorRow{"8000: anything else", 8000, SerialTest::Failed}));
+                    ErrorRow{"8000: anything else", 8000, SerialTest::Failed}),
+    SentenceName());
 
 TEST(TestSerialPortTest, CodesAreThoseOfTheControl) {
   EXPECT_EQ(static_cast<int>(SerialTest::Opened), 0);
@@ -236,7 +238,8 @@ INSTANTIATE_TEST_SUITE_P(
                  {{9600, QByteArray::fromHex("12C000D2")}},
                  Unknown,
                  false,
-                 AllTried}));
+                 AllTried}),
+    SentenceName());
 
 TEST(ProbeTest, APortThatDoesNotExistEndsTheProbeAtOnce) {
   FakeSerialPort serial;

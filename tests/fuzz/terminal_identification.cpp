@@ -1,6 +1,5 @@
 #include "discovery/terminal_identification.h"
 
-#include "discovery/port_check.h"
 #include "fuzz/answer_source.h"
 #include "fuzz/fuzz_input.h"
 
@@ -9,20 +8,22 @@
 namespace kartocheck {
 namespace {
 
-void CheckOnce(fuzz::ByteSource& source) {
+void IdentifyOnce(fuzz::ByteSource& source) {
   const int pn = fuzz::PortNumber(source.Byte());
   fuzz::FuzzedLink link(source, false);
   TerminalInfo info;
   PortEntry port;
   try {
-    CheckPort(pn, {link.session, info, port, link.display});
+    fuzz::Require(link.session.CtOpen(pn) == ct_code::Success, "the port opens");
+    (void)IdentifyTerminal(link.session, pn, info, port);
+    link.session.CtClose();
   } catch (const fuzz::Terminated&) {
     fuzz::Require(link.dialogs.messages == 1, "the program ends with one message");
     return;
   }
   fuzz::Require(link.dialogs.messages == 0 && link.dialogs.questions == 0,
                 "identification shows no box");
-  fuzz::Require(link.api.opens == 1 && link.api.closes == 1, "the link is opened and closed once");
+  fuzz::Require(link.api.opens == 1 && link.api.closes == 1, "the link is left to the caller");
   fuzz::Require(!link.session.IsOpen(), "the link is closed");
   fuzz::Require(link.api.exchanges >= 1 && link.api.exchanges <= 4, "four exchanges at most");
   fuzz::Require(!info.Reset9501 || info.Reset95, "extended records are a mobile terminal's");
@@ -37,6 +38,6 @@ void CheckOnce(fuzz::ByteSource& source) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   kartocheck::fuzz::ByteSource source(data, size);
-  kartocheck::CheckOnce(source);
+  kartocheck::IdentifyOnce(source);
   return 0;
 }

@@ -1,0 +1,69 @@
+#include "host/host_library.h"
+
+#include <algorithm>
+
+namespace ctapi::host {
+
+namespace {
+
+constexpr std::uint16_t FirstComPort = 1;
+constexpr std::uint16_t LastComPort = 256;
+constexpr std::uint16_t FirstReader = 8192;
+constexpr std::uint16_t LastReader = 8447;
+
+}  // namespace
+
+std::int8_t HostLibrary::Init(std::uint16_t ctn, std::uint16_t pn) {
+  const std::lock_guard lock(mutex_);
+  const bool isComPort = pn >= FirstComPort && pn <= LastComPort;
+  const bool isReader = pn >= FirstReader && pn <= LastReader;
+  if (links_.contains(ctn) || (!isComPort && !isReader)) return code::InvalidParameter;
+  const bool isOpen = std::any_of(links_.begin(), links_.end(),
+                                  [pn](const auto& link) { return link.second.Number == pn; });
+  if (isOpen) return code::HostError;
+  OpenedLink opened =
+      isComPort ? serial_->Open(pn - FirstComPort) : readers_->Open(pn - FirstReader);
+  if (opened.Code == code::Success) links_[ctn] = {pn, std::move(opened.Link)};
+  return opened.Code;
+}
+
+std::int8_t HostLibrary::Data(std::uint16_t ctn, std::uint8_t& dad, std::uint8_t& sad,
+                              ByteView command, std::span<std::uint8_t> response,
+                              std::uint16_t& responseLength) {
+  const std::lock_guard lock(mutex_);
+  responseLength = 0;
+  const auto link = links_.find(ctn);
+  const bool isKnownUnit = dad == static_cast<std::uint8_t>(Unit::Card) ||
+                           dad == static_cast<std::uint8_t>(Unit::Terminal);
+  if (link == links_.end() || command.empty() || response.empty() || !isKnownUnit ||
+      sad != HostAddress) {
+    return code::InvalidParameter;
+  }
+  sad = dad;
+  dad = HostAddress;
+
+  Bytes answer;
+  const std::int8_t result = link->second.Link->Exchange(static_cast<Unit>(sad), command, answer);
+  if (result != code::Success) return result;
+  if (answer.size() > response.size()) return code::BufferTooSmall;
+  std::copy(answer.begin(), answer.end(), response.begin());
+  responseLength = static_cast<std::uint16_t>(answer.size());
+  return code::Success;
+}
+
+std::int8_t HostLibrary::Close(std::uint16_t ctn) {
+  const std::lock_guard lock(mutex_);
+  return links_.erase(ctn) > 0 ? code::Success : code::InvalidParameter;
+}
+
+std::int8_t HostLibrary::GetBaudrate(std::uint16_t ctn, std::int32_t& baud) {
+  const std::lock_guard lock(mutex_);
+  const auto link = links_.find(ctn);
+  if (link == links_.end()) return code::InvalidParameter;
+  const std::optional<std::int32_t> told = link->second.Link->Baud();
+  if (!told) return code::InvalidParameter;
+  baud = *told;
+  return code::Success;
+}
+
+}  // namespace ctapi::host

@@ -1,0 +1,263 @@
+#include "host/reader_link.h"
+
+#include <algorithm>
+
+#include "host/reader_texts.h"
+
+namespace ctapi::host {
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+// CT-BCS: class, instructions, functional units in P1, data objects in P2 of GET STATUS.
+constexpr std::uint8_t TerminalClass = 0x20;
+constexpr std::uint8_t InsReset = 0x11;
+constexpr std::uint8_t InsRequestIcc = 0x12;
+constexpr std::uint8_t InsGetStatus = 0x13;
+constexpr std::uint8_t InsEjectIcc = 0x15;
+
+constexpr std::uint8_t UnitTerminal = 0x00;
+constexpr std::uint8_t UnitSlot1 = 0x01;
+
+constexpr std::uint8_t ObjectManufacturer = 0x46;
+constexpr std::uint8_t ObjectCardStatus = 0x80;
+constexpr std::uint8_t ObjectFunctionalUnits = 0x81;
+
+constexpr std::uint8_t CardAbsent = 0x00;
+constexpr std::uint8_t CardPresent = 0x01;
+constexpr std::uint8_t CardConnected = 0x05;
+
+// What RESET ICC and REQUEST ICC return of the card (lower half of P2).
+constexpr std::uint8_t NoCardData = 0x00;
+constexpr std::uint8_t WholeAtr = 0x01;
+
+// Places of a command.
+constexpr std::size_t HeaderLength = 4;
+constexpr std::size_t P1 = 2;
+constexpr std::size_t P2 = 3;
+constexpr std::size_t DataAt = 5;
+
+namespace sw {
+constexpr std::uint16_t Ok = 0x9000;
+constexpr std::uint16_t OkProcessorCard =
+    0x9001;  // a processor card answered; the card was removed
+constexpr std::uint16_t NothingHappened = 0x6200;  // no card came; the card is still in
+constexpr std::uint16_t AlreadyActive = 0x6201;
+constexpr std::uint16_t ResetFailed = 0x6400;
+constexpr std::uint16_t WrongLength = 0x6700;
+constexpr std::uint16_t WrongParameters = 0x6A00;
+constexpr std::uint16_t UnknownInstruction = 0x6D00;
+constexpr std::uint16_t UnknownClass = 0x6E00;
+constexpr std::uint16_t NoDiagnosis = 0x6F00;
+}  // namespace sw
+
+constexpr milliseconds Slice{250};
+// Drivers look every 0.4 s whether the card is still there.
+constexpr milliseconds RemovalShows{600};
+
+PcscResult Reply(Bytes& response, std::uint16_t word) {
+  response = StatusWord(word);
+  return PcscResult::Ok;
+}
+
+bool AsksForKnownCardData(ByteView command) {
+  const std::uint8_t wanted = command[P2] & 0x0F;
+  return wanted == NoCardData || wanted == WholeAtr;
+}
+
+// Seconds that the command's data tell to wait.
+seconds WaitingTime(ByteView command) {
+  const bool hasData = command.size() > DataAt && command[DataAt - 1] >= 1;
+  return seconds(hasData ? command[DataAt] : 0);
+}
+
+std::int8_t CodeOf(PcscResult result) {
+  switch (result) {
+    case PcscResult::Ok:
+      return code::Success;
+    case PcscResult::NoService:
+    case PcscResult::Held:
+      return code::HostError;
+    case PcscResult::NoReader:
+    case PcscResult::NoCard:
+      return code::TerminalError;
+    case PcscResult::TooLong:
+      return code::BufferTooSmall;
+    case PcscResult::Mute:
+    case PcscResult::CardReset:
+    case PcscResult::Timeout:
+    case PcscResult::Broken:
+      break;
+  }
+  return code::TransmissionError;
+}
+
+}  // namespace
+
+std::int8_t ReaderLink::Exchange(Unit unit, ByteView command, Bytes& response) {
+  response.clear();
+  if (isLost_) return code::HtsiError;
+  const PcscResult result =
+      unit == Unit::Terminal ? ToTerminal(command, response) : ToCard(command, response);
+  if (result == PcscResult::Ok) return code::Success;
+  response.clear();
+  if (result != PcscResult::TooLong) Drop();
+  isLost_ = result == PcscResult::NoService;
+  return CodeOf(result);
+}
+
+PcscResult ReaderLink::ToTerminal(ByteView command, Bytes& response) {
+  ReaderState state;
+  if (const PcscResult result = service_.Query(reader_, state); result != PcscResult::Ok) {
+    return result;
+  }
+  // A card that was pulled and put in again is another one.
+  if (card_ && (!state.HasCard || state.Events() != eventsAtActivation_)) Drop();
+  if (command[0] != TerminalClass) return Reply(response, sw::UnknownClass);
+  if (command.size() < HeaderLength) return Reply(response, sw::WrongLength);
+  switch (command[1]) {
+    case InsReset:
+      return Reset(command, state, response);
+    case InsRequestIcc:
+      return RequestIcc(command, state, response);
+    case InsGetStatus:
+      return GetStatus(command, state, response);
+    case InsEjectIcc:
+      return EjectIcc(command, state, response);
+    default:
+      return Reply(response, sw::UnknownInstruction);
+  }
+}
+
+PcscResult ReaderLink::ToCard(ByteView command, Bytes& response) {
+  if (!card_) return Reply(response, sw::NoDiagnosis);
+  PcscResult result = isMemory_ ? memory_.Send(*card_, command, response)
+                                : SendToProcessorCard(*card_, command, response);
+  if (result == PcscResult::Ok && response.size() < 2) result = PcscResult::Broken;
+  return result == PcscResult::Ok ? result : ReasonFor(result);
+}
+
+PcscResult ReaderLink::Reset(ByteView command, const ReaderState& state, Bytes& response) {
+  if (command[P1] == UnitTerminal) {
+    Drop();
+    return Reply(response, sw::Ok);
+  }
+  if (command[P1] != UnitSlot1 || !AsksForKnownCardData(command)) {
+    return Reply(response, sw::WrongParameters);
+  }
+  if (!card_) {
+    const PcscResult result = Activate(command, state, response);
+    return result == PcscResult::NoCard ? Reply(response, sw::ResetFailed) : result;
+  }
+  const PcscResult result = card_->WarmReset();
+  if (result == PcscResult::Mute || result == PcscResult::NoCard) {
+    Drop();
+    return Reply(response, sw::ResetFailed);
+  }
+  if (result != PcscResult::Ok) return ReasonFor(result);
+  memory_ = {};
+  response = ActivationAnswer(command);
+  return PcscResult::Ok;
+}
+
+PcscResult ReaderLink::RequestIcc(ByteView command, ReaderState state, Bytes& response) {
+  if (command[P1] != UnitSlot1 || !AsksForKnownCardData(command)) {
+    return Reply(response, sw::WrongParameters);
+  }
+  if (card_) return Reply(response, sw::AlreadyActive);
+  const auto end = service_.Now() + WaitingTime(command);
+  for (;;) {
+    const PcscResult activated = Activate(command, state, response);
+    if (activated != PcscResult::NoCard) return activated;
+    if (service_.Now() >= end) return Reply(response, sw::NothingHappened);
+    if (const PcscResult waited = Wait(end, state); waited != PcscResult::Ok) return waited;
+  }
+}
+
+PcscResult ReaderLink::Activate(ByteView command, const ReaderState& state, Bytes& response) {
+  if (!state.HasCard) return PcscResult::NoCard;
+  if (state.IsMute) return Reply(response, sw::ResetFailed);
+  const PcscResult result = service_.Connect(reader_, card_);
+  if (result == PcscResult::Mute) return Reply(response, sw::ResetFailed);
+  if (result != PcscResult::Ok) return result;
+  eventsAtActivation_ = state.Events();
+  atr_ = card_->Atr();
+  isMemory_ = IsMemoryCard(atr_);
+  memory_ = {};
+  response = ActivationAnswer(command);
+  return PcscResult::Ok;
+}
+
+Bytes ReaderLink::ActivationAnswer(ByteView command) const {
+  Bytes answer = (command[P2] & 0x0F) == WholeAtr ? atr_ : Bytes{};
+  const Bytes word = StatusWord(isMemory_ ? sw::Ok : sw::OkProcessorCard);
+  answer.insert(answer.end(), word.begin(), word.end());
+  return answer;
+}
+
+PcscResult ReaderLink::GetStatus(ByteView command, const ReaderState& state, Bytes& response) {
+  if (command[P1] != UnitTerminal) return Reply(response, sw::WrongParameters);
+  switch (command[P2]) {
+    case ObjectManufacturer:
+      if (manufacturer_.empty()) {
+        manufacturer_ = ManufacturerObject(reader_, service_.DriverVersion(reader_));
+      }
+      response = manufacturer_;
+      break;
+    case ObjectCardStatus: {
+      const std::uint8_t idle = state.HasCard ? CardPresent : CardAbsent;
+      response = {ObjectCardStatus, 1, card_ ? CardConnected : idle};
+      break;
+    }
+    case ObjectFunctionalUnits:
+      response = {ObjectFunctionalUnits, 1, UnitSlot1};
+      break;
+    default:
+      return Reply(response, sw::WrongParameters);
+  }
+  const Bytes word = StatusWord(sw::Ok);
+  response.insert(response.end(), word.begin(), word.end());
+  return PcscResult::Ok;
+}
+
+PcscResult ReaderLink::EjectIcc(ByteView command, ReaderState state, Bytes& response) {
+  if (command[P1] != UnitSlot1) return Reply(response, sw::WrongParameters);
+  Drop();
+  const seconds waiting = WaitingTime(command);
+  if (waiting == seconds(0)) return Reply(response, sw::Ok);
+  const auto end = service_.Now() + waiting;
+  while (state.HasCard) {
+    if (service_.Now() >= end) return Reply(response, sw::NothingHappened);
+    if (const PcscResult waited = Wait(end, state); waited != PcscResult::Ok) return waited;
+  }
+  return Reply(response, sw::OkProcessorCard);
+}
+
+void ReaderLink::Drop() {
+  card_.reset();
+}
+
+PcscResult ReaderLink::ReasonFor(PcscResult result) {
+  if (result != PcscResult::Broken && result != PcscResult::Mute) return result;
+  const auto end = service_.Now() + RemovalShows;
+  ReaderState state;
+  if (const PcscResult query = service_.Query(reader_, state); query != PcscResult::Ok) {
+    return query;
+  }
+  while (state.HasCard && state.Events() == eventsAtActivation_) {
+    if (service_.Now() >= end) return PcscResult::Broken;
+    if (const PcscResult waited = Wait(end, state); waited != PcscResult::Ok) return waited;
+  }
+  return PcscResult::NoCard;
+}
+
+PcscResult ReaderLink::Wait(std::chrono::steady_clock::time_point end, ReaderState& state) {
+  const auto left = std::chrono::ceil<milliseconds>(end - service_.Now());
+  const PcscResult result =
+      service_.AwaitChange(reader_, state, std::clamp(left, milliseconds(1), Slice), state);
+  return result == PcscResult::Timeout ? PcscResult::Ok : result;
+}
+
+}  // namespace ctapi::host

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "host/card_commands.h"
+#include "host/pcsc_service.h"
+#include "host/terminal_link.h"
+
+namespace ctapi::host {
+
+// A PC/SC reader that answers the commands of a card terminal (CT-BCS) itself and hands card
+// commands on. From the request for a card to its release no other program reaches the card.
+class ReaderLink final : public TerminalLink {
+ public:
+  ReaderLink(PcscService& service, std::string reader)
+      : service_(service), reader_(std::move(reader)) {}
+
+  [[nodiscard]] std::int8_t Exchange(Unit unit, ByteView command, Bytes& response) override;
+  [[nodiscard]] std::optional<std::int32_t> Baud() const override { return std::nullopt; }
+
+ private:
+  // Ok with a response, or what kept the reader from one.
+  [[nodiscard]] PcscResult ToTerminal(ByteView command, Bytes& response);
+  [[nodiscard]] PcscResult ToCard(ByteView command, Bytes& response);
+
+  [[nodiscard]] PcscResult Reset(ByteView command, const ReaderState& state, Bytes& response);
+  [[nodiscard]] PcscResult RequestIcc(ByteView command, ReaderState state, Bytes& response);
+  [[nodiscard]] PcscResult GetStatus(ByteView command, const ReaderState& state, Bytes& response);
+  [[nodiscard]] PcscResult EjectIcc(ByteView command, ReaderState state, Bytes& response);
+
+  // Connects to the card that is there. NoCard where it went away meanwhile.
+  [[nodiscard]] PcscResult Activate(ByteView command, const ReaderState& state, Bytes& response);
+  [[nodiscard]] Bytes ActivationAnswer(ByteView command) const;
+  void Drop();
+  // Why an exchange with the card broke: readers tell late that their card was pulled.
+  [[nodiscard]] PcscResult ReasonFor(PcscResult result);
+  // Waits for the next change of the reader, a quarter of a second at the most.
+  [[nodiscard]] PcscResult Wait(std::chrono::steady_clock::time_point end, ReaderState& state);
+
+  PcscService& service_;
+  std::string reader_;
+  std::unique_ptr<CardConnection> card_;  // none: no active card
+  DWORD eventsAtActivation_ = 0;
+  Bytes atr_;
+  bool isMemory_ = false;
+  KvkMemory memory_;
+  Bytes manufacturer_;  // the answer to that query, once asked for
+  bool isLost_ = false;
+};
+
+}  // namespace ctapi::host

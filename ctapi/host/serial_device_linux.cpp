@@ -1,0 +1,223 @@
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <fcntl.h>
+#include <fstream>
+#include <linux/serial.h>
+#include <poll.h>
+#include <string_view>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <termios.h>
+#include <unistd.h>
+#include <utility>
+
+#include "host/parity_marks.h"
+#include "host/serial_device.h"
+
+namespace ctapi::host {
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::nanoseconds;
+using std::chrono::steady_clock;
+
+constexpr int BitsPerByte = 11;  // start bit, 8 data bits, parity, stop bit
+// A line without flow control takes every byte; this is for drivers that stop all the same.
+constexpr int SendingStuck = 2000;  // milliseconds
+
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() {
+    if (number_ >= 0) ::close(number_);
+  }
+  [[nodiscard]] int Number() const { return number_; }
+
+ private:
+  int number_;
+};
+
+speed_t SpeedOf(std::int32_t baud) {
+  constexpr std::array<std::pair<std::int32_t, speed_t>, 5> Speeds{
+      {{9600, B9600}, {19200, B19200}, {38400, B38400}, {57600, B57600}, {115200, B115200}}};
+  const auto* const known = std::find_if(Speeds.begin(), Speeds.end(),
+                                         [baud](const auto& each) { return each.first == baud; });
+  return known == Speeds.end() ? B9600 : known->second;
+}
+
+std::int8_t CodeOfOpenError(int error) {
+  switch (error) {
+    case ENOENT:
+    case ENODEV:
+    case ENXIO:
+    case ENOTDIR:
+    case EIO:
+      return code::InvalidParameter;
+    default:
+      return code::HostError;
+  }
+}
+
+// Older serial programs tell each other by a lock file that they use a port. One whose process is
+// gone counts for nothing.
+bool HasLockFile(const std::string& path) {
+  std::ifstream file("/var/lock/LCK.." + path.substr(path.rfind('/') + 1));
+  long process = 0;
+  if (!(file >> process) || process <= 0) return false;
+  struct stat status {};
+  return ::stat(("/proc/" + std::to_string(process)).c_str(), &status) == 0;
+}
+
+// Exclusive mode does not keep root out, and a lock only binds those who look for it; so both are
+// looked for, and both are taken.
+bool TakeAlone(int descriptor) {
+  int exclusive = 0;
+  if (::ioctl(descriptor, TIOCGEXCL, &exclusive) == 0 && exclusive != 0) return false;
+  if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) return false;
+  return ::ioctl(descriptor, TIOCEXCL) == 0;
+}
+
+// USB adapters collect bytes for 16 ms unless told otherwise. Not every driver offers it.
+void AskForLowLatency(int descriptor) {
+  serial_struct settings{};
+  if (::ioctl(descriptor, TIOCGSERIAL, &settings) != 0) return;
+  settings.flags |= ASYNC_LOW_LATENCY;
+  (void)::ioctl(descriptor, TIOCSSERIAL, &settings);
+}
+
+// The C library reports EINVAL where a device takes none of the changes that are left to make: one
+// without a parity (a pseudo-terminal, a virtual port) is all the same usable.
+bool Apply(int descriptor, const termios& settings) {
+  return ::tcsetattr(descriptor, TCSANOW, &settings) == 0 || errno == EINVAL;
+}
+
+bool Configure(int descriptor) {
+  termios settings{};
+  if (::tcgetattr(descriptor, &settings) != 0) return false;
+  ::cfmakeraw(&settings);
+  settings.c_cflag &= ~static_cast<tcflag_t>(CSIZE | CSTOPB | CRTSCTS | PARODD);
+  settings.c_cflag |= CS8 | PARENB | CREAD | CLOCAL;
+  settings.c_iflag |= INPCK | PARMRK;
+  settings.c_iflag &= ~static_cast<tcflag_t>(IGNPAR | IXON | IXOFF);
+  settings.c_cc[VMIN] = 1;
+  settings.c_cc[VTIME] = 0;
+  if (!Apply(descriptor, settings)) return false;
+  // A device without modem lines refuses to set them.
+  const int lines = TIOCM_DTR | TIOCM_RTS;
+  (void)::ioctl(descriptor, TIOCMBIS, &lines);
+  AskForLowLatency(descriptor);
+  return ::tcflush(descriptor, TCIOFLUSH) == 0;
+}
+
+class SerialDevice final : public LinePort {
+ public:
+  explicit SerialDevice(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
+  // The lock ends with the descriptor; exclusive mode would outlive it on a device still open
+  // elsewhere.
+  ~SerialDevice() override { (void)::ioctl(descriptor_.Number(), TIOCNXCL); }
+
+  void Send(ByteView bytes) override;
+  Reception Receive(milliseconds longest) override;
+  void DiscardInput() override;
+  void SetBaud(std::int32_t baud) override;
+
+  [[nodiscard]] int Number() const { return descriptor_.Number(); }
+
+ private:
+  // Whether the device is ready before the time is over; throws where it is gone.
+  [[nodiscard]] bool WaitFor(short event, int longest);
+
+  Descriptor descriptor_;
+  ParityMarks marks_;
+  std::int32_t baud_ = 9600;
+  steady_clock::time_point sent_{};  // when the last byte will have left the line
+};
+
+void SerialDevice::Send(ByteView bytes) {
+  ByteView rest = bytes;
+  while (!rest.empty()) {
+    const ssize_t written = ::write(descriptor_.Number(), rest.data(), rest.size());
+    if (written > 0) {
+      rest = rest.subspan(static_cast<std::size_t>(written));
+    } else if (written < 0 && errno == EINTR) {
+      continue;
+    } else if (written < 0 && errno != EAGAIN) {
+      throw LineLost("write");
+    } else if (!WaitFor(POLLOUT, SendingStuck)) {
+      throw LineLost("stuck");
+    }
+  }
+  const nanoseconds onTheLine(static_cast<std::int64_t>(bytes.size()) * BitsPerByte *
+                              1'000'000'000 / baud_);
+  sent_ = std::max(steady_clock::now(), sent_) + onTheLine;
+}
+
+LinePort::Reception SerialDevice::Receive(milliseconds longest) {
+  const auto end = std::max(steady_clock::now(), sent_) + longest;
+  Reception reception;
+  while (reception.Received.empty()) {
+    const auto left = std::chrono::ceil<milliseconds>(end - steady_clock::now());
+    if (!WaitFor(POLLIN, static_cast<int>(std::max<std::int64_t>(0, left.count())))) break;
+    std::array<std::uint8_t, 512> buffer;
+    const ssize_t count = ::read(descriptor_.Number(), buffer.data(), buffer.size());
+    if (count == 0 || (count < 0 && errno != EAGAIN && errno != EINTR)) throw LineLost("read");
+    if (count > 0) {
+      marks_.Take(ByteView(buffer).first(static_cast<std::size_t>(count)), reception);
+    }
+  }
+  return reception;
+}
+
+bool SerialDevice::WaitFor(short event, int longest) {
+  const auto end = steady_clock::now() + milliseconds(longest);
+  for (;;) {
+    const auto left = std::chrono::ceil<milliseconds>(end - steady_clock::now());
+    pollfd waiting{.fd = descriptor_.Number(), .events = event, .revents = 0};
+    const int ready =
+        ::poll(&waiting, 1, static_cast<int>(std::max<std::int64_t>(0, left.count())));
+    if (ready < 0 && errno == EINTR) continue;
+    if (ready < 0) throw LineLost("poll");
+    if (ready == 0) return false;
+    if ((waiting.revents & event) != 0) return true;
+    throw LineLost("hung up");
+  }
+}
+
+void SerialDevice::DiscardInput() {
+  if (::tcflush(descriptor_.Number(), TCIFLUSH) != 0) throw LineLost("flush");
+  marks_.Reset();
+}
+
+void SerialDevice::SetBaud(std::int32_t baud) {
+  termios settings{};
+  if (::tcgetattr(descriptor_.Number(), &settings) != 0) throw LineLost("settings");
+  const speed_t speed = SpeedOf(baud);
+  if (::cfsetispeed(&settings, speed) != 0 || ::cfsetospeed(&settings, speed) != 0 ||
+      !Apply(descriptor_.Number(), settings)) {
+    throw LineLost("rate");
+  }
+  baud_ = baud;
+}
+
+}  // namespace
+
+OpenedLine OpenSerialDevice(const std::string& path) {
+  Descriptor descriptor(::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
+  if (descriptor.Number() < 0) return {.Code = CodeOfOpenError(errno)};
+  // A placeholder without hardware can be opened, but has no settings.
+  termios settings{};
+  if (::tcgetattr(descriptor.Number(), &settings) != 0) return {.Code = code::InvalidParameter};
+  if (HasLockFile(path) || !TakeAlone(descriptor.Number())) return {.Code = code::HostError};
+  auto device = std::make_unique<SerialDevice>(std::move(descriptor));
+  if (!Configure(device->Number())) return {.Code = code::HostError};
+  return {code::Success, std::move(device)};
+}
+
+}  // namespace ctapi::host

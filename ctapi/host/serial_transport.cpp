@@ -1,0 +1,43 @@
+#include "host/serial_transport.h"
+
+#include <cstdlib>
+
+#include "host/serial_device.h"
+#include "host/serial_link.h"
+
+namespace ctapi::host {
+
+namespace {
+
+constexpr std::chrono::seconds TableLife{1};
+
+}  // namespace
+
+OpenedLink SerialTransport::Open(std::size_t index) {
+  const ComTable& table = Table();
+  const auto entry = table.find(static_cast<int>(index) + 1);
+  if (entry == table.end()) return {.Code = code::InvalidParameter};
+  OpenedLine opened = OpenSerialDevice(entry->second);
+  if (opened.Code != code::Success) return {.Code = opened.Code};
+  return SerialLink::Open(std::move(opened.Line));
+}
+
+const ComTable& SerialTransport::Table() {
+  if (const char* const given = std::getenv(ComTableVariable)) {
+    if (text_ != given) {
+      text_ = given;
+      table_ = ParseComTable(*text_);
+      made_.reset();
+    }
+    return table_;
+  }
+  const auto now = std::chrono::steady_clock::now();
+  if (!made_ || now - *made_ > TableLife) {
+    made_ = now;
+    text_.reset();
+    table_ = MakeComTable(FindComDevices());
+  }
+  return table_;
+}
+
+}  // namespace ctapi::host

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <chrono>
+
+#include "host/com_table.h"
+#include "host/terminal_link.h"
+
+namespace ctapi::host {
+
+// Terminals on the serial ports COM 1 (index 0) and up, by the table in the environment or, without
+// one, by the devices of the machine. A port that is not in the table is refused without a look at
+// any device.
+class SerialTransport final : public Transport {
+ public:
+  [[nodiscard]] OpenedLink Open(std::size_t index) override;
+
+ private:
+  [[nodiscard]] const ComTable& Table();
+
+  ComTable table_;
+  std::optional<std::string> text_;  // what the table was made of, if it was handed over
+  // Looking for the devices takes about a millisecond, too long for each port of a sweep.
+  std::optional<std::chrono::steady_clock::time_point> made_;
+};
+
+}  // namespace ctapi::host

@@ -1,0 +1,508 @@
+#include "host/block_protocol.h"
+
+#include "host/virtual_line.h"
+
+namespace ctapi::host {
+namespace {
+
+using ctapi::test::BlockTerminal;
+using ctapi::test::PrintTo;
+using ctapi::test::RowName;
+using ctapi::test::ToHex;
+using std::chrono::milliseconds;
+using Outcome = BlockProtocol::Outcome;
+
+constexpr const char* ResetCt = "20 11 00 00 00";
+constexpr const char* Resynch = "12 C0 00 D2";
+constexpr const char* ResynchDone = "21 E0 00 C1";
+constexpr const char* Announce = "12 C1 01 FE 2C";
+constexpr const char* Announced = "21 E1 01 FE 3F";
+
+Bytes FromHex(const char* hex) {
+  return *BytesFromHex(hex);
+}
+
+std::string CodeName(Outcome outcome) {
+  switch (outcome) {
+    case Outcome::Answered:
+      return "answered";
+    case Outcome::Broken:
+      return "broken";
+    case Outcome::TooLong:
+      return "too long";
+    case Outcome::Silent:
+      return "silent";
+  }
+  return "?";
+}
+
+// The answer, or how the exchange failed.
+std::string Ask(BlockProtocol& protocol, Unit unit, const Bytes& command) {
+  Bytes response{0xEE};
+  const Outcome outcome = protocol.Exchange(unit, command, response);
+  if (outcome != Outcome::Answered) {
+    EXPECT_TRUE(response.empty());
+  }
+  return outcome == Outcome::Answered ? ToHex(response) : CodeName(outcome);
+}
+
+std::string Ask(BlockProtocol& protocol, Unit unit, const char* command) {
+  return Ask(protocol, unit, FromHex(command));
+}
+
+struct DialogueRow {
+  const char* Name;
+  Unit With;
+  const char* Command;
+  test::ScriptedLine::Script Blocks;
+  const char* Result;
+};
+
+class BlockDialogue : public testing::TestWithParam<DialogueRow> {};
+
+TEST_P(BlockDialogue, GoesAsWritten) {
+  test::ScriptedLine line(GetParam().Blocks);
+  BlockProtocol protocol(line);
+  EXPECT_EQ(Ask(protocol, GetParam().With, GetParam().Command), GetParam().Result);
+}
+
+constexpr const char* Command = "12 00 05 20 11 00 00 00 26";
+constexpr const char* Answer = "21 00 02 90 00 B3";
+constexpr const char* AskCheck = "12 81 00 93";
+constexpr const char* AskOther = "12 82 00 90";
+
+const std::vector<DialogueRow> Recoveries{
+    {"Undisturbed", Unit::Terminal, ResetCt, {{Command, Answer}}, "9000"},
+    {"CardHasItsOwnAddress",
+     Unit::Card,
+     "00 B0 82 00 00",
+     {{"02 00 05 00 B0 82 00 00 35", "20 00 02 90 00 B2"}},
+     "9000"},
+    {"WrongCheckAsksAgain",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "21 00 02 90 00 B4"}, {AskCheck, Answer}},
+     "9000"},
+    {"DamagedByteAsksAgain",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "!21 00 02 90 00 B3"}, {AskCheck, Answer}},
+     "9000"},
+    {"DamagedByteAlone", Unit::Terminal, ResetCt, {{Command, "!"}, {AskCheck, Answer}}, "9000"},
+    {"SilenceAsksAgain", Unit::Terminal, ResetCt, {{Command, ""}, {AskOther, Answer}}, "9000"},
+    {"CutBlockAsksAgain",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "21 00 02 90"}, {AskOther, Answer}},
+     "9000"},
+    {"WrongSenderAsksAgain",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "20 00 02 90 00 B2"}, {AskOther, Answer}},
+     "9000"},
+    {"GarbageBeforeABlock",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "FF 00|21 00 02 90 00 B3"}, {AskOther, Answer}},
+     "9000"},
+    {"WrongNumberAsksAgain",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "21 40 02 90 00 F3"}, {AskOther, Answer}},
+     "9000"},
+    {"PartsArriveOneByOne", Unit::Terminal, ResetCt, {{Command, "21|00|02|90|00|B3"}}, "9000"},
+    {"ReceiptIsRepeatedAsItWas",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "21 00 02 90 00 B4"}, {AskCheck, ""}, {AskCheck, Answer}},
+     "9000"},
+    {"LostCommandIsRepeated",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, ""}, {AskOther, "21 80 00 A1"}, {Command, Answer}},
+     "9000"},
+    {"ReceiptOfTheOtherNumberRepeatsOurs",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, ""}, {AskOther, "21 91 00 B0"}, {AskOther, Answer}},
+     "9000"},
+    {"ReceiptInPlaceOfAnAnswer",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "21 90 00 B1"}, {AskOther, Answer}},
+     "9000"},
+    {"MoreTimeIsGranted",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "21 C3 01 02 E1"}, {"12 E3 01 02 F2", Answer}},
+     "9000"},
+    {"DamagedGrantIsRepeated",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "21 C3 01 02 E1"}, {"12 E3 01 02 F2", "21 91 00 B0"}, {"12 E3 01 02 F2", Answer}},
+     "9000"},
+    {"SilenceAfterAGrantAsksForTheAnswer",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "21 C3 01 01 E2"}, {"12 E3 01 01 F1", ""}, {AskOther, Answer}},
+     "9000"},
+    {"BlockSizeOfTheTerminal",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "21 C1 01 40 A1"}, {"12 E1 01 40 B2", Answer}},
+     "9000"},
+    {"BlockSizeOfZeroIsRefused",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "21 C1 01 00 E1"}, {AskOther, Answer}},
+     "9000"},
+    {"BlockSizeOf255IsRefused",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "21 C1 01 FF 1E"}, {AskOther, Answer}},
+     "9000"},
+    {"ResynchOfTheTerminalIsRefused",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "21 C0 00 E1"}, {AskOther, Answer}},
+     "9000"},
+    {"ResponseWithoutARequestIsRefused",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, ResynchDone}, {AskOther, Answer}},
+     "9000"},
+    {"OldResponseMeansThatOurBlockIsLost",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, ""}, {AskOther, Announced}, {Command, Answer}},
+     "9000"},
+    {"AbortIsAnsweredAndEnds",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "21 C2 00 E3"}, {"12 E2 00 F0", ""}},
+     "broken"},
+    {"NewStartAndRepetition",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, ""},
+      {AskOther, ""},
+      {AskOther, ""},
+      {Resynch, ResynchDone},
+      {Announce, Announced},
+      {Command, Answer}},
+     "9000"},
+    {"NewStartAtTheThirdTry",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, ""},
+      {AskOther, ""},
+      {AskOther, ""},
+      {Resynch, ""},
+      {Resynch, "21 80 00 A1"},
+      {Resynch, ResynchDone},
+      {Announce, ""},
+      {Announce, Announced},
+      {Command, Answer}},
+     "9000"},
+    {"NewStartConcernsTheCardToo",
+     Unit::Card,
+     "00 B0 00 00 00",
+     {{"02 00 05 00 B0 00 00 00 B7", ""},
+      {"02 82 00 80", ""},
+      {"02 82 00 80", ""},
+      {Resynch, ResynchDone},
+      {"02 C0 00 C2", ""},
+      {Announce, Announced},
+      {"02 00 05 00 B0 00 00 00 B7", "20 00 02 90 00 B2"}},
+     "9000"},
+    {"SilenceForGood",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, ""}, {AskOther, ""}, {AskOther, ""}, {Resynch, ""}, {Resynch, ""}, {Resynch, ""}},
+     "silent"},
+    {"RepeatedOnlyOnce",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, ""},
+      {AskOther, ""},
+      {AskOther, ""},
+      {Resynch, ResynchDone},
+      {Announce, Announced},
+      {Command, ""},
+      {AskOther, ""},
+      {AskOther, ""},
+      {Resynch, ResynchDone},
+      {Announce, Announced}},
+     "broken"},
+    {"RequestOfTheTerminalBeforeItsResponse",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, ""},
+      {AskOther, ""},
+      {AskOther, ""},
+      {Resynch, ResynchDone},
+      {Announce, "21 C1 01 80 61"},
+      {"12 E1 01 80 72", Announced},
+      {Command, Answer}},
+     "9000"}};
+
+INSTANTIATE_TEST_SUITE_P(Host, BlockDialogue, testing::ValuesIn(Recoveries), RowName<DialogueRow>);
+
+const std::vector<DialogueRow> NeverTwice{{"EraseBinary",
+                                           Unit::Card,
+                                           "00 0E 00 00",
+                                           {{"02 00 04 00 0E 00 00 08", ""},
+                                            {"02 82 00 80", ""},
+                                            {"02 82 00 80", ""},
+                                            {Resynch, ResynchDone},
+                                            {"02 C0 00 C2", "20 E0 00 C0"},
+                                            {Announce, Announced}},
+                                           "broken"},
+                                          {"EjectIcc",
+                                           Unit::Terminal,
+                                           "20 15 01 01 01 01",
+                                           {{"12 00 06 20 15 01 01 01 01 21", ""},
+                                            {AskOther, ""},
+                                            {AskOther, ""},
+                                            {Resynch, ResynchDone},
+                                            {Announce, Announced}},
+                                           "broken"},
+                                          {"RequestIcc",
+                                           Unit::Terminal,
+                                           "20 12 01 00 01 01",
+                                           {{"12 00 06 20 12 01 00 01 01 27", ""},
+                                            {AskOther, ""},
+                                            {AskOther, ""},
+                                            {Resynch, ResynchDone},
+                                            {Announce, Announced}},
+                                           "broken"}};
+
+INSTANTIATE_TEST_SUITE_P(NeverTwice, BlockDialogue, testing::ValuesIn(NeverTwice),
+                         RowName<DialogueRow>);
+
+TEST(BlockProtocol, NumbersAlternateForTerminalAndCardApart) {
+  test::ScriptedLine line({{Command, Answer},
+                           {"02 00 05 00 B0 82 00 00 35", "20 00 02 90 00 B2"},
+                           {"12 40 05 20 11 00 00 00 66", "21 40 02 90 00 F3"},
+                           {"02 40 05 00 B0 82 00 00 75", "20 40 02 90 00 F2"},
+                           {Command, Answer}});
+  BlockProtocol protocol(line);
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, ResetCt), "9000");
+  EXPECT_EQ(Ask(protocol, Unit::Card, "00 B0 82 00 00"), "9000");
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, ResetCt), "9000");
+  EXPECT_EQ(Ask(protocol, Unit::Card, "00 B0 82 00 00"), "9000");
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, ResetCt), "9000");
+}
+
+TEST(BlockProtocol, ChainsACommandInBlocksOf32) {
+  const Bytes command(70, 0x11);
+  const auto piece = [](std::uint8_t control, std::size_t length) {
+    return ToHex(Encode({0x12, control, Bytes(length, 0x11)}));
+  };
+  test::ScriptedLine line({{piece(0x20, 32), "21 90 00 B1"},
+                           {piece(0x60, 32), "21 90 00 B1"},  // lost: it expects number 1 still
+                           {piece(0x60, 32), "21 80 00 A1"},
+                           {piece(0x00, 6), Answer}});
+  BlockProtocol protocol(line);
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, command), "9000");
+}
+
+TEST(BlockProtocol, AnswersInsideAChainAreRefused) {
+  const Bytes command(40, 0x11);
+  test::ScriptedLine line({{ToHex(Encode({0x12, 0x20, Bytes(32, 0x11)})), Answer},
+                           {AskOther, "21 90 00 B1"},
+                           {ToHex(Encode({0x12, 0x40, Bytes(8, 0x11)})), Answer}});
+  BlockProtocol protocol(line);
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, command), "9000");
+}
+
+TEST(BlockProtocol, AcknowledgesEachBlockOfAChainedAnswer) {
+  test::ScriptedLine line({{Command, "21 20 01 AA AA"},
+                           {"12 90 00 82", "21 60 01 BB FB"},
+                           {"12 80 00 92", "21 90 00 B1"},  // our receipt came damaged
+                           {"12 80 00 92", Answer}});
+  BlockProtocol protocol(line);
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, ResetCt), "AABB9000");
+}
+
+TEST(BlockProtocol, UsesTheBlockSizeThatTheTerminalAsksFor) {
+  BlockTerminal terminal([](int, const Bytes& command) { return command; },
+                         {.AskForBlockSize = std::uint8_t{100}});
+  test::TerminalLine line(terminal);
+  BlockProtocol protocol(line);
+  const Bytes command(150, 0x33);
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, command), ToHex(command));
+  line.Sent.clear();
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, command), ToHex(command));
+  EXPECT_EQ(line.Sent.front().size(), 2 * (100U + 4));
+}
+
+TEST(BlockProtocol, TakesBlocksOf254OnceAnnounced) {
+  const Bytes answer(508, 0x44);
+  BlockTerminal terminal([&](int, const Bytes&) { return answer; });
+  test::TerminalLine line(terminal);
+  BlockProtocol protocol(line);
+  ASSERT_TRUE(protocol.AnnounceBlockSize());
+  line.Sent.clear();
+  EXPECT_EQ(Ask(protocol, Unit::Card, "00 B0 00 00 00"), ToHex(answer));
+  EXPECT_EQ(line.Sent.size(), 2U) << "the command and one receipt";
+}
+
+TEST(BlockProtocol, MoreTimeIsNoFailure) {
+  BlockTerminal terminal([](int, const Bytes&) { return Bytes{0x90, 0x00}; }, {.Extensions = 20});
+  test::TerminalLine line(terminal);
+  BlockProtocol protocol(line);
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, "20 12 01 00 01 FF"), "9000");
+  EXPECT_EQ(terminal.Executed().size(), 1U);
+}
+
+TEST(BlockProtocol, WaitsAMultipleOfTheBlockWaitingTimeWhereAsked) {
+  test::ScriptedLine line({{Command, "21 C3 01 05 E6"},
+                           {"12 E3 01 05 F5", "21 C3 01 00 E3"},  // 0 is reserved: as 1
+                           {"12 E3 01 00 F0", Answer}});
+  BlockProtocol protocol(line);
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, ResetCt), "9000");
+  const std::vector<milliseconds> expected{milliseconds(1600), milliseconds(8000),
+                                           milliseconds(1600)};
+  EXPECT_EQ(line.Waits, expected);
+}
+
+TEST(BlockProtocol, EndlessRequestsForTimeEnd) {
+  BlockTerminal terminal(
+      [](int, const Bytes&) {
+        return Bytes{0x90, 0x00};
+      },
+      {.Extensions = 100000});
+  test::TerminalLine line(terminal);
+  BlockProtocol protocol(line);
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, "20 12 01 00 01 01"), "broken");
+  EXPECT_EQ(terminal.Executed().size(), 1U);
+}
+
+TEST(BlockProtocol, EndlessAnswerEndsAndLeavesTheLineUsable) {
+  Bytes answer(70000, 0x00);
+  BlockTerminal terminal([&](int, const Bytes&) { return answer; });
+  test::TerminalLine line(terminal);
+  BlockProtocol protocol(line);
+  EXPECT_EQ(Ask(protocol, Unit::Card, "00 B0 00 00 00"), "too long");
+  EXPECT_EQ(terminal.Executed().size(), 1U);
+  answer = {0x90, 0x00};
+  EXPECT_EQ(Ask(protocol, Unit::Card, "00 B0 00 00 00"), "9000");
+}
+
+TEST(BlockProtocol, ASilentTerminalEndsAfterSixWaits) {
+  BlockTerminal terminal([](int, const Bytes&) { return Bytes{0x90, 0x00}; });
+  test::TerminalLine line(terminal);
+  line.ToTerminal = [](Bytes& bytes) { bytes.clear(); };
+  BlockProtocol protocol(line);
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, ResetCt), "silent");
+  EXPECT_EQ(line.Elapsed, 6 * milliseconds(1600));
+}
+
+TEST(BlockProtocol, ALineThatIsGoneIsSilent) {
+  BlockTerminal terminal([](int, const Bytes&) { return Bytes{0x90, 0x00}; });
+  test::TerminalLine line(terminal);
+  line.Unplugged = true;
+  BlockProtocol protocol(line);
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, ResetCt), "silent");
+}
+
+TEST(BlockProtocol, EndlessNoiseEnds) {
+  class NoisyLine final : public test::VirtualLine {
+   public:
+    Reception Receive(milliseconds /*longest*/) override { return {.Received = Bytes(100, 0xFF)}; }
+  } line;
+  BlockProtocol protocol(line);
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, ResetCt), "silent");
+}
+
+// A terminal of which a new start does not concern the card keeps the card's numbers.
+TEST(BlockProtocol, ANewStartAgreesWithTheCardInEveryTerminal) {
+  for (const bool concernsCard : {true, false}) {
+    BlockTerminal terminal(
+        [](int, const Bytes&) {
+          return Bytes{0x90, 0x00};
+        },
+        {.ResynchConcernsCard = concernsCard});
+    test::TerminalLine line(terminal);
+    BlockProtocol protocol(line);
+    EXPECT_EQ(Ask(protocol, Unit::Card, "00 B0 00 00 00"), "9000");
+    int lost = 3;
+    line.ToTerminal = [&](Bytes& bytes) {
+      if (lost-- > 0) bytes.clear();
+    };
+    EXPECT_EQ(Ask(protocol, Unit::Card, "00 B0 00 00 00"), "9000");
+    EXPECT_EQ(terminal.Executed().size(), 2U) << concernsCard;
+    EXPECT_EQ(Ask(protocol, Unit::Terminal, ResetCt), "9000");
+  }
+}
+
+TEST(BlockProtocol, FindsTheRateAtWhichTheTerminalAnswers) {
+  test::ScriptedLine line({{Resynch, ""}, {Resynch, "FF FE"}, {Resynch, ResynchDone}});
+  BlockProtocol protocol(line);
+  EXPECT_FALSE(protocol.TryBaud(9600));
+  EXPECT_EQ(line.Elapsed, milliseconds(250));
+  EXPECT_FALSE(protocol.TryBaud(19200));
+  EXPECT_TRUE(protocol.TryBaud(38400));
+  EXPECT_EQ(line.Bauds, (std::vector<std::int32_t>{9600, 19200, 38400}));
+}
+
+TEST(BlockProtocol, ATerminalThatRefusesLargeBlocksKeepsToSmallOnes) {
+  BlockTerminal terminal([](int, const Bytes&) { return Bytes(100, 0x77); },
+                         {.RefusesBlockSize = true});
+  test::TerminalLine line(terminal);
+  BlockProtocol protocol(line);
+  EXPECT_TRUE(protocol.AnnounceBlockSize());
+  EXPECT_EQ(Ask(protocol, Unit::Card, "00 B0 00 00 00"), ToHex(Bytes(100, 0x77)));
+}
+
+TEST(BlockProtocol, ATerminalSilentOnTheBlockSizeIsSilent) {
+  test::ScriptedLine line({{Announce, ""}, {Announce, ""}, {Announce, ""}});
+  BlockProtocol protocol(line);
+  EXPECT_FALSE(protocol.AnnounceBlockSize());
+}
+
+TEST(CharacterWait, FollowsTheRateDownToALimit) {
+  EXPECT_EQ(BlockProtocol::CharacterWait(9600), milliseconds(854));
+  EXPECT_EQ(BlockProtocol::CharacterWait(19200), milliseconds(427));
+  EXPECT_EQ(BlockProtocol::CharacterWait(115200), milliseconds(200));
+}
+
+TEST(BlockProtocol, WaitsForFurtherBytesByTheRate) {
+  test::ScriptedLine line(test::ScriptedLine::Script{{Resynch, "21|E0 00 C1"}});
+  BlockProtocol protocol(line);
+  ASSERT_TRUE(protocol.TryBaud(19200));
+  EXPECT_EQ(line.Waits, (std::vector<milliseconds>{milliseconds(250), milliseconds(427)}));
+}
+
+struct RepeatRow {
+  const char* Name;
+  Unit With;
+  const char* Command;
+  bool MayBe;
+};
+
+class Repetition : public testing::TestWithParam<RepeatRow> {};
+
+TEST_P(Repetition, IsOnlyForCommandsWithoutEffect) {
+  EXPECT_EQ(MayBeRepeated(GetParam().With, FromHex(GetParam().Command)), GetParam().MayBe);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Host, Repetition,
+    testing::Values(RepeatRow{"ResetCt", Unit::Terminal, "2011000000", true},
+                    RepeatRow{"GetStatus", Unit::Terminal, "2013008100", true},
+                    RepeatRow{"UsbQuery", Unit::Terminal, "2071000100", true},
+                    RepeatRow{"RequestIcc", Unit::Terminal, "201201000101", false},
+                    RepeatRow{"EjectIcc", Unit::Terminal, "201501010101", false},
+                    RepeatRow{"Select", Unit::Card, "00A4020C022F02", true},
+                    RepeatRow{"ReadBinary", Unit::Card, "00B0000000", true},
+                    RepeatRow{"ReadRecord", Unit::Card, "00B201F400", true},
+                    RepeatRow{"EraseBinary", Unit::Card, "000E0000", false},
+                    RepeatRow{"EraseBinaryToTheTerminal", Unit::Terminal, "000E0000", false},
+                    RepeatRow{"Unknown", Unit::Card, "00D6000001FF", false},
+                    RepeatRow{"OneByte", Unit::Card, "00", false}),
+    RowName<RepeatRow>);
+
+}  // namespace
+}  // namespace ctapi::host

@@ -1,0 +1,358 @@
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "host/host_library.h"
+#include "host/pcsc_transport.h"
+#include "host/pcscd_service.h"
+#include "host/serial_transport.h"
+#include "simulator/hex.h"
+#include "simulator/scenario.h"
+
+// The library against the system's PC/SC service with a virtual reader, and a simulated eGK in it.
+namespace ctapi::host {
+namespace {
+
+using ctapi::test::Eventually;
+using ctapi::test::PcscdService;
+using ctapi::test::ToHex;
+using ctapi::test::VirtualCard;
+
+constexpr std::uint16_t FirstReader = 8192;
+constexpr const char* ResetCt = "2011000000";
+constexpr const char* RequestIcc = "201201000101";
+constexpr const char* SelectHca = "00A4040C06D27600000102";
+constexpr const char* ReadPd = "00B0810000";
+
+// The network is left once a process; a test that needs it is skipped where that is not possible.
+class OwnNetwork final : public testing::Environment {
+ public:
+  void SetUp() override { IsOwn = ctapi::test::EnterOwnNetwork(); }
+  static inline bool IsOwn = false;
+};
+const auto* const TheNetwork = testing::AddGlobalTestEnvironment(new OwnNetwork);
+
+class PcscdTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string reason = "no network namespace";
+    if (OwnNetwork::IsOwn) service_ = PcscdService::Start(reason);
+    if (service_) return;
+    const char* const ci = std::getenv("CI");
+    if (ci != nullptr && std::string(ci) == "true") FAIL() << reason;
+    GTEST_SKIP() << reason;
+  }
+  void TearDown() override { card_.reset(); }
+
+  // The card of the simulated USB terminal; how its answers are changed can be told.
+  using Change = std::function<std::optional<Bytes>(Bytes answer)>;
+  void InsertEgk(Change change = [](Bytes answer) { return answer; }) {
+    auto& terminal = *practice_.TerminalAt(FirstReader);
+    Bytes atr = terminal.TransmitToTerminal(*BytesFromHex("20110101"));
+    atr.resize(atr.size() - 2);
+    Insert({.Atr = atr,
+            .Reset = [&] { (void)terminal.TransmitToTerminal(*BytesFromHex("20110100")); },
+            .Transmit =
+                [&terminal, change](const Bytes& command) {
+                  return change(terminal.TransmitToCard(command));
+                }});
+  }
+  void Insert(VirtualCard::Behaviour behaviour) {
+    card_ = std::make_unique<VirtualCard>(std::move(behaviour));
+    ASSERT_TRUE(card_->IsIn());
+  }
+
+  std::string Ask(std::uint8_t unit, const char* command, std::size_t room = 4098) {
+    std::uint8_t dad = unit;
+    std::uint8_t sad = 2;
+    std::vector<std::uint8_t> response(room);
+    std::uint16_t length = 0;
+    const int code =
+        library_.Data(1, dad, sad, *BytesFromHex(command), std::span(response), length);
+    return code == 0 ? ToHex(ByteView(response).first(length)) : "code " + std::to_string(code);
+  }
+  // The reader appears a moment after the service, the card a moment after it was put in.
+  [[nodiscard]] bool OpenReader() {
+    return Eventually([this] { return library_.Init(1, FirstReader) == code::Success; });
+  }
+  void ActivateCard() {
+    ASSERT_TRUE(OpenReader());
+    ASSERT_EQ(Ask(1, "201201000105"), "9001");
+  }
+
+  SimulatedPractice practice_ = LoadScenario(BUNDLED_SCENARIOS "/praxis.json");
+  std::unique_ptr<PcscdService> service_;
+  std::unique_ptr<VirtualCard> card_;
+  HostLibrary library_{std::make_unique<SerialTransport>(),
+                       std::make_unique<PcscTransport>(LoadPcscApi())};
+};
+
+TEST_F(PcscdTest, ReadsAnEgk) {
+  InsertEgk();
+  ASSERT_TRUE(OpenReader());
+  EXPECT_EQ(Ask(1, "2013008100"), "8101019000");
+  // "Virtu" "PCD  "; the driver tells its version or none.
+  EXPECT_EQ(Ask(1, "2013004600").substr(0, 24), "460F56697274755043442020");
+  EXPECT_EQ(Ask(1, ResetCt), "9000");
+  EXPECT_EQ(Ask(1, "201201000105"), "9001");
+  EXPECT_EQ(Ask(1, "2013008000"), "8001059000");
+  EXPECT_EQ(Ask(1, RequestIcc), "6201");
+  EXPECT_EQ(Ask(0, SelectHca), "9000");
+  auto& terminal = *practice_.TerminalAt(FirstReader);
+  const std::string pd = Ask(0, ReadPd);
+  EXPECT_EQ(pd, ToHex(terminal.TransmitToCard(*BytesFromHex(ReadPd))));
+  EXPECT_GT(pd.size(), 100U);
+  EXPECT_EQ(Ask(1, "20110100"), "9001");
+  EXPECT_EQ(Ask(0, SelectHca), "9000");
+  EXPECT_EQ(Ask(1, ResetCt), "9000");
+  EXPECT_EQ(Ask(0, SelectHca), "6F00");
+  EXPECT_EQ(library_.Close(1), 0);
+}
+
+TEST_F(PcscdTest, WithoutACardTheReaderWaitsAndSaysSo) {
+  ASSERT_TRUE(OpenReader());
+  EXPECT_EQ(Ask(1, "2013008000"), "8001009000");
+  EXPECT_EQ(Ask(1, RequestIcc), "6200");
+  EXPECT_EQ(Ask(1, "20110100"), "6400");
+}
+
+TEST_F(PcscdTest, ACardPutInWhileWaitingIsTaken) {
+  ASSERT_TRUE(OpenReader());
+  std::thread later([this] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    InsertEgk();
+  });
+  EXPECT_EQ(Ask(1, "20120100010A"), "9001");
+  later.join();
+}
+
+TEST_F(PcscdTest, AMuteCardIsTold) {
+  // The driver takes an empty answer to reset for an empty slot.
+  Insert({.Atr = {0x00}, .Transmit = [](const Bytes&) { return Bytes{}; }});
+  ASSERT_TRUE(OpenReader());
+  EXPECT_TRUE(Eventually([this] { return Ask(1, "2013008000") == "8001019000"; }));
+  EXPECT_EQ(Ask(1, RequestIcc), "6400");
+  EXPECT_EQ(Ask(1, "20110100"), "6400");
+}
+
+TEST_F(PcscdTest, ACardPulledDuringAnExchangeIsGone) {
+  int exchanges = 0;
+  InsertEgk([&](Bytes answer) -> std::optional<Bytes> {
+    if (++exchanges == 2) return std::nullopt;
+    return answer;
+  });
+  ActivateCard();
+  EXPECT_EQ(Ask(0, SelectHca), "9000");
+  EXPECT_EQ(Ask(0, ReadPd), "code -8");
+  EXPECT_EQ(Ask(0, ReadPd), "6F00");
+}
+
+TEST_F(PcscdTest, ACardPulledBetweenExchangesIsGone) {
+  InsertEgk();
+  ActivateCard();
+  card_.reset();
+  EXPECT_EQ(Ask(0, SelectHca), "code -8");
+  EXPECT_TRUE(Eventually([this] { return Ask(1, "2013008000") == "8001009000"; }));
+}
+
+TEST_F(PcscdTest, EjectIccWaitsForTheRemoval) {
+  InsertEgk();
+  ActivateCard();
+  EXPECT_EQ(Ask(1, "201501010101"), "6200");
+  std::thread later([this] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    card_.reset();
+  });
+  EXPECT_EQ(Ask(1, "20150101010A"), "9001");
+  later.join();
+}
+
+TEST_F(PcscdTest, AnAnswerTooLongForTheBufferIsTold) {
+  InsertEgk();
+  ActivateCard();
+  EXPECT_EQ(Ask(0, SelectHca), "9000");
+  EXPECT_EQ(Ask(0, ReadPd, 20), "code -11");
+  EXPECT_EQ(Ask(0, SelectHca), "9000");
+}
+
+TEST_F(PcscdTest, AnAnswerOfOneByteIsBroken) {
+  InsertEgk([](const Bytes&) { return Bytes{0x90}; });
+  ActivateCard();
+  EXPECT_EQ(Ask(0, SelectHca), "code -10");
+}
+
+TEST_F(PcscdTest, TheServiceKilledInTheMiddleIsTold) {
+  InsertEgk([this](Bytes answer) {
+    service_->Kill();
+    return answer;
+  });
+  ActivateCard();
+  EXPECT_EQ(Ask(0, SelectHca), "code -127");
+  EXPECT_EQ(Ask(0, SelectHca), "code -128");
+  EXPECT_EQ(library_.Close(1), 0);
+  EXPECT_EQ(library_.Init(1, FirstReader), code::HostError);
+  card_.reset();
+  std::string reason;
+  service_ = PcscdService::Start(reason);
+  ASSERT_TRUE(service_) << reason;
+  InsertEgk();
+  ActivateCard();
+}
+
+TEST_F(PcscdTest, WithoutTheServiceInitIsRefused) {
+  service_->Kill();
+  EXPECT_EQ(library_.Init(1, FirstReader), code::HostError);
+}
+
+// Another program's connection, of either kind, keeps the card from us.
+TEST_F(PcscdTest, ACardHeldByAnotherProgramIsRefused) {
+  InsertEgk();
+  ASSERT_TRUE(OpenReader());
+  const auto api = LoadPcscApi();
+  ASSERT_TRUE(api);
+  SCARDCONTEXT context = 0;
+  ASSERT_EQ(api->EstablishContext(SCARD_SCOPE_SYSTEM, nullptr, nullptr, &context), 0);
+  for (const DWORD mode : {SCARD_SHARE_SHARED, SCARD_SHARE_EXCLUSIVE}) {
+    SCARDHANDLE handle = 0;
+    DWORD protocol = 0;
+    ASSERT_TRUE(Eventually([&] {
+      return api->Connect(context, "Virtual PCD 00 00", mode, SCARD_PROTOCOL_T1, &handle,
+                          &protocol) == SCARD_S_SUCCESS;
+    }));
+    EXPECT_EQ(Ask(1, RequestIcc), "code -127");
+    (void)api->Disconnect(handle, SCARD_LEAVE_CARD);
+  }
+  EXPECT_EQ(Ask(1, RequestIcc), "9001");
+  SCARDHANDLE handle = 0;
+  DWORD protocol = 0;
+  EXPECT_EQ(api->Connect(context, "Virtual PCD 00 00", SCARD_SHARE_SHARED, SCARD_PROTOCOL_T1,
+                         &handle, &protocol),
+            SCARD_E_SHARING_VIOLATION);
+  (void)api->ReleaseContext(context);
+}
+
+// The program with this library, from the sweep to the insured data.
+TEST_F(PcscdTest, TheProgramFindsTheReaderAndReadsTheEgk) {
+  InsertEgk();
+  ASSERT_TRUE(OpenReader());
+  ASSERT_TRUE(Eventually([this] { return Ask(1, "2013008000") == "8001019000"; }));
+  ASSERT_EQ(library_.Close(1), 0);
+  FILE* const program = ::popen(KARTOCHECK_PROGRAM " --console --json 2>/dev/null", "r");
+  ASSERT_NE(program, nullptr);
+  std::string report;
+  for (int c = std::fgetc(program); c != EOF; c = std::fgetc(program)) {
+    report += static_cast<char>(c);
+  }
+  EXPECT_EQ(::pclose(program), 0) << report;
+  EXPECT_NE(report.find("\"8192\""), std::string::npos) << report;
+  EXPECT_NE(report.find("80276001230000000017"), std::string::npos) << report;
+  EXPECT_NE(report.find("Größl-Öztürk"), std::string::npos) << report;
+  // One of the status check, 13 of every read, 2 for EF.GVD, and two pieces each of VD and PD.
+  EXPECT_EQ(card_->Commands().size(), 1U + 13 + 2 + 4);
+}
+
+// With everything on one processor. Otherwise the threads of the service that serve the two clients
+// may be placed differently, and the waking of idle processors outweighs all else.
+class PcscdOnOneProcessor : public PcscdTest {
+ protected:
+  void SetUp() override {
+    cpu_set_t allowed;
+    ASSERT_EQ(::sched_getaffinity(0, sizeof allowed, &allowed), 0);
+    int processor = 0;
+    while (!CPU_ISSET(processor, &allowed)) ++processor;
+    CPU_ZERO(&allowed);
+    CPU_SET(processor, &allowed);
+    ASSERT_EQ(::sched_setaffinity(0, sizeof allowed, &allowed), 0);
+    PcscdTest::SetUp();
+  }
+};
+
+// The commands of one read, through this library and through PC/SC alone, with the same connections
+// and power-downs.
+TEST_F(PcscdOnOneProcessor, AReadIsHardlySlowerThanPcscAlone) {
+  constexpr std::array Commands{
+      "00B0820000", "00A4040C06D27600000102", "00A4020C02D002", "00B0000004", "00B00008FC",
+      "00B00104A8", "00A4040C06D27600000102", "00A4020C02D001", "00B0000002", "00B00002FC",
+      "00B000FEE3", "00A4040C06D27600000102", "00A4020C02D00C", "00B0000019"};
+  constexpr int Runs = 301;
+  InsertEgk();
+  ActivateCard();
+  ASSERT_EQ(Ask(1, ResetCt), "9000");
+  const auto api = LoadPcscApi();
+  SCARDCONTEXT context = 0;
+  ASSERT_EQ(api->EstablishContext(SCARD_SCOPE_SYSTEM, nullptr, nullptr, &context), 0);
+
+  const auto throughLibrary = [&] {
+    EXPECT_EQ(Ask(1, RequestIcc), "9001");
+    for (const char* const command : Commands) EXPECT_NE(Ask(0, command), "code -10");
+    EXPECT_EQ(Ask(1, ResetCt), "9000");
+  };
+  const auto alone = [&] {
+    SCARDHANDLE handle = 0;
+    DWORD protocol = 0;
+    ASSERT_EQ(api->Connect(context, "Virtual PCD 00 00", SCARD_SHARE_EXCLUSIVE,
+                           SCARD_PROTOCOL_T0 | SCARD_PROTOCOL_T1, &handle, &protocol),
+              SCARD_S_SUCCESS);
+    for (const char* const command : Commands) {
+      const Bytes bytes = *BytesFromHex(command);
+      Bytes answer(258);
+      DWORD length = answer.size();
+      const SCARD_IO_REQUEST request{protocol, sizeof(SCARD_IO_REQUEST)};
+      EXPECT_EQ(api->Transmit(handle, &request, bytes.data(), bytes.size(), nullptr, answer.data(),
+                              &length),
+                SCARD_S_SUCCESS);
+    }
+    EXPECT_EQ(api->Disconnect(handle, SCARD_UNPOWER_CARD), SCARD_S_SUCCESS);
+  };
+  const auto timeOf = [](const auto& read) {
+    const auto begin = std::chrono::steady_clock::now();
+    read();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
+        .count();
+  };
+  // Taken in turn, so that both meet the same load of the machine.
+  std::vector<double> ours;
+  std::vector<double> theirs;
+  for (int run = 0; run < Runs; ++run) {
+    ours.push_back(timeOf(throughLibrary));
+    theirs.push_back(timeOf(alone));
+  }
+  std::sort(ours.begin(), ours.end());
+  std::sort(theirs.begin(), theirs.end());
+  const double ratio = ours[Runs / 2] / theirs[Runs / 2];
+  std::printf("library %.2f ms, PC/SC alone %.2f ms, ratio %.2f\n", ours[Runs / 2],
+              theirs[Runs / 2], ratio);
+  EXPECT_LE(ratio, 1.3);
+  (void)api->ReleaseContext(context);
+}
+
+TEST_F(PcscdTest, ASweepOverAllPortsTakesAtMostATenthOfASecond) {
+  ASSERT_TRUE(OpenReader());
+  ASSERT_EQ(library_.Close(1), 0);
+  setenv(ComTableVariable, "", 1);
+  const auto begin = std::chrono::steady_clock::now();
+  std::vector<int> found;
+  for (const int first : {1, 8192}) {
+    for (int pn = first; pn < first + 256; ++pn) {
+      if (library_.Init(1, static_cast<std::uint16_t>(pn)) != code::Success) continue;
+      found.push_back(pn);
+      EXPECT_EQ(library_.Close(1), 0);
+    }
+  }
+  const auto taken = std::chrono::steady_clock::now() - begin;
+  RecordProperty("milliseconds",
+                 std::to_string(std::chrono::duration<double, std::milli>(taken).count()));
+  std::printf("sweep: %.1f ms\n", std::chrono::duration<double, std::milli>(taken).count());
+  EXPECT_LE(taken, std::chrono::milliseconds(100));
+  EXPECT_EQ(found.front(), 8192);
+}
+
+}  // namespace
+}  // namespace ctapi::host

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/ct_api_simulated.h"
+#include "platform/serial_port_simulated.h"
+#include "support/fake_dialogs.h"
+#include "support/fake_display.h"
+#include "support/fake_event_loop.h"
+#include "support/link_fixture.h"
+#include "support/simulated_ports.h"
+#include "ui/main_window/fake_front_end.h"
+#include "ui/main_window/test_flow.h"
+
+namespace kartocheck::test {
+
+// The flows over a simulated practice, with a front end that records.
+class SimulatedWindow {
+ public:
+  SimulatedWindow()
+      : module({.api = api,
+                .dialogs = dialogs,
+                .display = display,
+                .eventLoop = eventLoop,
+                .serial = serial,
+                .directory = directory,
+                .terminate = [] { throw Terminated{}; }}),
+        flow(module, dialogs, display, frontEnd) {
+    const auto note = [this](const std::string& call) {
+      log.push_back(call);
+      if (onCall) onCall(call);
+    };
+    display.onCall = note;
+    frontEnd.onCall = note;
+  }
+
+  ctapi::SimulatedPractice practice;
+  CtApiSimulated api{practice};
+  SerialPortSimulated serial{practice};
+  PortDirectorySimulated directory{practice};
+  FakeDialogs dialogs;
+  FakeDisplay display;
+  FakeEventLoop eventLoop;
+  FakeFrontEnd frontEnd;
+  Bas_MKT_Test module;
+  TestFlow flow;
+
+  // What display and front end were called for, in order.
+  std::vector<std::string> log;
+  std::function<void(const std::string&)> onCall;
+};
+
+}  // namespace kartocheck::test
