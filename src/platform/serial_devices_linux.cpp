@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <QSerialPortInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <grp.h>
@@ -43,6 +44,23 @@ class Descriptor {
 bool HasHardware(const QString& name) {
   QFile type(u"/sys/class/tty/" + name + u"/type");
   return type.open(QIODevice::ReadOnly) && type.readAll().trimmed() != "0";
+}
+
+bool IsConsoleOrBuiltIn(QStringView name) {
+  constexpr QStringView Prefix = u"tty";
+  if (!name.startsWith(Prefix)) return name == u"console" || name == u"ptmx";
+  QStringView rest = name.sliced(Prefix.size());
+  if (rest.startsWith(u'S')) rest = rest.sliced(1);
+  return rest == u"printk" ||
+         std::all_of(rest.begin(), rest.end(), [](QChar character) { return character.isDigit(); });
+}
+
+// Whether it is worth while to ask for USB devices: that takes thousands of system calls, most of
+// them on the kernel's 64 consoles.
+bool HasOtherPorts() {
+  const QStringList names =
+      QDir(QStringLiteral("/sys/class/tty")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+  return !std::all_of(names.begin(), names.end(), IsConsoleOrBuiltIn);
 }
 
 QString IdentificationOf(const QSerialPortInfo& info) {
@@ -104,6 +122,7 @@ std::vector<SerialDevice> FindSerialDevices() {
       devices.push_back({.path = u"/dev/" + name, .builtInNumber = i + 1, .identification = {}});
     }
   }
+  if (!HasOtherPorts()) return devices;
   for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts()) {
     // Built-in ports on a PCI card have a vendor too.
     if (!info.hasVendorIdentifier() || info.portName().startsWith(u"ttyS")) continue;
