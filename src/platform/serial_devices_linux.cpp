@@ -102,8 +102,8 @@ bool IsHeld(int descriptor) {
   return false;
 }
 
-// The lock file by which serial programs tell each other that they use a port. The first line is the
-// number of the process; one that is gone counts for nothing.
+// The lock file by which serial programs tell each other that they use a port. The first line is
+// the number of the process; one that is gone counts for nothing.
 bool HasLockFile(const QString& path) {
   QFile lock(u"/var/lock/LCK.." + QFileInfo(DeviceFileOf(path)).fileName());
   if (!lock.open(QIODevice::ReadOnly)) return false;
