@@ -11,6 +11,10 @@ for preset in release sanitize console; do
   echo "== $preset"
   cmake --preset "$preset" -DBUILD_TESTING=ON -DKARTOCHECK_WERROR=ON >/dev/null
   cmake --build --preset "$preset"
-  ctest --preset "$preset" --quiet --output-on-failure || ctest_failed=1
-  [ -z "${ctest_failed:-}" ] || { echo "tests failed: $preset" >&2; exit 1; }
+  log=build/$preset/ctest.log
+  if ! ctest --preset "$preset" >"$log" 2>&1; then
+    grep -vE ' (Passed|Start) ' "$log" | tail -n 300
+    exit 1
+  fi
+  grep -A 4 'tests passed' "$log"
 done

@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <QSerialPortInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <grp.h>
@@ -45,6 +46,23 @@ bool HasHardware(const QString& name) {
   return type.open(QIODevice::ReadOnly) && type.readAll().trimmed() != "0";
 }
 
+bool IsConsoleOrBuiltIn(QStringView name) {
+  constexpr QStringView Prefix = u"tty";
+  if (!name.startsWith(Prefix)) return name == u"console" || name == u"ptmx";
+  QStringView rest = name.sliced(Prefix.size());
+  if (rest.startsWith(u'S')) rest = rest.sliced(1);
+  return rest == u"printk" ||
+         std::all_of(rest.begin(), rest.end(), [](QChar character) { return character.isDigit(); });
+}
+
+// Whether it is worth while to ask for USB devices: that takes thousands of system calls, most of
+// them on the kernel's 64 consoles.
+bool HasOtherPorts() {
+  const QStringList names =
+      QDir(QStringLiteral("/sys/class/tty")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+  return !std::all_of(names.begin(), names.end(), IsConsoleOrBuiltIn);
+}
+
 QString IdentificationOf(const QSerialPortInfo& info) {
   QStringList parts;
   if (info.hasVendorIdentifier() && info.hasProductIdentifier()) {
@@ -84,8 +102,8 @@ bool IsHeld(int descriptor) {
   return false;
 }
 
-// The lock file by which serial programs tell each other that they use a port. The first line is the
-// number of the process; one that is gone counts for nothing.
+// The lock file by which serial programs tell each other that they use a port. The first line is
+// the number of the process; one that is gone counts for nothing.
 bool HasLockFile(const QString& path) {
   QFile lock(u"/var/lock/LCK.." + QFileInfo(DeviceFileOf(path)).fileName());
   if (!lock.open(QIODevice::ReadOnly)) return false;
@@ -104,6 +122,7 @@ std::vector<SerialDevice> FindSerialDevices() {
       devices.push_back({.path = u"/dev/" + name, .builtInNumber = i + 1, .identification = {}});
     }
   }
+  if (!HasOtherPorts()) return devices;
   for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts()) {
     // Built-in ports on a PCI card have a vendor too.
     if (!info.hasVendorIdentifier() || info.portName().startsWith(u"ttyS")) continue;

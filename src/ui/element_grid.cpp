@@ -44,6 +44,8 @@ ElementGrid::ElementGrid(QWidget* parent) : QTableWidget(0, 2, parent) {
   setSelectionMode(QAbstractItemView::ExtendedSelection);
   setWordWrap(true);
   setAlternatingRowColors(true);
+  // A long value makes a row higher than the window.
+  setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   verticalHeader()->hide();
   verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
   horizontalHeader()->setStretchLastSection(true);

@@ -64,6 +64,7 @@ Form_egK_Info::Form_egK_Info(EgkInfo info, QWidget* parent)
     : QDialog(parent), info_(std::move(info)), boxes_(*this) {
   setObjectName(QStringLiteral("Form_egK_Info"));
   setWindowTitle(QStringLiteral("Info eGK Daten"));
+  setWindowFlag(Qt::WindowMaximizeButtonHint);
   setWindowIcon(PictureIcon(u"kartocheck"));
 
   auto* frame =

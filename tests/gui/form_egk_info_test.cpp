@@ -6,6 +6,7 @@
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QMenu>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -15,6 +16,7 @@
 
 #include <gtest/gtest.h>
 #include <map>
+#include <memory>
 
 #include "gui/support/box_answerer.h"
 #include "gui/support/screen.h"
@@ -144,6 +146,16 @@ TEST(EgkWindowTest, ShowsTheXmlTextsAsTheyAreKept) {
                 QStringView(Markup).toString() +
                 u"</a>\n\nAllgemeine Versicherungsdaten (XML)\n<b/>\n\n"
                 u"Geschützte Versichertendaten (XML)\n");
+}
+
+TEST(EgkWindowTest, TheContextMenuOfTheXmlTextsIsGerman) {
+  EgkWindow shown(InfoOf(Card()));
+  const std::unique_ptr<QMenu> menu(shown.Xml().createStandardContextMenu());
+  QStringList entries;
+  for (const QAction* action : menu->actions()) {
+    if (!action->isSeparator()) entries << action->text().remove(u'&').section(u'\t', 0, 0);
+  }
+  EXPECT_EQ(entries, (QStringList{QStringLiteral("Kopieren"), QStringLiteral("Alles auswählen")}));
 }
 
 TEST(EgkWindowTest, ShowsTheCardsFacts) {

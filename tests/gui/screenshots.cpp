@@ -8,6 +8,7 @@
 #include <QPalette>
 #include <QStyle>
 #include <QStyleFactory>
+#include <QTabWidget>
 #include <QTimer>
 
 #include <cstdio>
@@ -59,7 +60,7 @@ class Album {
   void AddNextBox(const QString& name, QMessageBox::StandardButton answer) {
     QTimer::singleShot(0, qApp, [this, name, answer] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (box == nullptr) return AddNextBox(name, answer);
+      if (box == nullptr || box->button(answer) == nullptr) return AddNextBox(name, answer);
       Add(*box, name);
       box->button(answer)->click();
     });
@@ -114,8 +115,6 @@ void TakeFrames(Album& album) {
   program.window.ShowStatusText(QStringLiteral("Programm prüft die serielle Schnittstelle COM 2"));
   program.window.ShowProgress(40);
   album.Add(program.window, QStringLiteral("warten"));
-  (void)program.window.ShowFrameX(1);
-  album.Add(program.window, QStringLiteral("dialog"));
   (void)program.window.ShowFrameX(3);
   DataFrame frame = EmptyDataFrame();
   for (int row = 0; row < DataRowCount; ++row) {
@@ -195,11 +194,24 @@ void TakeScan(Album& album) {
   album.Add(program.window, QStringLiteral("scan_daten"));
   TakeEgkInfo(album, program, QStringLiteral("egk_karte"));
   program.Click(QStringLiteral("CmdB_MKt_Test_2"));
-  album.Add(program.window, QStringLiteral("scan_status"));
+  auto& tabs = program.Find<QTabWidget>(QStringLiteral("TabStrip1"));
+  for (int tab = 0; tab < tabs.count(); ++tab) {
+    tabs.setCurrentIndex(tab);
+    album.Add(program.window, QStringLiteral("scan_status_%1").arg(tab + 1));
+  }
   program.Click(QStringLiteral("Opti_Comx_2"));
   program.Click(QStringLiteral("CmdB_MKt_Test_3"));
   album.Add(program.window, QStringLiteral("egk_mobil_daten"));
   TakeEgkInfo(album, program, QStringLiteral("egk_mobil"));
+}
+
+// The first question of the diagnosis, and what is seen behind it.
+void TakeDiagnosis(Album& album) {
+  SimulatedProgram program(QStringLiteral("leer"));
+  album.AddNextBox(QStringLiteral("diagnose_rat"), QMessageBox::Ok);
+  QTimer::singleShot(0, qApp, [&] { album.Add(program.window, QStringLiteral("diagnose")); });
+  album.AddNextBox(QStringLiteral("diagnose_frage"), QMessageBox::No);
+  program.Click(QStringLiteral("CmdB_MKt_Test_1"));
 }
 
 void TakeScanResults(Album& album) {
@@ -251,6 +263,7 @@ int Run(const QStringList& arguments) {
   TakeBoxes(album);
   TakeUserInformation(album);
   TakeScan(album);
+  TakeDiagnosis(album);
   TakeScanResults(album);
   TakeSchemaDialog(album);
   return 0;

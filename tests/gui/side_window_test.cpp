@@ -1,6 +1,9 @@
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
+#include <QLabel>
 #include <QPointer>
+#include <QPushButton>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -23,12 +26,17 @@ void PrintTo(const SideWindowRow& row, std::ostream* out) {
   *out << QStringView(row.name).toString().toStdString();
 }
 
-constexpr SideWindowRow Rows[] = {
+constexpr SideWindowRow OwnWindows[] = {
     {u"Form_FirstUser", u"mnuBenutzerInformation"},
     {u"Form_Info", u"mnuInfo"},
     {u"Form_egK_Info", u"cmdeGK"},
-    {u"dlgKartoCheck", u"mnuSchema_2"},
 };
+
+constexpr SideWindowRow QtsWindows[] = {{u"dlgKartoCheck", u"mnuSchema_2"}};
+
+std::string NameOf(const testing::TestParamInfo<SideWindowRow>& row) {
+  return QStringView(row.param.name).toString().toStdString();
+}
 
 class SideWindowTest : public testing::TestWithParam<SideWindowRow> {
  protected:
@@ -81,9 +89,50 @@ TEST_P(SideWindowTest, OpensAnew) {
   EXPECT_TRUE(again.isVisible());
 }
 
-INSTANTIATE_TEST_SUITE_P(Windows, SideWindowTest, testing::ValuesIn(Rows), [](const auto& row) {
-  return QStringView(row.param.name).toString().toStdString();
-});
+class OwnWindowTest : public SideWindowTest {};
+
+// Every label that is not wrapped, and every button, has the room it asks for.
+TEST_P(OwnWindowTest, NothingIsCutWithALargeFont) {
+  const QFont before = QApplication::font();
+  QFont large = before;
+  large.setPointSizeF(large.pointSizeF() * 1.8);
+  QApplication::setFont(large);
+  QWidget& window = Open();
+  window.resize(window.sizeHint());
+  QCoreApplication::processEvents();
+  int checked = 0;
+  for (const auto* label : window.findChildren<QLabel*>()) {
+    if (!label->isVisible() || label->wordWrap()) continue;
+    EXPECT_GE(label->width(), label->minimumSizeHint().width()) << label->text().toStdString();
+    EXPECT_GE(label->height(), label->minimumSizeHint().height()) << label->text().toStdString();
+    ++checked;
+  }
+  for (const auto* button : window.findChildren<QPushButton*>()) {
+    EXPECT_GE(button->width(), button->minimumSizeHint().width()) << button->text().toStdString();
+    ++checked;
+  }
+  EXPECT_GE(checked, 2);
+  window.close();
+  QApplication::setFont(before);
+}
+
+TEST_P(OwnWindowTest, EveryControlHasAnAccessibleName) {
+  QWidget& window = Open();
+  int checked = 0;
+  for (QWidget* widget : window.findChildren<QWidget*>()) {
+    if ((widget->focusPolicy() & Qt::TabFocus) == 0 || widget->objectName().isEmpty()) continue;
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_FALSE(accessible->text(QAccessible::Name).trimmed().isEmpty())
+        << widget->objectName().toStdString();
+    ++checked;
+  }
+  EXPECT_GE(checked, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(OwnWindows, SideWindowTest, testing::ValuesIn(OwnWindows), NameOf);
+INSTANTIATE_TEST_SUITE_P(QtsWindows, SideWindowTest, testing::ValuesIn(QtsWindows), NameOf);
+INSTANTIATE_TEST_SUITE_P(OwnWindows, OwnWindowTest, testing::ValuesIn(OwnWindows), NameOf);
 
 TEST(EgkSideWindowTest, RemembersNothing) {
   SimulatedProgram program(QStringLiteral("egk-beispiel"));
