@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <ctime>
@@ -290,6 +291,38 @@ TEST_F(QtSerialPortTest, ADeviceThatAnotherProgramUsesExclusivelyIsInUse) {
   OtherProgram other(terminal.Device());
   other.UseExclusively();
   EXPECT_EQ(OpenError({{1, terminal.Device()}}, 1), SerialPortError::AlreadyOpen);
+}
+
+// The lock file of older serial programs: the process number, and perhaps more lines.
+TEST_F(QtSerialPortTest, ADeviceWithALockFileIsInUseWhileItsProcessLives) {
+  const SerialLineTerminal terminal({});
+  const ComTable table{{1, terminal.Device()}};
+  QFile lock(u"/var/lock/LCK.." + QFileInfo(terminal.Device()).fileName());
+  if (!lock.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+    GTEST_SKIP() << "no lock files can be made here";
+  }
+  const auto write = [&](const QByteArray& content) {
+    lock.resize(0);
+    lock.seek(0);
+    lock.write(content);
+    lock.flush();
+  };
+  const QByteArray own = QByteArray::number(::getpid());
+  const std::pair<QByteArray, int> rows[] = {
+      {own.rightJustified(10) + '\n', SerialPortError::AlreadyOpen},
+      {own + "\nminicom\nhost\n", SerialPortError::AlreadyOpen},
+      {own, SerialPortError::AlreadyOpen},
+      {"4194305\n", 0},  // beyond the largest process number
+      {"0\n", 0},
+      {"-1\n", 0},
+      {"no number\n", 0},
+      {"", 0},
+  };
+  for (const auto& [content, expected] : rows) {
+    write(content);
+    EXPECT_EQ(OpenError(table, 1), expected) << content.toStdString();
+  }
+  lock.remove();
 }
 
 TEST_F(QtSerialPortTest, APortThatIsOpenHereIsInUseElsewhere) {
