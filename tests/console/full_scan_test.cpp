@@ -206,6 +206,16 @@ TEST(ConsoleScanTest, StoredRecordsStayUnlessTheCallerAllowsTheirErasure) {
   }
 }
 
+TEST(ConsoleScanTest, NothingButAnErasureIsEverAgreedTo) {
+  Console console(StoredRecords::Erase);
+  console.practice.Attach(1, PortOf("kvk-kein-aid"));
+  console.practice.Attach(2, PortOf("keine-karte"));
+  EXPECT_EQ(console.Run(), exit_status::NoData);
+  const std::string messages = console.messages.str();
+  EXPECT_NE(messages.find("Noch einmal versuchen?\n-> Nein\n"), std::string::npos) << messages;
+  EXPECT_NE(messages.find("COM  2\n-> Abbrechen\n"), std::string::npos);
+}
+
 // SIGTERM and the like: the step that runs is finished, and the report covers what was looked at.
 TEST(ConsoleScanTest, ARequestToEndEndsTheRunAfterThePortItIsAt) {
   Console console;
@@ -274,6 +284,19 @@ TEST(ConsoleScanTest, OnATerminalStatusTextsOverwriteEachOther) {
             std::string::npos)
       << "blanks cover a longer text";
   EXPECT_EQ(console.out.str().find('\r'), std::string::npos);
+}
+
+// Both streams on one terminal.
+TEST(ConsoleScanTest, OnATerminalTheReportBeginsOnALineOfItsOwn) {
+  Console console(StoredRecords::Keep, StatusLine::Overwritten);
+  console.practice.Attach(1, PortOf("kvk-60"));
+  (void)RunConsole({}, console.module, console.frontEnd, console.messages);
+  const std::string text = console.messages.str();
+  for (const char* begin : {"COM 1 (CTAPI", "COM 2 (CTAPI", "Schnittstellen\n"}) {
+    const std::size_t at = text.find(begin);
+    ASSERT_NE(at, std::string::npos) << begin;
+    EXPECT_EQ(text[at - 1], '\n') << begin;
+  }
 }
 
 TEST(ConsoleScanTest, AStatusLineIsEndedOnce) {

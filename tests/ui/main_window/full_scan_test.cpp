@@ -327,6 +327,23 @@ TEST(FullScanTest, AfterACloseRequestNothingMoreIsAskedAndTheWindowClosesAtTheEn
   EXPECT_GT(requests, 60);
 }
 
+TEST(FullScanTest, ACloseRequestLeavesOutThePortsThatFollow) {
+  SimulatedWindow window;
+  for (const std::uint16_t pn : std::initializer_list<std::uint16_t>{1, 2, 3}) {
+    window.practice.Attach(pn, PortOf("gamma"));
+  }
+  window.onCall = [&](const std::string& call) {
+    if (call.ends_with(" COM 2")) (void)window.flow.MayClose(CloseSource::User);
+  };
+  window.flow.Button(ScanButton);
+  EXPECT_TRUE(window.module.Terminals[2].Answered) << "the check that runs is finished";
+  EXPECT_FALSE(window.module.Terminals[3].Answered);
+  EXPECT_EQ(std::count(window.log.begin(), window.log.end(),
+                       "status Programm prüft die serielle Schnittstelle COM 3"),
+            0);
+  EXPECT_EQ(window.log.back(), "close window");
+}
+
 TEST(FullScanTest, ACloseRequestEndsTheSweep) {
   SimulatedWindow window;
   window.practice.Attach(8192, PortOf("omega"));
