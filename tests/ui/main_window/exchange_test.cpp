@@ -26,6 +26,10 @@ void AnswerAsUser(SimulatedWindow& window) {
     if (question.consequence == Consequence::ErasesRecord) window.dialogs.answers = {Answer::Yes};
     if (isDiagnosis) window.dialogs.answers = {isCable ? Answer::Yes : Answer::No};
   };
+  // There is nothing on further ports.
+  window.onCall = [&window](const std::string& call) {
+    if (call.ends_with(" COM 5")) window.flow.EndSweep();
+  };
 }
 
 void Act(SimulatedWindow& window, Acting action) {
