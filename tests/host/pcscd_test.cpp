@@ -219,7 +219,8 @@ TEST_F(PcscdTest, ACardHeldByAnotherProgramIsRefused) {
   ASSERT_TRUE(api);
   SCARDCONTEXT context = 0;
   ASSERT_EQ(api->EstablishContext(SCARD_SCOPE_SYSTEM, nullptr, nullptr, &context), 0);
-  for (const DWORD mode : {SCARD_SHARE_SHARED, SCARD_SHARE_EXCLUSIVE}) {
+  for (const DWORD mode :
+       {static_cast<DWORD>(SCARD_SHARE_SHARED), static_cast<DWORD>(SCARD_SHARE_EXCLUSIVE)}) {
     SCARDHANDLE handle = 0;
     DWORD protocol = 0;
     ASSERT_TRUE(Eventually([&] {
