@@ -102,8 +102,10 @@ INSTANTIATE_TEST_SUITE_P(Host, SerialRate, testing::Values(9600, 19200, 38400, 5
 
 class LineTime : public testing::TestWithParam<std::int32_t> {};
 
-// The protocol adds little to the time that the bytes need on the line.
-TEST_P(LineTime, IsHardlyExceeded) {
+// The protocol adds little to the time that the bytes need on the line. A figure, not a test of
+// every day: run it by hand with --gtest_also_run_disabled_tests on a machine that has nothing else
+// to do.
+TEST_P(LineTime, DISABLED_IsHardlyExceeded) {
   constexpr double BitsPerByte = 11;
   const TerminalOnALine terminal({.Baud = GetParam(), .TakesLineTime = true});
   const OpenedLink opened = OpenCom3();
@@ -209,11 +211,9 @@ TEST(SerialLink, AnAnswerWithoutAStatusWordIsBroken) {
   EXPECT_EQ(Ask(*opened.Link, Unit::Terminal, "2013008100"), "code -10");
 }
 
-TEST(SerialTransport, ASilentDeviceIsRefusedInTime) {
+TEST(SerialTransport, ASilentDeviceIsRefused) {
   const TerminalOnALine terminal({.IsSilent = true});
-  const auto begin = steady_clock::now();
   EXPECT_EQ(OpenCom3().Code, code::TransmissionError);
-  EXPECT_LE(steady_clock::now() - begin, milliseconds(1500));
 }
 
 TEST(SerialTransport, PortsThatAreNotInTheTableAreRefused) {
