@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <gtest/gtest.h>
+#include <ostream>
 #include <vector>
 
 #include "gui/support/box_answerer.h"
@@ -18,6 +19,7 @@
 #include "platform/qt_event_loop.h"
 #include "support/fake_dialogs.h"
 #include "support/printing.h"
+#include "support/sentence_name.h"
 #include "support/simulated_ports.h"
 
 // The window during and after a scan: closing, staying alive, and forgetting what was exchanged.
@@ -221,6 +223,10 @@ constexpr Kind Kinds[] = {{"gamma", 1},       {"kvk-fest231", 1},     {"egk-beis
 // A port check with a read where there is a terminal: at the end of a diagnosis, or after a reset.
 enum class Exchange { Diagnose, ResetAndRead };
 
+std::ostream& operator<<(std::ostream& out, Exchange exchange) {
+  return out << (exchange == Exchange::Diagnose ? "diagnosis" : "reset and read");
+}
+
 class ExchangeOnScreenTest : public testing::TestWithParam<Exchange> {
  protected:
   using QuickProgram = RuledProgram<QuickEventLoop>;
@@ -261,7 +267,8 @@ TEST_P(ExchangeOnScreenTest, NothingOfTheFirstShowsAfterTheSecond) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Gui, ExchangeOnScreenTest,
-                         testing::Values(Exchange::Diagnose, Exchange::ResetAndRead));
+                         testing::Values(Exchange::Diagnose, Exchange::ResetAndRead),
+                         SentenceName());
 
 }  // namespace
 }  // namespace kartocheck::test

@@ -1,8 +1,11 @@
+#include <array>
 #include <gtest/gtest.h>
+#include <ostream>
 #include <string>
 #include <vector>
 
 #include "support/printing.h"
+#include "support/sentence_name.h"
 #include "ui/main_window/simulated_window.h"
 #include "ui/main_window/window_fixture.h"
 
@@ -15,6 +18,11 @@ namespace {
 constexpr int Port = 1;
 
 enum class Acting { Scan, Diagnose, ResetAndRead };
+
+std::ostream& operator<<(std::ostream& out, Acting acting) {
+  constexpr std::array<const char*, 3> Names{"full scan", "diagnosis", "reset and read"};
+  return out << Names.at(static_cast<std::size_t>(acting));
+}
 
 // A user who agrees to erase records, but otherwise to nothing; the questions of a diagnosis lead
 // to its port check.
@@ -108,7 +116,8 @@ TEST_P(ExchangeTest, NothingOfTheFirstShowsAfterTheSecond) {
 }
 
 INSTANTIATE_TEST_SUITE_P(MainWindow, ExchangeTest,
-                         testing::Values(Acting::Scan, Acting::Diagnose, Acting::ResetAndRead));
+                         testing::Values(Acting::Scan, Acting::Diagnose, Acting::ResetAndRead),
+                         SentenceName());
 
 }  // namespace
 }  // namespace kartocheck::test
