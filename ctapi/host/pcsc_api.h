@@ -17,7 +17,6 @@ struct PcscApi {
   std::function<decltype(SCardConnect)> Connect;
   std::function<decltype(SCardReconnect)> Reconnect;
   std::function<decltype(SCardDisconnect)> Disconnect;
-  std::function<decltype(SCardStatus)> Status;
   std::function<decltype(SCardTransmit)> Transmit;
   std::function<decltype(SCardGetAttrib)> GetAttrib;
   std::function<std::chrono::steady_clock::time_point()> Now = std::chrono::steady_clock::now;

@@ -30,7 +30,6 @@ std::optional<PcscApi> LoadPcscApi() {
                      Resolve(library, "SCardConnect", api.Connect) &&
                      Resolve(library, "SCardReconnect", api.Reconnect) &&
                      Resolve(library, "SCardDisconnect", api.Disconnect) &&
-                     Resolve(library, "SCardStatus", api.Status) &&
                      Resolve(library, "SCardTransmit", api.Transmit) &&
                      Resolve(library, "SCardGetAttrib", api.GetAttrib);
   if (!whole) return std::nullopt;

@@ -2,19 +2,26 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <reader.h>
+#include <utility>
 
 namespace ctapi::host {
 
 namespace {
 
 constexpr DWORD AnyProtocol = SCARD_PROTOCOL_T0 | SCARD_PROTOCOL_T1;
+// Room for the names of as many readers as pcsc-lite has (16 of 128 characters): being told the
+// length first would cost a question more.
+constexpr std::size_t UsualLengthOfNames = 16 * 128 + 1;
 constexpr DWORD LostStates = SCARD_STATE_UNKNOWN | SCARD_STATE_UNAVAILABLE | SCARD_STATE_IGNORE;
 
-ReaderState StateOf(DWORD raw) {
+ReaderState StateOf(const SCARD_READERSTATE& told) {
+  const DWORD raw = told.dwEventState;
+  const std::size_t atrLength = std::min<std::size_t>(told.cbAtr, std::size(told.rgbAtr));
   return {.HasCard = (raw & SCARD_STATE_PRESENT) != 0,
-          .IsMute = (raw & SCARD_STATE_MUTE) != 0,
           .IsHeld = (raw & (SCARD_STATE_EXCLUSIVE | SCARD_STATE_INUSE)) != 0,
+          .Atr = Bytes(told.rgbAtr, told.rgbAtr + atrLength),
           .Raw = raw & ~static_cast<DWORD>(SCARD_STATE_CHANGED)};
 }
 
@@ -97,15 +104,15 @@ PcscResult PcscService::List(std::vector<std::string>& names) {
 PcscResult PcscService::ListOnce(std::vector<std::string>& names) {
   names.clear();
   if (const PcscResult result = Establish(); result != PcscResult::Ok) return result;
-  // Readers may come between asking for the length and asking for the names.
+  std::string text(UsualLengthOfNames, '\0');
+  // Readers may come between being told the length and asking for the names with it.
   for (int attempt = 0; attempt < 3; ++attempt) {
-    DWORD length = 0;
-    PcscResult result = ResultOf(api_->ListReaders(*context_, nullptr, nullptr, &length));
-    std::string text(length, '\0');
-    if (result == PcscResult::Ok) {
-      result = ResultOf(api_->ListReaders(*context_, nullptr, text.data(), &length));
+    auto length = static_cast<DWORD>(text.size());
+    const PcscResult result = ResultOf(api_->ListReaders(*context_, nullptr, text.data(), &length));
+    if (result == PcscResult::TooLong) {
+      text.resize(std::max<std::size_t>(length, 2 * text.size()));
+      continue;
     }
-    if (result == PcscResult::TooLong) continue;
     if (result == PcscResult::NoReader) return PcscResult::Ok;
     if (result != PcscResult::Ok) return PcscResult::NoService;
     names = SplitNames(text);
@@ -129,7 +136,7 @@ PcscResult PcscService::AwaitChange(const std::string& reader, const ReaderState
       ResultOf(api_->GetStatusChange(*context_, static_cast<DWORD>(longest.count()), &query, 1));
   if (result == PcscResult::Ok || result == PcscResult::Timeout) {
     if ((query.dwEventState & LostStates) != 0) return PcscResult::NoReader;
-    state = StateOf(query.dwEventState);
+    state = StateOf(query);
     return result;
   }
   // Nothing of a card can go wrong here: without a reader's state the service is gone.
@@ -169,26 +176,16 @@ std::optional<std::uint32_t> PcscService::DriverVersion(const std::string& reade
 }
 
 CardConnection::~CardConnection() {
-  (void)api_.Disconnect(handle_, SCARD_UNPOWER_CARD);
+  if (handle_) (void)End();
 }
 
-Bytes CardConnection::Atr() const {
-  Bytes atr(MAX_ATR_SIZE);
-  auto length = static_cast<DWORD>(atr.size());
-  DWORD nameLength = 0;
-  DWORD state = 0;
-  DWORD protocol = 0;
-  if (api_.Status(handle_, nullptr, &nameLength, &state, &protocol, atr.data(), &length) !=
-      SCARD_S_SUCCESS) {
-    return {};
-  }
-  atr.resize(std::min<std::size_t>(length, atr.size()));
-  return atr;
+PcscResult CardConnection::End() {
+  return ResultOf(api_.Disconnect(*std::exchange(handle_, std::nullopt), SCARD_UNPOWER_CARD));
 }
 
 PcscResult CardConnection::WarmReset() {
   return ResultOf(
-      api_.Reconnect(handle_, SCARD_SHARE_EXCLUSIVE, AnyProtocol, SCARD_RESET_CARD, &protocol_));
+      api_.Reconnect(*handle_, SCARD_SHARE_EXCLUSIVE, AnyProtocol, SCARD_RESET_CARD, &protocol_));
 }
 
 PcscResult CardConnection::Transmit(ByteView command, Bytes& answer) {
@@ -196,7 +193,7 @@ PcscResult CardConnection::Transmit(ByteView command, Bytes& answer) {
   buffer_.resize(MAX_BUFFER_SIZE_EXTENDED);
   auto length = static_cast<DWORD>(buffer_.size());
   const LONG code =
-      api_.Transmit(handle_, &request, command.data(), static_cast<DWORD>(command.size()), nullptr,
+      api_.Transmit(*handle_, &request, command.data(), static_cast<DWORD>(command.size()), nullptr,
                     buffer_.data(), &length);
   const std::size_t told = code == SCARD_S_SUCCESS ? length : 0;
   const ByteView received = ByteView(buffer_).first(std::min(told, buffer_.size()));

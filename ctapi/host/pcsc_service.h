@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,8 +29,8 @@ enum class PcscResult {
 
 struct ReaderState {
   bool HasCard = false;
-  bool IsMute = false;
-  bool IsHeld = false;  // another program is connected to the card
+  bool IsHeld = false;  // a program is connected to the card
+  Bytes Atr{};          // the card's answer to reset; empty where it has given none
   DWORD Raw = SCARD_STATE_UNAWARE;
 
   // Counts how often a card came or went.
@@ -77,8 +78,7 @@ class PcscService {
   std::optional<SCARDCONTEXT> context_;
 };
 
-// A card that this program is connected to. The destructor ends the connection and powers the card
-// down.
+// A card that this program is connected to. The destructor ends the connection, too.
 class CardConnection {
  public:
   CardConnection(const PcscApi& api, SCARDHANDLE handle, DWORD protocol)
@@ -88,8 +88,8 @@ class CardConnection {
   CardConnection& operator=(const CardConnection&) = delete;
 
   [[nodiscard]] bool UsesT0() const { return protocol_ == SCARD_PROTOCOL_T0; }
-  // Answer to reset; empty where it cannot be told.
-  [[nodiscard]] Bytes Atr() const;
+  // Ends the connection and powers the card down.
+  [[nodiscard]] PcscResult End();
   // Resets the card without taking its power away.
   [[nodiscard]] PcscResult WarmReset();
   // One command as it is, and the card's answer.
@@ -97,7 +97,7 @@ class CardConnection {
 
  private:
   const PcscApi& api_;
-  SCARDHANDLE handle_;
+  std::optional<SCARDHANDLE> handle_;  // until the end
   DWORD protocol_;
   Bytes buffer_;  // kept, since it has room for the longest answer of all
 };

@@ -109,23 +109,17 @@ std::int8_t ReaderLink::Exchange(Unit unit, ByteView command, Bytes& response) {
 }
 
 PcscResult ReaderLink::ToTerminal(ByteView command, Bytes& response) {
-  ReaderState state;
-  if (const PcscResult result = service_.Query(reader_, state); result != PcscResult::Ok) {
-    return result;
-  }
-  // A card that was pulled and put in again is another one.
-  if (card_ && (!state.HasCard || state.Events() != eventsAtActivation_)) Drop();
   if (command[0] != TerminalClass) return Reply(response, sw::UnknownClass);
   if (command.size() < HeaderLength) return Reply(response, sw::WrongLength);
   switch (command[1]) {
     case InsReset:
-      return Reset(command, state, response);
+      return command[P1] == UnitTerminal ? ResetCt(response) : ResetIcc(command, response);
     case InsRequestIcc:
-      return RequestIcc(command, state, response);
+      return RequestIcc(command, response);
     case InsGetStatus:
-      return GetStatus(command, state, response);
+      return GetStatus(command, response);
     case InsEjectIcc:
-      return EjectIcc(command, state, response);
+      return EjectIcc(command, response);
     default:
       return Reply(response, sw::UnknownInstruction);
   }
@@ -139,16 +133,25 @@ PcscResult ReaderLink::ToCard(ByteView command, Bytes& response) {
   return result == PcscResult::Ok ? result : ReasonFor(result);
 }
 
-PcscResult ReaderLink::Reset(ByteView command, const ReaderState& state, Bytes& response) {
-  if (command[P1] == UnitTerminal) {
-    Drop();
-    return Reply(response, sw::Ok);
-  }
+PcscResult ReaderLink::ResetCt(Bytes& response) {
+  // Ending a connection tells as well as a look that the reader is there.
+  const bool isReaderThere = card_ && card_->End() == PcscResult::Ok;
+  Drop();
+  ReaderState state;
+  const PcscResult result = isReaderThere ? PcscResult::Ok : Look(state);
+  return result == PcscResult::Ok ? Reply(response, sw::Ok) : result;
+}
+
+PcscResult ReaderLink::ResetIcc(ByteView command, Bytes& response) {
   if (command[P1] != UnitSlot1 || !AsksForKnownCardData(command)) {
     return Reply(response, sw::WrongParameters);
   }
+  if (card_) {
+    ReaderState state;
+    if (const PcscResult result = Look(state); result != PcscResult::Ok) return result;
+  }
   if (!card_) {
-    const PcscResult result = Activate(command, state, response);
+    const PcscResult result = Activate(command, response);
     return result == PcscResult::NoCard ? Reply(response, sw::ResetFailed) : result;
   }
   const PcscResult result = card_->WarmReset();
@@ -162,28 +165,38 @@ PcscResult ReaderLink::Reset(ByteView command, const ReaderState& state, Bytes& 
   return PcscResult::Ok;
 }
 
-PcscResult ReaderLink::RequestIcc(ByteView command, ReaderState state, Bytes& response) {
+PcscResult ReaderLink::RequestIcc(ByteView command, Bytes& response) {
   if (command[P1] != UnitSlot1 || !AsksForKnownCardData(command)) {
     return Reply(response, sw::WrongParameters);
   }
-  if (card_) return Reply(response, sw::AlreadyActive);
+  ReaderState state;
+  if (card_) {
+    if (const PcscResult result = Look(state); result != PcscResult::Ok) return result;
+    if (card_) return Reply(response, sw::AlreadyActive);
+  }
+  // Most often the card is there, so that it is tried before the reader is asked.
+  PcscResult activated = Activate(command, response);
+  if (activated != PcscResult::NoCard) return activated;
+  if (const PcscResult result = Look(state); result != PcscResult::Ok) return result;
   const auto end = service_.Now() + WaitingTime(command);
   for (;;) {
-    const PcscResult activated = Activate(command, state, response);
+    if (state.HasCard) activated = Activate(command, response);
     if (activated != PcscResult::NoCard) return activated;
     if (service_.Now() >= end) return Reply(response, sw::NothingHappened);
     if (const PcscResult waited = Wait(end, state); waited != PcscResult::Ok) return waited;
   }
 }
 
-PcscResult ReaderLink::Activate(ByteView command, const ReaderState& state, Bytes& response) {
-  if (!state.HasCard) return PcscResult::NoCard;
-  if (state.IsMute) return Reply(response, sw::ResetFailed);
+PcscResult ReaderLink::Activate(ByteView command, Bytes& response) {
   const PcscResult result = service_.Connect(reader_, card_);
   if (result == PcscResult::Mute) return Reply(response, sw::ResetFailed);
   if (result != PcscResult::Ok) return result;
+  ReaderState state;
+  if (const PcscResult query = service_.Query(reader_, state); query != PcscResult::Ok) {
+    return query;
+  }
   eventsAtActivation_ = state.Events();
-  atr_ = card_->Atr();
+  atr_ = std::move(state.Atr);
   isMemory_ = IsMemoryCard(atr_);
   memory_ = {};
   response = ActivationAnswer(command);
@@ -197,7 +210,9 @@ Bytes ReaderLink::ActivationAnswer(ByteView command) const {
   return answer;
 }
 
-PcscResult ReaderLink::GetStatus(ByteView command, const ReaderState& state, Bytes& response) {
+PcscResult ReaderLink::GetStatus(ByteView command, Bytes& response) {
+  ReaderState state;
+  if (const PcscResult result = Look(state); result != PcscResult::Ok) return result;
   if (command[P1] != UnitTerminal) return Reply(response, sw::WrongParameters);
   switch (command[P2]) {
     case ObjectManufacturer:
@@ -222,9 +237,11 @@ PcscResult ReaderLink::GetStatus(ByteView command, const ReaderState& state, Byt
   return PcscResult::Ok;
 }
 
-PcscResult ReaderLink::EjectIcc(ByteView command, ReaderState state, Bytes& response) {
+PcscResult ReaderLink::EjectIcc(ByteView command, Bytes& response) {
   if (command[P1] != UnitSlot1) return Reply(response, sw::WrongParameters);
   Drop();
+  ReaderState state;
+  if (const PcscResult result = Look(state); result != PcscResult::Ok) return result;
   const seconds waiting = WaitingTime(command);
   if (waiting == seconds(0)) return Reply(response, sw::Ok);
   const auto end = service_.Now() + waiting;
@@ -237,6 +254,13 @@ PcscResult ReaderLink::EjectIcc(ByteView command, ReaderState state, Bytes& resp
 
 void ReaderLink::Drop() {
   card_.reset();
+}
+
+PcscResult ReaderLink::Look(ReaderState& state) {
+  const PcscResult result = service_.Query(reader_, state);
+  if (result != PcscResult::Ok) return result;
+  if (card_ && (!state.HasCard || state.Events() != eventsAtActivation_)) Drop();
+  return PcscResult::Ok;
 }
 
 PcscResult ReaderLink::ReasonFor(PcscResult result) {

@@ -25,15 +25,19 @@ class ReaderLink final : public TerminalLink {
   [[nodiscard]] PcscResult ToTerminal(ByteView command, Bytes& response);
   [[nodiscard]] PcscResult ToCard(ByteView command, Bytes& response);
 
-  [[nodiscard]] PcscResult Reset(ByteView command, const ReaderState& state, Bytes& response);
-  [[nodiscard]] PcscResult RequestIcc(ByteView command, ReaderState state, Bytes& response);
-  [[nodiscard]] PcscResult GetStatus(ByteView command, const ReaderState& state, Bytes& response);
-  [[nodiscard]] PcscResult EjectIcc(ByteView command, ReaderState state, Bytes& response);
+  [[nodiscard]] PcscResult ResetCt(Bytes& response);
+  [[nodiscard]] PcscResult ResetIcc(ByteView command, Bytes& response);
+  [[nodiscard]] PcscResult RequestIcc(ByteView command, Bytes& response);
+  [[nodiscard]] PcscResult GetStatus(ByteView command, Bytes& response);
+  [[nodiscard]] PcscResult EjectIcc(ByteView command, Bytes& response);
 
-  // Connects to the card that is there. NoCard where it went away meanwhile.
-  [[nodiscard]] PcscResult Activate(ByteView command, const ReaderState& state, Bytes& response);
+  // Connects to the card. NoCard where there is none; a card that does not answer is told in the
+  // response.
+  [[nodiscard]] PcscResult Activate(ByteView command, Bytes& response);
   [[nodiscard]] Bytes ActivationAnswer(ByteView command) const;
   void Drop();
+  // Asks for the reader's state. Drops a card that was pulled since: one put in again is another.
+  [[nodiscard]] PcscResult Look(ReaderState& state);
   // Why an exchange with the card broke: readers tell late that their card was pulled.
   [[nodiscard]] PcscResult ReasonFor(PcscResult result);
   // Waits for the next change of the reader, a quarter of a second at the most.

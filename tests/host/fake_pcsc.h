@@ -32,6 +32,7 @@ class FakePcsc {
   LONG Listed = SCARD_S_SUCCESS;
   LONG Connected = SCARD_S_SUCCESS;
   LONG Reconnected = SCARD_S_SUCCESS;
+  LONG Disconnected = SCARD_S_SUCCESS;
   LONG StateAsked = SCARD_S_SUCCESS;
   LONG Attribute = SCARD_S_SUCCESS;
   Transmission OnTransmit = [](const Bytes&, Bytes& answer) {
@@ -68,6 +69,9 @@ class FakePcsc {
         Calls.push_back(mode == SCARD_SHARE_EXCLUSIVE ? "connect alone" : "connect");
         if (Connected != SCARD_S_SUCCESS) return Connected;
       }
+      if (const LONG code = StateOfCard(Readers.find(reader), mode); code != SCARD_S_SUCCESS) {
+        return code;
+      }
       current_ = reader;
       *handle = 7;
       *protocol = Readers.at(current_).Protocol;
@@ -79,16 +83,9 @@ class FakePcsc {
       return Reconnected;
     };
     api.Disconnect = [this](SCARDHANDLE, DWORD how) {
-      if (how != SCARD_LEAVE_CARD) {
-        Calls.push_back(how == SCARD_UNPOWER_CARD ? "power down" : "disconnect");
-      }
-      return SCARD_S_SUCCESS;
-    };
-    api.Status = [this](SCARDHANDLE, LPSTR, LPDWORD, LPDWORD, LPDWORD, LPBYTE atr, LPDWORD length) {
-      const Bytes& bytes = Readers.at(current_).Atr;
-      std::copy(bytes.begin(), bytes.end(), atr);
-      *length = bytes.size();
-      return SCARD_S_SUCCESS;
+      if (how == SCARD_LEAVE_CARD) return SCARD_S_SUCCESS;
+      Calls.push_back(how == SCARD_UNPOWER_CARD ? "power down" : "disconnect");
+      return Disconnected;
     };
     api.Transmit = [this](SCARDHANDLE, const SCARD_IO_REQUEST*, LPCBYTE command, DWORD size,
                           SCARD_IO_REQUEST*, LPBYTE response, LPDWORD length) {
@@ -116,9 +113,18 @@ class FakePcsc {
     // The service tells them in no particular order.
     for (auto each = Readers.rbegin(); each != Readers.rend(); ++each) text += each->first + '\0';
     text += '\0';
-    if (names != nullptr) std::copy(text.begin(), text.end(), names);
+    const bool fits = names != nullptr && *length >= text.size();
+    if (fits) std::copy(text.begin(), text.end(), names);
     *length = text.size();
-    return SCARD_S_SUCCESS;
+    return fits || names == nullptr ? SCARD_S_SUCCESS : SCARD_E_INSUFFICIENT_BUFFER;
+  }
+
+  [[nodiscard]] LONG StateOfCard(std::map<std::string, Reader>::const_iterator reader,
+                                 DWORD mode) const {
+    if (reader == Readers.end()) return SCARD_E_UNKNOWN_READER;
+    if (mode == SCARD_SHARE_DIRECT) return SCARD_S_SUCCESS;
+    if (!reader->second.HasCard) return SCARD_E_NO_SMARTCARD;
+    return reader->second.IsMute ? SCARD_W_UNPOWERED_CARD : SCARD_S_SUCCESS;
   }
 
   LONG StatusChange(DWORD longest, SCARD_READERSTATE& state) {
@@ -134,6 +140,9 @@ class FakePcsc {
     state.dwEventState = reader->second.Events << 16;
     state.dwEventState |= reader->second.HasCard ? SCARD_STATE_PRESENT : SCARD_STATE_EMPTY;
     if (reader->second.IsMute) state.dwEventState |= SCARD_STATE_MUTE;
+    const Bytes& atr = reader->second.Atr;
+    state.cbAtr = std::min<DWORD>(atr.size(), sizeof state.rgbAtr);
+    std::copy_n(atr.begin(), state.cbAtr, state.rgbAtr);
     if (reader->second.IsHeld) state.dwEventState |= SCARD_STATE_INUSE;
     return state.dwEventState == known ? SCARD_E_TIMEOUT : SCARD_S_SUCCESS;
   }

@@ -30,6 +30,7 @@ constexpr const char* Driver = "/etc/reader.conf.d/vpcd";
 constexpr const char* SocketFolder = "/run/pcscd";
 constexpr const char* Socket = "/run/pcscd/pcscd.comm";
 constexpr std::uint16_t DriverPort = 0x8C7B;  // of the first slot
+constexpr std::size_t ControlLength = 1;      // of the driver's own messages
 
 void WriteFile(const char* file, const std::string& text) {
   std::ofstream(file) << text;
@@ -155,29 +156,41 @@ VirtualCard::~VirtualCard() {
   ::close(socket_);
 }
 
-std::vector<VirtualCard::Bytes> VirtualCard::Commands() const {
+std::vector<VirtualCard::Bytes> VirtualCard::Trace() const {
   const std::lock_guard lock(mutex_);
-  return commands_;
+  return trace_;
+}
+
+std::vector<VirtualCard::Bytes> VirtualCard::Commands() const {
+  std::vector<Bytes> commands = Trace();
+  std::erase_if(commands, [](const Bytes& message) { return message.size() == ControlLength; });
+  return commands;
+}
+
+void VirtualCard::Note(const Bytes& message) {
+  const std::lock_guard lock(mutex_);
+  trace_.push_back(message);
 }
 
 // Messages are a length of two bytes and a command; one byte alone is a control code.
 void VirtualCard::Serve() {
-  enum Control : std::uint8_t { PowerOff = 0, PowerOn = 1, Reset = 2, TellAtr = 4 };
+  enum Control : std::uint8_t { PowerOn = 1, Reset = 2, TellAtr = 4 };
   std::array<std::uint8_t, 2> length{};
   for (;;) {
     AcknowledgeAtOnce(socket_);
     if (!ReadAll(socket_, length.data(), length.size())) return;
     Bytes message(static_cast<std::size_t>(length[0]) << 8 | length[1]);
     if (!ReadAll(socket_, message.data(), message.size())) return;
-    if (message.size() == 1) {
-      if (message[0] == TellAtr && !WriteMessage(socket_, behaviour_.Atr)) return;
+    if (message.size() == ControlLength) {
+      if (message[0] == TellAtr) {
+        if (!WriteMessage(socket_, behaviour_.Atr)) return;
+        continue;
+      }
+      Note(message);
       if (message[0] == PowerOn || message[0] == Reset) behaviour_.Reset();
       continue;
     }
-    {
-      const std::lock_guard lock(mutex_);
-      commands_.push_back(message);
-    }
+    Note(message);
     const std::optional<Bytes> answer = behaviour_.Transmit(message);
     if (!answer) {
       ::shutdown(socket_, SHUT_RDWR);

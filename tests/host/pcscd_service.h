@@ -52,15 +52,20 @@ class VirtualCard {
 
   // Whether the driver was reached.
   [[nodiscard]] bool IsIn() const { return socket_ >= 0; }
+  // What came from the driver so far, without its regular looks whether the card is still there:
+  // commands, and control codes of one byte for power off (0), power on (1) and reset (2).
+  [[nodiscard]] std::vector<Bytes> Trace() const;
+  // The commands of it.
   [[nodiscard]] std::vector<Bytes> Commands() const;
 
  private:
   void Serve();
+  void Note(const Bytes& message);
 
   Behaviour behaviour_;
   int socket_ = -1;
   mutable std::mutex mutex_;
-  std::vector<Bytes> commands_;
+  std::vector<Bytes> trace_;
   std::thread thread_;
 };
 

@@ -13,6 +13,7 @@
 #include "host/pcsc_transport.h"
 #include "host/pcscd_service.h"
 #include "host/serial_transport.h"
+#include "host/virtual_egk.h"
 #include "simulator/hex.h"
 #include "simulator/scenario.h"
 
@@ -54,15 +55,11 @@ class PcscdTest : public testing::Test {
   // The card of the simulated USB terminal; how its answers are changed can be told.
   using Change = std::function<std::optional<Bytes>(Bytes answer)>;
   void InsertEgk(Change change = [](Bytes answer) { return answer; }) {
-    auto& terminal = *practice_.TerminalAt(FirstReader);
-    Bytes atr = terminal.TransmitToTerminal(*BytesFromHex("20110101"));
-    atr.resize(atr.size() - 2);
-    Insert({.Atr = atr,
-            .Reset = [&] { (void)terminal.TransmitToTerminal(*BytesFromHex("20110100")); },
-            .Transmit =
-                [&terminal, change](const Bytes& command) {
-                  return change(terminal.TransmitToCard(command));
-                }});
+    VirtualCard::Behaviour egk = ctapi::test::CardOf(*practice_.TerminalAt(FirstReader));
+    egk.Transmit = [answer = egk.Transmit, change](const Bytes& command) {
+      return change(*answer(command));
+    };
+    Insert(std::move(egk));
   }
   void Insert(VirtualCard::Behaviour behaviour) {
     card_ = std::make_unique<VirtualCard>(std::move(behaviour));
@@ -257,82 +254,6 @@ TEST_F(PcscdTest, TheProgramFindsTheReaderAndReadsTheEgk) {
   EXPECT_NE(report.find("Größl-Öztürk"), std::string::npos) << report;
   // One of the status check, 13 of every read, 2 for EF.GVD, and two pieces each of VD and PD.
   EXPECT_EQ(card_->Commands().size(), 1U + 13 + 2 + 4);
-}
-
-// With everything on one processor. Otherwise the threads of the service that serve the two clients
-// may be placed differently, and the waking of idle processors outweighs all else.
-class PcscdOnOneProcessor : public PcscdTest {
- protected:
-  void SetUp() override {
-    cpu_set_t allowed;
-    ASSERT_EQ(::sched_getaffinity(0, sizeof allowed, &allowed), 0);
-    int processor = 0;
-    while (!CPU_ISSET(processor, &allowed)) ++processor;
-    CPU_ZERO(&allowed);
-    CPU_SET(processor, &allowed);
-    ASSERT_EQ(::sched_setaffinity(0, sizeof allowed, &allowed), 0);
-    PcscdTest::SetUp();
-  }
-};
-
-// The commands of one read, through this library and through PC/SC alone, with the same connections
-// and power-downs.
-// A figure: run it by hand with --gtest_also_run_disabled_tests.
-TEST_F(PcscdOnOneProcessor, DISABLED_AReadIsHardlySlowerThanPcscAlone) {
-  constexpr std::array Commands{
-      "00B0820000", "00A4040C06D27600000102", "00A4020C02D002", "00B0000004", "00B00008FC",
-      "00B00104A8", "00A4040C06D27600000102", "00A4020C02D001", "00B0000002", "00B00002FC",
-      "00B000FEE3", "00A4040C06D27600000102", "00A4020C02D00C", "00B0000019"};
-  constexpr int Runs = 301;
-  InsertEgk();
-  ActivateCard();
-  ASSERT_EQ(Ask(1, ResetCt), "9000");
-  const auto api = LoadPcscApi();
-  SCARDCONTEXT context = 0;
-  ASSERT_EQ(api->EstablishContext(SCARD_SCOPE_SYSTEM, nullptr, nullptr, &context), 0);
-
-  const auto throughLibrary = [&] {
-    EXPECT_EQ(Ask(1, RequestIcc), "9001");
-    for (const char* const command : Commands) EXPECT_NE(Ask(0, command), "code -10");
-    EXPECT_EQ(Ask(1, ResetCt), "9000");
-  };
-  const auto alone = [&] {
-    SCARDHANDLE handle = 0;
-    DWORD protocol = 0;
-    ASSERT_EQ(api->Connect(context, "Virtual PCD 00 00", SCARD_SHARE_EXCLUSIVE,
-                           SCARD_PROTOCOL_T0 | SCARD_PROTOCOL_T1, &handle, &protocol),
-              SCARD_S_SUCCESS);
-    for (const char* const command : Commands) {
-      const Bytes bytes = *BytesFromHex(command);
-      Bytes answer(258);
-      DWORD length = answer.size();
-      const SCARD_IO_REQUEST request{protocol, sizeof(SCARD_IO_REQUEST)};
-      EXPECT_EQ(api->Transmit(handle, &request, bytes.data(), bytes.size(), nullptr, answer.data(),
-                              &length),
-                SCARD_S_SUCCESS);
-    }
-    EXPECT_EQ(api->Disconnect(handle, SCARD_UNPOWER_CARD), SCARD_S_SUCCESS);
-  };
-  const auto timeOf = [](const auto& read) {
-    const auto begin = std::chrono::steady_clock::now();
-    read();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
-        .count();
-  };
-  // Taken in turn, so that both meet the same load of the machine.
-  std::vector<double> ours;
-  std::vector<double> theirs;
-  for (int run = 0; run < Runs; ++run) {
-    ours.push_back(timeOf(throughLibrary));
-    theirs.push_back(timeOf(alone));
-  }
-  std::sort(ours.begin(), ours.end());
-  std::sort(theirs.begin(), theirs.end());
-  const double ratio = ours[Runs / 2] / theirs[Runs / 2];
-  std::printf("library %.2f ms, PC/SC alone %.2f ms, ratio %.2f\n", ours[Runs / 2],
-              theirs[Runs / 2], ratio);
-  EXPECT_LE(ratio, 1.3);
-  (void)api->ReleaseContext(context);
 }
 
 TEST_F(PcscdTest, ASweepOverAllPortsFindsTheReader) {
