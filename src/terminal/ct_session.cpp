@@ -4,7 +4,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "terminal/guarded_buffer.h"
 #include "text/hex_text.h"
 
 namespace kartocheck {
@@ -109,7 +108,6 @@ CtAnswer CtSession::CtExchange(QStringView command, Unit dad) {
     auto sad = HostSad;
     auto address = static_cast<std::uint8_t>(dad);
     const QByteArray bytes = CommandBytes(command);
-    GuardedBuffer buffer(ResponseSize);
     std::uint16_t length = ResponseSize;
 
     with_.display.SetLamp(LampOf(address), LampState::Waiting);
@@ -118,15 +116,15 @@ CtAnswer CtSession::CtExchange(QStringView command, Unit dad) {
     answer.code = with_.api.Data(Ctn, address, sad,
                                  {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
                                   static_cast<std::size_t>(bytes.size())},
-                                 buffer.Bytes(), length);
+                                 buffer_.Bytes(), length);
     // With a failure code the length may tell what size would have been needed.
     const bool overlong = answer.Succeeded() && length > ResponseSize;
-    if (overlong || !buffer.IsIntact()) throw CallFailure("response exceeds its buffer");
+    if (overlong || !buffer_.IsIntact()) throw CallFailure("response exceeds its buffer");
     with_.display.SetLamp(LampOf(sad), LampState::Answered);
 
     if (answer.code == ct_code::Success && length < 2) answer.code = ct_code::MemoryError;
     if (answer.code == ct_code::Success) {
-      answer.response = hex::Encode(QByteArrayView(buffer.Bytes().first(length)));
+      answer.response = hex::Encode(QByteArrayView(buffer_.Bytes().first(length)));
     }
     return answer;
   });

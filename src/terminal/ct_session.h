@@ -10,6 +10,7 @@
 #include "platform/display.h"
 #include "platform/event_loop.h"
 #include "platform/terminate.h"
+#include "terminal/guarded_buffer.h"
 #include "terminal/port_entry.h"
 #include "terminal/slot.h"
 
@@ -91,6 +92,7 @@ class CtSession {
   void SetLamps(LampState state);
 
   Surroundings with_;
+  GuardedBuffer buffer_{ResponseSize};
   int pn_ = 0;
   bool open_ = false;
 };
