@@ -135,7 +135,7 @@ PcscResult ReaderLink::ToCard(ByteView command, Bytes& response) {
 
 PcscResult ReaderLink::ResetCt(Bytes& response) {
   // Ending a connection tells as well as a look that the reader is there.
-  const bool isReaderThere = card_ && card_->End() == PcscResult::Ok;
+  const bool isReaderThere = card_ ? card_->End() == PcscResult::Ok : WasSeenJustNow();
   Drop();
   ReaderState state;
   const PcscResult result = isReaderThere ? PcscResult::Ok : Look(state);
@@ -146,7 +146,7 @@ PcscResult ReaderLink::ResetIcc(ByteView command, Bytes& response) {
   if (command[P1] != UnitSlot1 || !AsksForKnownCardData(command)) {
     return Reply(response, sw::WrongParameters);
   }
-  if (card_) {
+  if (card_ && !WasSeenJustNow()) {
     ReaderState state;
     if (const PcscResult result = Look(state); result != PcscResult::Ok) return result;
   }
@@ -195,6 +195,7 @@ PcscResult ReaderLink::Activate(ByteView command, Bytes& response) {
   if (const PcscResult query = service_.Query(reader_, state); query != PcscResult::Ok) {
     return query;
   }
+  seenAt_ = service_.Now();
   eventsAtActivation_ = state.Events();
   atr_ = std::move(state.Atr);
   isMemory_ = IsMemoryCard(atr_);
@@ -259,8 +260,14 @@ void ReaderLink::Drop() {
 PcscResult ReaderLink::Look(ReaderState& state) {
   const PcscResult result = service_.Query(reader_, state);
   if (result != PcscResult::Ok) return result;
+  seenAt_ = service_.Now();
   if (card_ && (!state.HasCard || state.Events() != eventsAtActivation_)) Drop();
   return PcscResult::Ok;
+}
+
+// Nobody pulls a reader or changes a card within a slice, in which it would go unnoticed anyway.
+bool ReaderLink::WasSeenJustNow() const {
+  return service_.Now() - seenAt_ < Slice;
 }
 
 PcscResult ReaderLink::ReasonFor(PcscResult result) {

@@ -14,8 +14,9 @@ namespace ctapi::host {
 // commands on. From the request for a card to its release no other program reaches the card.
 class ReaderLink final : public TerminalLink {
  public:
+  // The reader is one that the service has just listed.
   ReaderLink(PcscService& service, std::string reader)
-      : service_(service), reader_(std::move(reader)) {}
+      : service_(service), reader_(std::move(reader)), seenAt_(service.Now()) {}
 
   [[nodiscard]] std::int8_t Exchange(Unit unit, ByteView command, Bytes& response) override;
   [[nodiscard]] std::optional<std::int32_t> Baud() const override { return std::nullopt; }
@@ -38,6 +39,7 @@ class ReaderLink final : public TerminalLink {
   void Drop();
   // Asks for the reader's state. Drops a card that was pulled since: one put in again is another.
   [[nodiscard]] PcscResult Look(ReaderState& state);
+  [[nodiscard]] bool WasSeenJustNow() const;
   // Why an exchange with the card broke: readers tell late that their card was pulled.
   [[nodiscard]] PcscResult ReasonFor(PcscResult result);
   // Waits for the next change of the reader, a quarter of a second at the most.
@@ -45,6 +47,7 @@ class ReaderLink final : public TerminalLink {
 
   PcscService& service_;
   std::string reader_;
+  std::chrono::steady_clock::time_point seenAt_;  // when the service last told of it
   std::unique_ptr<CardConnection> card_;  // none: no active card
   DWORD eventsAtActivation_ = 0;
   Bytes atr_;
