@@ -5,8 +5,10 @@
 // interleaved pairs).
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <sched.h>
 #include <vector>
 #include <winscard.h>
 
@@ -130,16 +132,34 @@ double Median(std::vector<double> values) {
   return *middle;
 }
 
-// What the card sees while the work is done.
+// What the card sees while the work is done, which ends with the card's power; the driver does not
+// wait until the card has taken note of that.
 template <typename Work>
 Trace TraceOf(const VirtualCard& card, Work work) {
+  const VirtualCard::Bytes powerOff{0};
   const auto before = static_cast<std::ptrdiff_t>(card.Trace().size());
   work();
-  const Trace whole = card.Trace();
-  return {whole.begin() + before, whole.end()};
+  Trace trace;
+  Expect(Eventually([&] {
+           const Trace whole = card.Trace();
+           trace.assign(whole.begin() + before, whole.end());
+           return !trace.empty() && trace.back() == powerOff;
+         }),
+         "the card keeps its power");
+  return trace;
+}
+
+// Lets the two clients, the service and the card go before all other work of the machine. On a busy
+// processor whoever computes, as the program does with each document, has to wait a whole time
+// slice of some milliseconds for the others, while a client that only asks and waits is let in at
+// once: without this the medians of a busy machine are up to seven times apart.
+bool GoBeforeOthers() {
+  const sched_param first{.sched_priority = 1};
+  return ::sched_setscheduler(0, SCHED_FIFO, &first) == 0;
 }
 
 int Run() {
+  if (!GoBeforeOthers()) std::puts("no right to go before others: the machine has to be idle");
   std::string reason = "no network namespace";
   std::unique_ptr<PcscdService> service;
   if (ctapi::test::EnterOwnNetwork()) service = PcscdService::Start(reason);
@@ -152,7 +172,7 @@ int Run() {
   BareClient bareClient;
 
   // A card that was just announced still has its power; after a read it has none.
-  program.Read();
+  (void)TraceOf(card, [&] { program.Read(); });
   const Trace ofRead = TraceOf(card, [&] { program.Read(); });
   const Trace ofReplay = TraceOf(card, [&] { bareClient.Replay(ofRead); });
   Expect(ofRead == ofReplay, "the bare client does something else");
