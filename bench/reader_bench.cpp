@@ -4,7 +4,6 @@
 // Bound: the read takes at most 1.3 times the bare client's time (ratio of the medians of
 // interleaved pairs).
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -18,6 +17,7 @@
 #include "platform/ct_api_library.h"
 #include "quiet_front_end.h"
 #include "simulator/scenario.h"
+#include "stopwatch.h"
 
 namespace kartocheck::bench {
 namespace {
@@ -117,20 +117,6 @@ class BareClient {
  private:
   SCARDCONTEXT context_ = 0;
 };
-
-template <typename Work>
-double MillisecondsOf(Work work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
-      .count();
-}
-
-double Median(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
 
 // What the card sees while the work is done, which ends with the card's power; the driver does not
 // wait until the card has taken note of that.

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <limits>
+#include <vector>
 
 namespace kartocheck::bench {
 
@@ -18,6 +20,21 @@ template <typename Call>
     best = std::min(best, taken.count() / calls);
   }
   return best;
+}
+
+template <typename Work>
+[[nodiscard]] double MillisecondsOf(Work work) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+      .count();
+}
+
+// values: at least one.
+[[nodiscard]] inline double Median(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
 }
 
 }  // namespace kartocheck::bench

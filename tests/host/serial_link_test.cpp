@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
@@ -29,7 +28,6 @@ using ctapi::test::PtyTerminal;
 using ctapi::test::RowName;
 using ctapi::test::ToHex;
 using std::chrono::milliseconds;
-using std::chrono::steady_clock;
 using Kind = LineFault::Kind;
 
 class TerminalOnALine {
@@ -99,30 +97,6 @@ TEST_P(SerialRate, IsFoundAndTold) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Host, SerialRate, testing::Values(9600, 19200, 38400, 57600, 115200));
-
-class LineTime : public testing::TestWithParam<std::int32_t> {};
-
-// The protocol adds little to the time that the bytes need on the line. A figure, not a test of
-// every day: run it by hand with --gtest_also_run_disabled_tests on a machine that has nothing else
-// to do.
-TEST_P(LineTime, DISABLED_IsHardlyExceeded) {
-  constexpr double BitsPerByte = 11;
-  const TerminalOnALine terminal({.Baud = GetParam(), .TakesLineTime = true});
-  const OpenedLink opened = OpenCom3();
-  ASSERT_EQ(opened.Code, code::Success);
-  const std::size_t before = terminal.Pty().BytesOnTheLine();
-  const auto begin = steady_clock::now();
-  ExpectARead(*opened.Link);
-  EXPECT_EQ(Ask(*opened.Link, Unit::Card, "00B00100F0").size(), 2U * 242);
-  const std::chrono::duration<double> taken = steady_clock::now() - begin;
-  const double needed =
-      static_cast<double>(terminal.Pty().BytesOnTheLine() - before) * BitsPerByte / GetParam();
-  std::printf("%d baud: %.1f ms, the bytes need %.1f ms\n", GetParam(), taken.count() * 1000,
-              needed * 1000);
-  EXPECT_LE(taken.count(), 1.15 * needed);
-}
-
-INSTANTIATE_TEST_SUITE_P(Host, LineTime, testing::Values(9600, 115200));
 
 struct FaultRow {
   const char* Name;
