@@ -42,6 +42,9 @@ class FakePcsc {
   // Called with each wait; the time has passed already.
   std::function<void()> WhileWaiting = [] {};
 
+  std::function<void()> WhileConnecting = [] {};
+
+  int StateQuestions = 0;
   std::vector<std::string> Calls;  // connects, reconnects, disconnects
   std::vector<Bytes> Sent;
   int Contexts = 0;
@@ -75,6 +78,7 @@ class FakePcsc {
       current_ = reader;
       *handle = 7;
       *protocol = Readers.at(current_).Protocol;
+      if (mode != SCARD_SHARE_DIRECT) WhileConnecting();
       return SCARD_S_SUCCESS;
     };
     api.Reconnect = [this](SCARDHANDLE, DWORD, DWORD, DWORD how, LPDWORD protocol) {
@@ -128,6 +132,7 @@ class FakePcsc {
   }
 
   LONG StatusChange(DWORD longest, SCARD_READERSTATE& state) {
+    ++StateQuestions;
     if (StateAsked != SCARD_S_SUCCESS) return StateAsked;
     const DWORD known = state.dwCurrentState;
     if (known != SCARD_STATE_UNAWARE) {

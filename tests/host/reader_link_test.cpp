@@ -56,6 +56,8 @@ class ReaderLinkTest : public testing::Test {
       return code;
     };
   }
+  // Longer than what the service said of a reader is taken for true.
+  void PassTime() { pcsc_.Time += std::chrono::milliseconds(250); }
   [[nodiscard]] double SecondsPassed() const {
     return std::chrono::duration<double>(pcsc_.Time.time_since_epoch()).count();
   }
@@ -138,6 +140,51 @@ TEST_F(ReaderLinkTest, ResetIccConnectsOrResetsWarm) {
   EXPECT_EQ(AskTerminal(ResetIcc), "9001");
   EXPECT_THAT(pcsc_.Calls, ElementsAre("connect alone", "warm reset"));
   EXPECT_EQ(AskTerminal("20110101"), "3B808001019001");
+}
+
+TEST_F(ReaderLinkTest, ResetIccOfAnotherCardConnectsAnew) {
+  EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+  PullCard();
+  InsertCard();
+  PassTime();
+  EXPECT_EQ(AskTerminal(ResetIcc), "9001");
+  EXPECT_THAT(pcsc_.Calls, ElementsAre("connect alone", "power down", "connect alone"));
+}
+
+// Each question to the service takes as long as an exchange with a quick card.
+TEST_F(ReaderLinkTest, AReaderSeenJustNowIsNotAskedForAgain) {
+  EXPECT_EQ(AskTerminal(ResetCt), "9000");
+  EXPECT_EQ(pcsc_.StateQuestions, 0) << "init has seen it";
+  EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+  EXPECT_EQ(pcsc_.StateQuestions, 1) << "the answer to reset";
+  EXPECT_EQ(AskTerminal(ResetIcc), "9001");
+  EXPECT_EQ(AskTerminal(ResetCt), "9000");
+  EXPECT_EQ(pcsc_.StateQuestions, 1) << "the end of the connection tells it too";
+  PassTime();
+  EXPECT_EQ(AskTerminal(ResetCt), "9000");
+  EXPECT_EQ(pcsc_.StateQuestions, 2);
+}
+
+TEST_F(ReaderLinkTest, ResetCtWithoutTheReaderFails) {
+  EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+  pcsc_.Readers.clear();
+  pcsc_.Disconnected = SCARD_E_READER_UNAVAILABLE;
+  EXPECT_EQ(AskTerminal(ResetCt), "code -8");
+  PassTime();
+  EXPECT_EQ(AskTerminal(ResetCt), "code -8");
+}
+
+TEST_F(ReaderLinkTest, ResetCtOfACardThatIsGoneSucceeds) {
+  EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+  PullCard();
+  pcsc_.Disconnected = SCARD_E_INVALID_HANDLE;
+  EXPECT_EQ(AskTerminal(ResetCt), "9000");
+}
+
+TEST_F(ReaderLinkTest, TheReaderMayGoRightAfterTheConnection) {
+  pcsc_.WhileConnecting = [this] { pcsc_.Readers.clear(); };
+  EXPECT_EQ(AskTerminal(RequestIcc), "code -8");
+  EXPECT_EQ(AskCard(Select), "6F00");
 }
 
 TEST_F(ReaderLinkTest, ResetIccWithoutACardFails) {
@@ -309,6 +356,7 @@ TEST_F(ReaderLinkTest, WithoutTheServiceTheLinkIsLostUntilInit) {
 
 TEST_F(ReaderLinkTest, TheServiceMayEndBetweenCommands) {
   pcsc_.StateAsked = SCARD_E_INVALID_HANDLE;
+  PassTime();
   EXPECT_EQ(AskTerminal(ResetCt), "code -127");
   EXPECT_EQ(AskTerminal(ResetCt), "code -128");
 }
@@ -465,6 +513,17 @@ TEST(PcscTransport, ReadersKeepTheirIndex) {
   EXPECT_EQ(manufacturer(1), "-1");
   pcsc.Readers = {{"B", {}}};
   EXPECT_EQ(manufacturer(0), "B");
+}
+
+TEST(PcscTransport, ManyReadersAreListedWhole) {
+  test::FakePcsc pcsc;
+  pcsc.Readers.clear();
+  for (int i = 0; i < 60; ++i) {
+    pcsc.Readers[std::string(120, 'R') + std::to_string(100 + i)] = {};
+  }
+  PcscTransport transport(pcsc.Api());
+  EXPECT_EQ(transport.Open(59).Code, code::Success);
+  EXPECT_EQ(transport.Open(60).Code, code::InvalidParameter);
 }
 
 struct TextRow {
