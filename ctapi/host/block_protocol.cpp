@@ -142,8 +142,10 @@ void BlockProtocol::Send(Dialogue& dialogue, const Block& block) {
   port_.Send(Encode(block));
 }
 
-// Asks for the expected block once more. A receipt or a request that stands last is repeated as it
-// was; after a response of ours the standard asks for a receipt.
+// Asks for the expected block once more. A receipt that stands last is repeated as it was, and so
+// is a request (in Request). A response of ours is not: ISO 7816-3 (T=1, rule 7.3) asks for a
+// receipt there. It serves in both cases: a terminal that missed the response asks again, one that
+// has it repeats its answer, to which a second response would be no reply.
 BlockProtocol::Step BlockProtocol::OnFailure(Dialogue& dialogue, BlockError error) {
   if (++dialogue.Failures >= FailuresBeforeResynch) return Step::Failed;
   if (dialogue.LastSent.Kind() == BlockKind::Receipt) {
@@ -283,8 +285,8 @@ BlockProtocol::Reply BlockProtocol::Request(const Block& request, int attempts, 
 }
 
 // A new start for the whole line. Terminals differ in whether it concerns the card's numbers too,
-// so after a failure with the card it is asked for there as well; whether that is answered does not
-// matter.
+// so after a failure with the card it is asked for there as well: numbers that do not agree would
+// end the repetition, too. Whether the card's address answers that does not matter.
 bool BlockProtocol::Recover(Unit unit) {
   const Block resynch{NadTo(Unit::Terminal), pcb::Resynch};
   if (Request(resynch, RequestAttempts, BlockWait) != Reply::Granted) return false;

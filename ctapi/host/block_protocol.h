@@ -25,8 +25,9 @@ class BlockProtocol {
   };
 
   // Waiting times of the protocol: for the first byte of a block (BWT), for each further one (CWT).
-  // CWT is 8,203 bit times (CWI 13), 0.85 s at 9600 baud, and not less than what an operating
-  // system may hold bytes back.
+  // CWT is 8,203 bit times (CWI 13), 0.85 s at 9600 baud. It does not go below 0.2 s, although
+  // 115200 baud would give 0.07 s: drivers of USB adapters and a busy system hold bytes back for
+  // longer than that, and a wait that is too long costs nothing but time after a fault.
   static constexpr std::chrono::milliseconds BlockWait{1600};
   [[nodiscard]] static std::chrono::milliseconds CharacterWait(std::int32_t baud);
 
@@ -74,8 +75,9 @@ class BlockProtocol {
 };
 
 // Whether carrying a command out twice leaves everything as carrying it out once does. ERASE BINARY
-// and EJECT ICC are not among them, and neither is REQUEST ICC, which answers its repetition with
-// "already active" and hides what kind of card there is.
+// and EJECT ICC are not among them, and neither is REQUEST ICC: where the first one was carried
+// out, its repetition is answered with "already active" (6201), which the program takes for a
+// memory card.
 [[nodiscard]] bool MayBeRepeated(Unit unit, ByteView command);
 
 }  // namespace ctapi::host

@@ -104,6 +104,8 @@ std::int8_t ReaderLink::Exchange(Unit unit, ByteView command, Bytes& response) {
   if (result == PcscResult::Ok) return code::Success;
   response.clear();
   if (result != PcscResult::TooLong) Drop();
+  // A service that is gone takes its readers with it: the one that comes after has to be asked anew
+  // by init. Everything else can be mended by the next REQUEST ICC.
   isLost_ = result == PcscResult::NoService;
   return CodeOf(result);
 }

@@ -48,7 +48,7 @@ class ReaderLink final : public TerminalLink {
   PcscService& service_;
   std::string reader_;
   std::chrono::steady_clock::time_point seenAt_;  // when the service last told of it
-  std::unique_ptr<CardConnection> card_;  // none: no active card
+  std::unique_ptr<CardConnection> card_;          // none: no active card
   DWORD eventsAtActivation_ = 0;
   Bytes atr_;
   bool isMemory_ = false;

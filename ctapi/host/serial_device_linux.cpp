@@ -61,6 +61,8 @@ std::int8_t CodeOfOpenError(int error) {
     case EIO:
       return code::InvalidParameter;
     default:
+      // Among them the missing permission: there is a device, but not for this user. -1 would say
+      // that there is none.
       return code::HostError;
   }
 }

@@ -27,6 +27,7 @@ namespace fs = std::filesystem;
 constexpr const char* Program = "/usr/sbin/pcscd";
 constexpr const char* DriverFolder = "/etc/reader.conf.d";
 constexpr const char* Driver = "/etc/reader.conf.d/vpcd";
+constexpr const char* NoDrivers = "/run/no_reader_drivers";
 constexpr const char* SocketFolder = "/run/pcscd";
 constexpr const char* Socket = "/run/pcscd/pcscd.comm";
 constexpr std::uint16_t DriverPort = 0x8C7B;  // of the first slot
@@ -106,11 +107,13 @@ bool EnterOwnNetwork() {
   return ::mount("none", "/run", "tmpfs", 0, nullptr) == 0 && BringLoopbackUp();
 }
 
-std::unique_ptr<PcscdService> PcscdService::Start(std::string& reason) {
+std::unique_ptr<PcscdService> PcscdService::Start(std::string& reason, Readers readers) {
   if (!fs::exists(Program) || !fs::exists(Driver)) {
     reason = "pcscd or its virtual reader driver is not installed";
     return nullptr;
   }
+  const char* const drivers = readers == Readers::Virtual ? DriverFolder : NoDrivers;
+  fs::create_directories(NoDrivers);
   fs::create_directories(SocketFolder);
   fs::remove(Socket);
   const pid_t process = ::fork();
@@ -119,7 +122,7 @@ std::unique_ptr<PcscdService> PcscdService::Start(std::string& reason) {
     const int nowhere = ::open("/dev/null", O_RDWR);
     ::dup2(nowhere, STDOUT_FILENO);
     ::dup2(nowhere, STDERR_FILENO);
-    ::execl(Program, Program, "--foreground", "--config", DriverFolder, nullptr);
+    ::execl(Program, Program, "--foreground", "--config", drivers, nullptr);
     ::_exit(127);
   }
   std::unique_ptr<PcscdService> service(new PcscdService(process));

@@ -20,8 +20,10 @@ namespace ctapi::test {
 // and a folder for its socket of its own; ends with the object.
 class PcscdService {
  public:
+  enum class Readers { Virtual, None };
   // Nothing where the service cannot be started here; reason tells why.
-  [[nodiscard]] static std::unique_ptr<PcscdService> Start(std::string& reason);
+  [[nodiscard]] static std::unique_ptr<PcscdService> Start(std::string& reason,
+                                                           Readers readers = Readers::Virtual);
   ~PcscdService();
   PcscdService(const PcscdService&) = delete;
   PcscdService& operator=(const PcscdService&) = delete;

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "host/host_library.h"
+#include "host/pcsc_service.h"
 #include "host/pcsc_transport.h"
 #include "host/pcscd_service.h"
 #include "host/serial_transport.h"
@@ -78,6 +79,14 @@ class PcscdTest : public testing::Test {
   // The reader appears a moment after the service, the card a moment after it was put in.
   [[nodiscard]] bool OpenReader() {
     return Eventually([this] { return library_.Init(1, FirstReader) == code::Success; });
+  }
+  // What the service tells another program.
+  [[nodiscard]] static bool HasCard() {
+    PcscService other(LoadPcscApi());
+    std::vector<std::string> readers;
+    ReaderState state;
+    return other.List(readers) == PcscResult::Ok && !readers.empty() &&
+           other.Query(readers.front(), state) == PcscResult::Ok && state.HasCard;
   }
   void ActivateCard() {
     ASSERT_TRUE(OpenReader());
@@ -171,6 +180,48 @@ TEST_F(PcscdTest, EjectIccWaitsForTheRemoval) {
   later.join();
 }
 
+TEST_F(PcscdTest, AnotherCardIsAskedForAnew) {
+  InsertEgk();
+  ActivateCard();
+  card_.reset();
+  ASSERT_TRUE(Eventually([] { return !HasCard(); }));
+  InsertEgk();
+  ASSERT_TRUE(Eventually([] { return HasCard(); }));
+  EXPECT_EQ(Ask(0, SelectHca), "code -8");
+  EXPECT_EQ(Ask(1, RequestIcc), "9001");
+  EXPECT_EQ(Ask(0, SelectHca), "9000");
+}
+
+TEST_F(PcscdTest, TellsTheAnswerToReset) {
+  InsertEgk();
+  ActivateCard();
+  const std::string atr = Ask(1, "20110101");
+  EXPECT_EQ(atr, ToHex(ctapi::test::CardOf(*practice_.TerminalAt(FirstReader)).Atr) + "9001");
+  EXPECT_EQ(Ask(1, ResetCt), "9000");
+  EXPECT_EQ(Ask(1, "201201010105"), atr);
+}
+
+TEST_F(PcscdTest, AnIndexBehindTheLastReaderIsRefused) {
+  ASSERT_TRUE(OpenReader());
+  EXPECT_EQ(library_.Init(2, FirstReader + 5), code::InvalidParameter);
+  EXPECT_EQ(library_.Init(2, FirstReader + 255), code::InvalidParameter);
+}
+
+// The reader's number stays its own, so that it leads to no other reader while that one is away.
+TEST_F(PcscdTest, AReaderThatIsGoneAtInitIsRefused) {
+  ASSERT_TRUE(OpenReader());
+  EXPECT_EQ(library_.Close(1), 0);
+  service_->Kill();
+  std::string reason;
+  service_ = PcscdService::Start(reason, PcscdService::Readers::None);
+  ASSERT_TRUE(service_) << reason;
+  EXPECT_EQ(library_.Init(1, FirstReader), code::InvalidParameter);
+  service_->Kill();
+  service_ = PcscdService::Start(reason);
+  ASSERT_TRUE(service_) << reason;
+  EXPECT_TRUE(OpenReader());
+}
+
 TEST_F(PcscdTest, AnAnswerTooLongForTheBufferIsTold) {
   InsertEgk();
   ActivateCard();
@@ -203,6 +254,28 @@ TEST_F(PcscdTest, TheServiceKilledInTheMiddleIsTold) {
   ActivateCard();
 }
 
+TEST_F(PcscdTest, TheServiceKilledBetweenCommandsIsTold) {
+  for (const char* const command : {"2013008000", RequestIcc, "20110100", "201501010101"}) {
+    ASSERT_TRUE(OpenReader());
+    service_->Kill();
+    EXPECT_EQ(Ask(1, command), "code -127") << command;
+    EXPECT_EQ(Ask(1, command), "code -128") << command;
+    EXPECT_EQ(Ask(0, SelectHca), "code -128") << command;
+    EXPECT_EQ(library_.Close(1), 0);
+    std::string reason;
+    service_ = PcscdService::Start(reason);
+    ASSERT_TRUE(service_) << reason;
+  }
+}
+
+TEST_F(PcscdTest, TheServiceKilledWithAnActiveCardIsTold) {
+  InsertEgk();
+  ActivateCard();
+  service_->Kill();
+  EXPECT_EQ(Ask(1, ResetCt), "code -127");
+  EXPECT_EQ(Ask(1, ResetCt), "code -128");
+}
+
 TEST_F(PcscdTest, WithoutTheServiceInitIsRefused) {
   service_->Kill();
   EXPECT_EQ(library_.Init(1, FirstReader), code::HostError);
@@ -228,11 +301,19 @@ TEST_F(PcscdTest, ACardHeldByAnotherProgramIsRefused) {
     (void)api->Disconnect(handle, SCARD_LEAVE_CARD);
   }
   EXPECT_EQ(Ask(1, RequestIcc), "9001");
-  SCARDHANDLE handle = 0;
-  DWORD protocol = 0;
-  EXPECT_EQ(api->Connect(context, "Virtual PCD 00 00", SCARD_SHARE_SHARED, SCARD_PROTOCOL_T1,
-                         &handle, &protocol),
-            SCARD_E_SHARING_VIOLATION);
+  EXPECT_EQ(Ask(0, SelectHca), "9000");
+  // And the other way round: nobody reaches our card, so that nobody can reset it either.
+  for (const DWORD mode :
+       {static_cast<DWORD>(SCARD_SHARE_SHARED), static_cast<DWORD>(SCARD_SHARE_EXCLUSIVE),
+        static_cast<DWORD>(SCARD_SHARE_DIRECT)}) {
+    SCARDHANDLE handle = 0;
+    DWORD protocol = 0;
+    EXPECT_EQ(api->Connect(context, "Virtual PCD 00 00", mode,
+                           mode == SCARD_SHARE_DIRECT ? 0 : SCARD_PROTOCOL_T1, &handle, &protocol),
+              SCARD_E_SHARING_VIOLATION);
+  }
+  EXPECT_EQ(Ask(0, ReadPd),
+            ToHex(practice_.TerminalAt(FirstReader)->TransmitToCard(*BytesFromHex(ReadPd))));
   (void)api->ReleaseContext(context);
 }
 

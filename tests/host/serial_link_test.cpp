@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -234,6 +235,22 @@ TEST(SerialDevice, ThatIsNoneIsRefused) {
   EXPECT_EQ(OpenSerialDevice("/dev/does_not_exist").Code, code::InvalidParameter);
   EXPECT_EQ(OpenSerialDevice("/dev/null").Code, code::InvalidParameter);
   EXPECT_EQ(OpenSerialDevice("/dev/null/tty").Code, code::InvalidParameter);
+}
+
+// The device exists, so that "not there" would send the user to look for a cable.
+TEST(SerialDevice, WithoutThePermissionIsAHostError) {
+  const TerminalOnALine terminal;
+  ASSERT_EQ(::chmod(terminal.Pty().Device().c_str(), 0), 0);
+  constexpr uid_t Nobody = 65534;
+  const bool mayOpenAll = ::geteuid() == 0;
+  if (mayOpenAll) {
+    ASSERT_EQ(::seteuid(Nobody), 0);
+  }
+  const std::int8_t code = OpenSerialDevice(terminal.Pty().Device()).Code;
+  if (mayOpenAll) {
+    ASSERT_EQ(::seteuid(0), 0);
+  }
+  EXPECT_EQ(code, code::HostError);
 }
 
 TEST(SerialDevice, HasTheSettingsOfTheProtocol) {
