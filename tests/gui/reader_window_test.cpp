@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
+#include <sys/stat.h>
 
 #include "gui/support/box_answerer.h"
 #include "gui/support/quick_event_loop.h"
@@ -35,9 +36,15 @@ using ctapi::test::VirtualCard;
 
 constexpr int FirstReader = 8192;
 
-// Before main, since a process can leave the network only while it has no second thread. The user's
-// folder below /run is left behind.
-const bool IsNetworkOwn = qunsetenv("XDG_RUNTIME_DIR") && ctapi::test::EnterOwnNetwork();
+// /run is a new one then, in which Qt looks for the user's folder.
+bool LeaveTheNetwork() {
+  constexpr const char* UserFolder = "/run/user";
+  return ctapi::test::EnterOwnNetwork() && ::mkdir(UserFolder, S_IRWXU) == 0 &&
+         qputenv("XDG_RUNTIME_DIR", UserFolder);
+}
+
+// Before main, since a process can leave the network only while it has no second thread.
+const bool IsNetworkOwn = LeaveTheNetwork();
 
 class ReaderWindowTest : public testing::Test {
  protected:
