@@ -29,9 +29,4 @@ QString ReaderHint(ReaderTrouble trouble) {
   return {};
 }
 
-QString ReaderHintNow() {
-  ctapi::host::PcscService service(ctapi::host::LoadPcscApi());
-  return ReaderHint(ctapi::host::FindReaderTrouble(service));
-}
-
 }  // namespace kartocheck

@@ -307,6 +307,14 @@ void Form_MKT_Test::ShowPortList(const QStringList& lines, int chosen) {
   Fram_Comx->ShowPortList(lines, chosen);
 }
 
+void Form_MKT_Test::ShowPortHint(int slot, const QString& hint) {
+  Fram_Comx->ShowPortHint(slot, hint);
+}
+
+void Form_MKT_Test::ShowHintsWithoutReader(const QStringList& hints) {
+  Fram_Comx->ShowHintsWithoutReader(hints);
+}
+
 void Form_MKT_Test::MarkPort(int member) {
   Fram_Comx->MarkPort(member);
 }
