@@ -138,6 +138,17 @@ void PortFrame::ShowPortHint(int slot, const QString& hint) {
 void PortFrame::ShowHintsWithoutReader(const QStringList& hints) {
   Labl_Hinweis->ShowValue(hints.join(u'\n'));
   Labl_Hinweis->setVisible(!hints.isEmpty());
+  GiveHintRoom();
+}
+
+// In a low window it is the list that gives way.
+void PortFrame::GiveHintRoom() {
+  Labl_Hinweis->setMinimumHeight(Labl_Hinweis->heightForWidth(List1->width()));
+}
+
+void PortFrame::resizeEvent(QResizeEvent* event) {
+  QGroupBox::resizeEvent(event);
+  GiveHintRoom();
 }
 
 void PortFrame::MarkPort(int member) {

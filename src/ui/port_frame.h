@@ -40,10 +40,14 @@ class PortFrame final : public QGroupBox {
   // A choice in the list of further ports, by index.
   void FurtherPortChosen(int index);
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
   void AddOption(int member);
   void CreateList();
   void CreateHint();
+  void GiveHintRoom();
   void ReportChosenEntry();
   void UpdateEnabled();
 
