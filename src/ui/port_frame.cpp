@@ -143,6 +143,7 @@ void PortFrame::ShowHintsWithoutReader(const QStringList& hints) {
 
 // In a low window it is the list that gives way.
 void PortFrame::GiveHintRoom() {
+  if (Labl_Hinweis->isHidden()) return;
   Labl_Hinweis->setMinimumHeight(Labl_Hinweis->heightForWidth(List1->width()));
 }
 
