@@ -63,12 +63,12 @@ TEST(ReaderHint, SaysWhatToDo) {
 
 class ReaderDirectoryTest : public testing::Test {
  protected:
-  using Directory = kartocheck::ReaderDirectory;
-
-  ReaderDirectoryTest() {
-    serialPorts_->hints[1] = QStringLiteral("serial hint");
-    serialPorts_->identifications[1] = QStringLiteral("serial device");
-    serialPorts_->hintsWithoutReader = {QStringLiteral("serial trouble")};
+  static std::unique_ptr<kartocheck::PortDirectory> SerialPorts() {
+    auto ports = std::make_unique<kartocheck::test::FakePortDirectory>();
+    ports->hints[1] = QStringLiteral("serial hint");
+    ports->identifications[1] = QStringLiteral("serial device");
+    ports->hintsWithoutReader = {QStringLiteral("serial trouble")};
+    return ports;
   }
 
   static QString Hint(ReaderTrouble trouble) { return kartocheck::ReaderHint(trouble); }
@@ -77,17 +77,12 @@ class ReaderDirectoryTest : public testing::Test {
   bool isInstalled = true;
   bool servesReaders = true;
   int loads = 0;
-
- private:
-  std::unique_ptr<kartocheck::test::FakePortDirectory> serialPorts_ =
-      std::make_unique<kartocheck::test::FakePortDirectory>();
-
- protected:
-  Directory directory{std::move(serialPorts_), [this] { return servesReaders; },
-                      [this] {
-                        ++loads;
-                        return isInstalled ? std::optional(pcsc.Api()) : std::nullopt;
-                      }};
+  kartocheck::ReaderDirectory directory{SerialPorts(), [this] { return servesReaders; },
+                                        [this] {
+                                          ++loads;
+                                          return isInstalled ? std::optional(pcsc.Api())
+                                                             : std::nullopt;
+                                        }};
 };
 
 TEST_F(ReaderDirectoryTest, AnswersForSerialPortsWithoutTheService) {
