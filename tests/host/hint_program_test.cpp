@@ -2,6 +2,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -31,9 +32,9 @@ using Clock = std::chrono::steady_clock;
 constexpr const char* Reader = "Virtual PCD 00 00";
 
 // COM 1 is no device here: a silent one would cost each call seconds.
-QByteArray OutputOf(const std::string& arguments) {
+QByteArray OutputOf(const std::string& arguments, const char* streams = "2>/dev/null") {
   const std::string call = std::string(KARTOCHECK_PROGRAM) +
-                           " --serial-port 1=/dev/there-is-none " + arguments + " 2>/dev/null";
+                           " --serial-port 1=/dev/there-is-none " + arguments + ' ' + streams;
   FILE* const program = ::popen(call.c_str(), "r");
   if (program == nullptr) throw std::runtime_error("cannot run the program");
   QByteArray output;
@@ -165,6 +166,11 @@ TEST_F(HintServiceTest, ACardThatAnotherProgramHoldsIsTold) {
     EXPECT_EQ(report[u"ports"][u"8192"][u"hint"], hint) << mode;
     EXPECT_EQ(ReaderHints(report), QJsonArray());
     EXPECT_TRUE(OutputOf("--console --port 8192").contains(Row(hint)));
+    const QByteArray messages = OutputOf("--console --port 8192", "2>&1 >/dev/null");
+    const qsizetype prompt = messages.indexOf("KartoCheck: Bitte eine Krankenversichertenkarte");
+    EXPECT_TRUE(
+        messages.first(std::max<qsizetype>(prompt, 0)).endsWith(QByteArray(hint.toUtf8() + '\n')))
+        << messages.toStdString();
     (void)api->Disconnect(handle, SCARD_LEAVE_CARD);
   }
   EXPECT_EQ(Report()[u"ports"][u"8192"][u"hint"], QString()) << "it is free again";
