@@ -212,9 +212,6 @@ void Form_MKT_Test::CreateStatusBar(bool simulation) {
   QLabel* caption = PlainLabel(QStringLiteral("Labl_Status"), QStringLiteral("Status:"), this);
   Labl_StatusText = PlainLabel(QStringLiteral("Labl_StatusText"), QString(), this);
   Labl_StatusText->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  // A text that is too long must not widen the window; its tool tip holds all of it.
-  Labl_StatusText->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  Labl_StatusText->setMinimumWidth(1);
   statusBar()->addWidget(caption);
   statusBar()->addWidget(Labl_StatusText, 1);
   if (simulation) {
@@ -269,6 +266,7 @@ void Form_MKT_Test::OfferReport(std::function<QString()> makeReport) {
 
 void Form_MKT_Test::ShowStatusText(const QString& text) {
   Labl_StatusText->setText(text);
+  // A hint may be longer than the bar is wide.
   Labl_StatusText->setToolTip(text);
 }
 

@@ -116,11 +116,13 @@ TEST_F(HintWindowTest, ItIsWrappedAndNeverCut) {
   expectRoom();
 }
 
-TEST_F(HintWindowTest, ALongStatusTextDoesNotWidenTheWindow) {
-  const int before = program.window.minimumSizeHint().width();
+TEST_F(HintWindowTest, ALongStatusTextLeavesTheProgressItsPlace) {
+  const QWidget& progress = program.Find(QStringLiteral("ProgressBar1"));
+  const QWidget& bar = program.Find(QStringLiteral("StatusBar1"));
   program.window.ShowStatusText(NotAllowed + NoService);
   QApplication::processEvents();
-  EXPECT_EQ(program.window.minimumSizeHint().width(), before);
+  EXPECT_EQ(bar.width(), program.window.width());
+  EXPECT_TRUE(bar.rect().contains(progress.geometry()));
   EXPECT_EQ(program.Find(QStringLiteral("Labl_StatusText")).toolTip(), NotAllowed + NoService);
   program.window.ShowStatusText(Held);
   auto& text = program.Find<QLabel>(QStringLiteral("Labl_StatusText"));
