@@ -109,6 +109,8 @@ CtAnswer CtSession::CtExchange(QStringView command, Unit dad) {
     auto address = static_cast<std::uint8_t>(dad);
     const QByteArray bytes = CommandBytes(command);
     std::uint16_t length = ResponseSize;
+    // A library that tells of more than it wrote gets none of an earlier response.
+    buffer_.Clear();
 
     with_.display.SetLamp(LampOf(address), LampState::Waiting);
     with_.eventLoop.Yield();

@@ -16,6 +16,10 @@ constexpr std::uint8_t Pattern = 0xA5;
 GuardedBuffer::GuardedBuffer(std::size_t size)
     : size_(size), memory_(std::max(size + LeastGuard, LongestReport), Pattern) {}
 
+void GuardedBuffer::Clear() {
+  std::fill_n(memory_.begin(), size_, Pattern);
+}
+
 bool GuardedBuffer::IsIntact() const {
   // Each byte of the guard equals the one before it, and the first is the pattern.
   const std::uint8_t* guard = memory_.data() + size_;

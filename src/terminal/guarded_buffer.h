@@ -16,6 +16,9 @@ class GuardedBuffer {
 
   [[nodiscard]] std::span<std::uint8_t> Bytes() { return {memory_.data(), size_}; }
 
+  // Forgets what was written into the buffer. What is behind it stays as it is.
+  void Clear();
+
   // False once a byte behind the buffer was changed.
   [[nodiscard]] bool IsIntact() const;
 

@@ -242,6 +242,20 @@ TEST(CtExchangeTest, TheWholeBufferOf4098BytesMayBeUsed) {
   EXPECT_EQ(answer.response, QStringLiteral("3C").repeated(4098));
 }
 
+TEST(CtExchangeTest, AResponseThatWasNotWrittenHoldsNothingOfTheOneBefore) {
+  FakeApi api;
+  Link link(api);
+  api.data = [](auto&, auto&, auto, auto response, auto&) -> std::int8_t {
+    std::fill(response.begin(), response.end(), std::uint8_t{0x3C});
+    return 0;
+  };
+  EXPECT_EQ(link.session.CtExchange(u"00B0000000", Unit::Card).response.size(), 2 * 4098);
+  api.data = [](auto&, auto&, auto, auto, auto&) -> std::int8_t { return 0; };
+  const CtAnswer answer = link.session.CtExchange(u"00B0000000", Unit::Card);
+  EXPECT_EQ(answer.response.size(), 2 * 4098);
+  EXPECT_FALSE(answer.response.contains(u"3C"));
+}
+
 TEST(CtExchangeTest, TheAddressesAreTheUnitAndTheHost) {
   for (const Unit unit : {Unit::Card, Unit::Terminal}) {
     FakeApi api;

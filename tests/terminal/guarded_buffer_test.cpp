@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <vector>
 
 namespace kartocheck::test {
 namespace {
@@ -16,6 +17,18 @@ TEST(GuardedBufferTest, AllBytesOfTheBufferMayChange) {
   GuardedBuffer buffer(100);
   std::fill(buffer.Bytes().begin(), buffer.Bytes().end(), std::uint8_t{0});
   EXPECT_TRUE(buffer.IsIntact());
+}
+
+TEST(GuardedBufferTest, ClearForgetsTheBufferButNotADamage) {
+  GuardedBuffer buffer(100);
+  const std::vector<std::uint8_t> fresh(buffer.Bytes().begin(), buffer.Bytes().end());
+  std::fill(buffer.Bytes().begin(), buffer.Bytes().end(), std::uint8_t{1});
+  buffer.Clear();
+  EXPECT_TRUE(std::equal(fresh.begin(), fresh.end(), buffer.Bytes().begin()));
+  EXPECT_TRUE(buffer.IsIntact());
+  buffer.Bytes().data()[100] = 1;
+  buffer.Clear();
+  EXPECT_FALSE(buffer.IsIntact());
 }
 
 TEST(GuardedBufferTest, EveryByteBehindIsWatched) {
