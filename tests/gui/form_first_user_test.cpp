@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextEdit>
@@ -123,6 +124,14 @@ TEST_F(FirstUserTest, IsFormatted) {
     EXPECT_EQ(block.blockFormat().textIndent(), -block.blockFormat().leftMargin());
   }
   EXPECT_EQ(steps, 9);
+}
+
+// Qt would open it no larger than two thirds of the screen.
+TEST_F(FirstUserTest, OpensAsLargeAsItsTextNeedsWhereTheScreenHasTheRoom) {
+  const QSize available = window.screen()->availableSize();
+  EXPECT_EQ(window.size(), window.sizeHint().boundedTo(available));
+  EXPECT_GE(Box().height(), Box().sizeHint().height());
+  EXPECT_GT(window.height(), available.height() * 2 / 3);
 }
 
 TEST_F(FirstUserTest, GrowsWithTheFont) {
