@@ -1,12 +1,12 @@
 #pragma once
 
 #include "host/pcsc_service.h"
+#include "host/reader_names.h"
 #include "host/terminal_link.h"
 
 namespace ctapi::host {
 
-// PC/SC readers by index. A name keeps the index that it was given first; new ones are put behind
-// in sorted order.
+// PC/SC readers by index.
 class PcscTransport final : public Transport {
  public:
   explicit PcscTransport(std::optional<PcscApi> api) : service_(std::move(api)) {}
@@ -15,7 +15,7 @@ class PcscTransport final : public Transport {
 
  private:
   PcscService service_;
-  std::vector<std::string> names_;
+  ReaderNames names_;
 };
 
 }  // namespace ctapi::host

@@ -17,4 +17,11 @@ ReaderTrouble FindReaderTrouble(PcscService& service) {
   return isHeld ? ReaderTrouble::CardHeld : ReaderTrouble::None;
 }
 
+ReaderTrouble FindReaderTrouble(PcscService& service, const std::string& reader) {
+  ReaderState state;
+  const bool isHeld =
+      service.Query(reader, state) == PcscResult::Ok && state.HasCard && state.IsHeld;
+  return isHeld ? ReaderTrouble::CardHeld : ReaderTrouble::None;
+}
+
 }  // namespace ctapi::host

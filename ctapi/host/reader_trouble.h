@@ -13,7 +13,9 @@ enum class ReaderTrouble {
   CardHeld,      // every card that is there is held by another program
 };
 
-// Connects to no card.
+// Both connect to no card.
 [[nodiscard]] ReaderTrouble FindReaderTrouble(PcscService& service);
+// The same for one of the attached readers: another one may be free. CardHeld or None.
+[[nodiscard]] ReaderTrouble FindReaderTrouble(PcscService& service, const std::string& reader);
 
 }  // namespace ctapi::host

@@ -62,6 +62,17 @@ QString Bas_MKT_Test::IdentificationOf(int slot) const {
   return FurtherPort ? directory_.IdentificationOf(*FurtherPort) : QString();
 }
 
+// While the link is open, it is this program that keeps others from the card.
+QString Bas_MKT_Test::HintFor(int pn) const {
+  if (IsLinkOpen() || Terminals[SlotOf(pn)].DataRead) return {};
+  return directory_.HintFor(pn);
+}
+
+QStringList Bas_MKT_Test::HintsWithoutReader() const {
+  const bool hasReader = std::any_of(FurtherPorts.begin(), FurtherPorts.end(), IsUsbPort);
+  return hasReader ? QStringList() : directory_.HintsWithoutReader();
+}
+
 std::int16_t Bas_MKT_Test::StatusCheck(int pn) {
   return CheckStatus({session_, pn, Terminals[SlotOf(pn)], dialogs_});
 }

@@ -81,8 +81,12 @@ class Bas_MKT_Test {
   // What the system knows of the port on a slot.
   [[nodiscard]] QString IdentificationOf(int slot) const;
 
-  // Why a port cannot be used and what to do about it; empty where nothing is known.
-  [[nodiscard]] QString HintFor(int pn) const { return directory_.HintFor(pn); }
+  // Why the port cannot be used and what to do about it; empty where nothing is known to be in the
+  // way, where data were read on it, and while the link is open.
+  [[nodiscard]] QString HintFor(int pn) const;
+
+  // Why the last sweep found no USB device, and what to do about it; empty where it found one.
+  [[nodiscard]] QStringList HintsWithoutReader() const;
 
   // Is a card or record ready? 1 when it is or the user was told why not, 0 otherwise.
   [[nodiscard]] std::int16_t StatusCheck(int pn);

@@ -43,6 +43,9 @@ class ConsoleFrontEnd final : public Dialogs, public Display, public FrontEnd {
   // The boxes since the last call.
   [[nodiscard]] std::vector<ReportedMessage> TakeMessages();
 
+  // Why the sweep found no reader; empty where it found one or did not take place.
+  [[nodiscard]] const QStringList& HintsWithoutReader() const { return hintsWithoutReader_; }
+
   void Tell(Icon icon, const QString& title, const QString& text) override;
   [[nodiscard]] Answer Ask(const Question& question) override;
 
@@ -58,6 +61,8 @@ class ConsoleFrontEnd final : public Dialogs, public Display, public FrontEnd {
   void ClearData() override {}
   void ShowPortList(const QStringList& /*lines*/, int /*chosen*/) override {}
   void MarkPort(int /*member*/) override {}
+  void ShowPortHint(int /*slot*/, const QString& /*hint*/) override {}
+  void ShowHintsWithoutReader(const QStringList& hints) override { hintsWithoutReader_ = hints; }
   void NameFurtherPort(const QString& /*name*/) override {}
   void ShowStatusTab(int /*slot*/) override {}
   void MarkButton(int /*index*/) override {}
@@ -79,6 +84,7 @@ class ConsoleFrontEnd final : public Dialogs, public Display, public FrontEnd {
   qsizetype statusWidth_ = 0;  // characters on a line that is not ended
   int frame_ = -1;
   std::vector<ReportedMessage> messages_;
+  QStringList hintsWithoutReader_;
 };
 
 }  // namespace kartocheck

@@ -85,10 +85,11 @@ int RunConsole(const ConsoleOptions& options, Bas_MKT_Test& module, ConsoleFront
     scan.LookAtAll();
   }
   frontEnd.EndStatusLine();
+  const RunReport run{.ports = scan.Reports(), .hints = frontEnd.HintsWithoutReader()};
   if (options.json) {
-    out << JsonReport(scan.Reports()).toStdString();
+    out << JsonReport(run).toStdString();
   } else {
-    WritePortTable(out, scan.Reports());
+    WritePortTable(out, run);
   }
   out.flush();
   return ExitStatusOf(scan.Reports());

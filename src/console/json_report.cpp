@@ -156,15 +156,16 @@ QByteArray WithoutControls(const QByteArray& json) {
 
 }  // namespace
 
-QByteArray JsonReport(const std::vector<PortReport>& reports) {
+QByteArray JsonReport(const RunReport& run) {
   QJsonObject ports;
-  for (const PortReport& report : reports) {
+  for (const PortReport& report : run.ports) {
     ports.insert(QString::number(report.pn), ReportJson(report));
   }
   const QJsonDocument document(QJsonObject{
       {QStringLiteral("program"), QStringLiteral("KartoCheck")},
       {QStringLiteral("version"), QCoreApplication::applicationVersion()},
       {QStringLiteral("ports"), ports},
+      {QStringLiteral("hints"), QJsonArray::fromStringList(run.hints)},
   });
   return WithoutControls(document.toJson());
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -31,6 +32,12 @@ struct PortReport {
   QString identification;  // of the device, as the operating system tells it
   QString hint;            // what to do where the port cannot be used
   std::vector<ReportedMessage> messages;
+};
+
+// What became of a run.
+struct RunReport {
+  std::vector<PortReport> ports;
+  QStringList hints;  // why no reader was found, and what to do
 };
 
 }  // namespace kartocheck

@@ -97,11 +97,12 @@ void WritePort(std::ostream& out, const PortReport& report) {
   out.flush();
 }
 
-void WritePortTable(std::ostream& out, const std::vector<PortReport>& reports) {
+void WritePortTable(std::ostream& out, const RunReport& run) {
   out << "Schnittstellen\n";
-  for (const PortReport& report : reports) {
+  for (const PortReport& report : run.ports) {
     WriteRow(out, PortLine(report.pn), Verdict(report));
   }
+  for (const QString& hint : run.hints) WriteRow(out, u"Hinweis:", hint);
   out.flush();
 }
 

@@ -4,7 +4,6 @@
 
 #include <iosfwd>
 #include <string>
-#include <vector>
 
 #include "console/port_report.h"
 
@@ -17,7 +16,7 @@ namespace kartocheck {
 // What was found on one port: terminal and insured data.
 void WritePort(std::ostream& out, const PortReport& report);
 
-// One line a port.
-void WritePortTable(std::ostream& out, const std::vector<PortReport>& reports);
+// One line a port, and why no reader was found.
+void WritePortTable(std::ostream& out, const RunReport& run);
 
 }  // namespace kartocheck

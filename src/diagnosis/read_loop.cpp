@@ -4,6 +4,15 @@
 
 namespace kartocheck {
 
+namespace {
+
+Answer AskForCard(const ReadLoopSteps& steps, Dialogs& dialogs, Display& display) {
+  if (const QString hint = steps.hint(); !hint.isEmpty()) display.ShowStatusText(hint);
+  return dialogs.Ask(steps.insertCardPrompt());
+}
+
+}  // namespace
+
 void RunReadLoop(const ReadLoopSteps& steps, Dialogs& dialogs, Display& display) {
   Answer answer = Answer::Ok;
   std::int16_t result = 0;
@@ -11,7 +20,7 @@ void RunReadLoop(const ReadLoopSteps& steps, Dialogs& dialogs, Display& display)
     display.ShowStatusText(status_text::ReadPrompt.toString());
     if (steps.checkPort) steps.checkPort();
     result = steps.checkStatus();
-    answer = result == ReadyToRead ? Answer::Ok : dialogs.Ask(steps.insertCardPrompt());
+    answer = result == ReadyToRead ? Answer::Ok : AskForCard(steps, dialogs, display);
     if (answer == Answer::Ok) {
       display.ShowStatusText(status_text::Reading.toString());
       result = steps.read();

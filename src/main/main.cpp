@@ -14,6 +14,7 @@
 #include "main/installation.h"
 #include "platform/ct_api_library.h"
 #include "platform/ct_api_simulated.h"
+#include "platform/machine_ports.h"
 #include "platform/qt_event_loop.h"
 #include "platform/qt_serial_port.h"
 #include "platform/serial_devices.h"
@@ -82,13 +83,16 @@ class Outside {
     libraryText_ = [loaded = library.get()] { return loaded->LoadedFile(); };
     api_ = std::move(library);
     serial_ = std::make_unique<QtSerialPort>(table);
-    directory_ = std::make_unique<SerialPortDirectory>(devices, table);
+    directory_ = WithReaders(std::make_unique<SerialPortDirectory>(devices, table), [this] {
+      return IsOwnCtApi(QCoreApplication::applicationDirPath(), CtApiLibrary::FileName,
+                        libraryText_());
+    });
   }
 
   ctapi::SimulatedPractice practice_;
   std::unique_ptr<CtApi> api_;
   std::unique_ptr<SerialPort> serial_;
-  std::unique_ptr<PortDirectory> directory_;
+  std::unique_ptr<const PortDirectory> directory_;
   std::function<QString()> libraryText_;
 };
 

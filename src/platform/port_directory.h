@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace kartocheck {
 
@@ -14,6 +15,10 @@ class PortDirectory {
   // Why the port cannot be used and what to do about it, one German sentence; empty where nothing
   // is known to be in the way.
   [[nodiscard]] virtual QString HintFor(int pn) const = 0;
+
+  // Why no card reader was found, and what to do about it: German sentences, the nearest reason
+  // first. Empty where nothing is known to be in the way.
+  [[nodiscard]] virtual QStringList HintsWithoutReader() const = 0;
 
   virtual ~PortDirectory() = default;
   PortDirectory(const PortDirectory&) = delete;

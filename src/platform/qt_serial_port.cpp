@@ -22,6 +22,13 @@ constexpr int LastComNumber = 4;
   }
 }
 
+QString PermissionHint(const QStringList& devices, const QString& group) {
+  const QString refused = u"Sie dürfen " + devices.join(u", ") + u" nicht öffnen. ";
+  if (group.isEmpty()) return refused + u"Bitten Sie Ihre Systemverwaltung um dieses Recht.";
+  return refused + u"Lassen Sie sich in die Gruppe \"" + group +
+         u"\" aufnehmen und melden Sie sich neu an.";
+}
+
 }  // namespace
 
 QtSerialPort::QtSerialPort(ComTable table) : table_(std::move(table)) {
@@ -133,10 +140,21 @@ QString SerialPortDirectory::IdentificationOf(int pn) const {
 
 QString SerialPortDirectory::HintFor(int pn) const {
   const QString device = table_.value(pn);
-  if (device.isEmpty() || StateOfDevice(device) != DeviceState::NotAllowed) return {};
-  const QString group = GroupOfDevice(device);
-  return u"Sie dürfen " + device + u" nicht öffnen. Lassen Sie sich in die Gruppe \"" + group +
-         u"\" aufnehmen und melden Sie sich neu an.";
+  if (device.isEmpty() || IsAllowed(device)) return {};
+  return PermissionHint({device}, GroupOfDevice(device));
+}
+
+// One sentence for all devices of a group.
+QStringList SerialPortDirectory::HintsWithoutReader() const {
+  QMap<QString, QStringList> refused;
+  for (const QString& device : table_) {
+    if (!IsAllowed(device)) refused[GroupOfDevice(device)].append(device);
+  }
+  QStringList hints;
+  for (auto group = refused.cbegin(); group != refused.cend(); ++group) {
+    hints.append(PermissionHint(group.value(), group.key()));
+  }
+  return hints;
 }
 
 }  // namespace kartocheck

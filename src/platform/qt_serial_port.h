@@ -41,6 +41,7 @@ class SerialPortDirectory final : public PortDirectory {
 
   [[nodiscard]] QString IdentificationOf(int pn) const override;
   [[nodiscard]] QString HintFor(int pn) const override;
+  [[nodiscard]] QStringList HintsWithoutReader() const override;
 
  private:
   ComTable table_;

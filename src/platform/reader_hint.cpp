@@ -16,7 +16,7 @@ QString ReaderHint(ReaderTrouble trouble) {
     case ReaderTrouble::NoService:
       return QStringLiteral(
           "Der Kartenleser-Dienst läuft nicht. Starten Sie ihn mit \"sudo systemctl start "
-          "pcscd\".");
+          "pcscd\"; fehlt er, installieren Sie die Pakete \"pcscd\" und \"libccid\".");
     case ReaderTrouble::NoReader:
       return QStringLiteral(
           "Der Kartenleser-Dienst kennt keinen Kartenleser. Stecken Sie den Leser an und "
@@ -27,11 +27,6 @@ QString ReaderHint(ReaderTrouble trouble) {
           "es noch einmal.");
   }
   return {};
-}
-
-QString ReaderHintNow() {
-  ctapi::host::PcscService service(ctapi::host::LoadPcscApi());
-  return ReaderHint(ctapi::host::FindReaderTrouble(service));
 }
 
 }  // namespace kartocheck

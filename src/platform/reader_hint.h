@@ -12,7 +12,4 @@ namespace kartocheck {
 // does.
 [[nodiscard]] QString ReaderHint(ctapi::host::ReaderTrouble trouble);
 
-// The same for this machine at this moment. Connects to no card.
-[[nodiscard]] QString ReaderHintNow();
-
 }  // namespace kartocheck

@@ -47,7 +47,11 @@ enum class DeviceState {
 
 [[nodiscard]] DeviceState StateOfDevice(const QString& path);
 
-// Name of the group that may open the device; empty where it is not known.
+// Whether the device's permissions let this user open it. Opens nothing, since that would raise the
+// line's signals; true where there is no such device.
+[[nodiscard]] bool IsAllowed(const QString& path);
+
+// Name of the group that may open the device; empty where there is none or its name is not known.
 [[nodiscard]] QString GroupOfDevice(const QString& path);
 
 }  // namespace kartocheck

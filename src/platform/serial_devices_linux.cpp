@@ -141,9 +141,16 @@ DeviceState StateOfDevice(const QString& path) {
   return IsHeld(device.Number()) || HasLockFile(path) ? DeviceState::InUse : DeviceState::Free;
 }
 
+bool IsAllowed(const QString& path) {
+  return ::faccessat(AT_FDCWD, QFile::encodeName(path).constData(), R_OK | W_OK, AT_EACCESS) == 0 ||
+         errno != EACCES;
+}
+
 QString GroupOfDevice(const QString& path) {
+  constexpr mode_t GroupMayOpen = S_IRGRP | S_IWGRP;
   struct stat status {};
   if (::stat(QFile::encodeName(path).constData(), &status) != 0) return {};
+  if ((status.st_mode & GroupMayOpen) != GroupMayOpen) return {};
   const group* entry = ::getgrgid(status.st_gid);
   return entry == nullptr ? QString() : QString::fromLocal8Bit(entry->gr_name);
 }

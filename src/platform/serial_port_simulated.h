@@ -40,6 +40,7 @@ class PortDirectorySimulated final : public PortDirectory {
 
   [[nodiscard]] QString IdentificationOf(int pn) const override;
   [[nodiscard]] QString HintFor(int /*pn*/) const override { return {}; }
+  [[nodiscard]] QStringList HintsWithoutReader() const override { return {}; }
 
  private:
   ctapi::SimulatedPractice& practice_;

@@ -266,6 +266,8 @@ void Form_MKT_Test::OfferReport(std::function<QString()> makeReport) {
 
 void Form_MKT_Test::ShowStatusText(const QString& text) {
   Labl_StatusText->setText(text);
+  // A hint may be longer than the bar is wide.
+  Labl_StatusText->setToolTip(text);
 }
 
 void Form_MKT_Test::ShowProgress(int percent) {
@@ -305,6 +307,14 @@ void Form_MKT_Test::ClearData() {
 
 void Form_MKT_Test::ShowPortList(const QStringList& lines, int chosen) {
   Fram_Comx->ShowPortList(lines, chosen);
+}
+
+void Form_MKT_Test::ShowPortHint(int slot, const QString& hint) {
+  Fram_Comx->ShowPortHint(slot, hint);
+}
+
+void Form_MKT_Test::ShowHintsWithoutReader(const QStringList& hints) {
+  Fram_Comx->ShowHintsWithoutReader(hints);
 }
 
 void Form_MKT_Test::MarkPort(int member) {

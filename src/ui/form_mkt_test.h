@@ -71,6 +71,8 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   void ShowData(const DataFrame& frame) override;
   void ClearData() override;
   void ShowPortList(const QStringList& lines, int chosen) override;
+  void ShowPortHint(int slot, const QString& hint) override;
+  void ShowHintsWithoutReader(const QStringList& hints) override;
   void MarkPort(int member) override;
   void NameFurtherPort(const QString& name) override;
   void ShowStatusTab(int slot) override;

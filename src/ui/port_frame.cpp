@@ -8,6 +8,7 @@
 #include <QSignalBlocker>
 
 #include "ui/plain_label.h"
+#include "ui/value_field.h"
 
 namespace kartocheck {
 
@@ -46,7 +47,15 @@ PortFrame::PortFrame(QWidget* parent) : QGroupBox(QStringLiteral("Schnittstellen
   layout->setColumnStretch(1, 1);
   for (int member = 0; member < SlotCount; ++member) AddOption(member);
   Opti_Comx[0]->setChecked(true);
+  CreateList();
+  layout->addWidget(List1, SlotCount, 0, 1, 2);
+  layout->setRowStretch(SlotCount, 1);
+  CreateHint();
+  layout->addWidget(Labl_Hinweis, SlotCount + 1, 0, 1, 2);
+  UpdateEnabled();
+}
 
+void PortFrame::CreateList() {
   List1 = new QListWidget(this);
   List1->setObjectName(QStringLiteral("List1"));
   List1->setAccessibleName(QStringLiteral("Weitere Schnittstellen"));
@@ -61,9 +70,16 @@ PortFrame::PortFrame(QWidget* parent) : QGroupBox(QStringLiteral("Schnittstellen
   List1->setMinimumSize(metrics.horizontalAdvance(WidestEntry.toString()) + frame,
                         metrics.lineSpacing() * LeastVisibleLines + frame);
   List1->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Expanding);
-  layout->addWidget(List1, SlotCount, 0, 1, 2);
-  layout->setRowStretch(SlotCount, 1);
-  UpdateEnabled();
+}
+
+void PortFrame::CreateHint() {
+  Labl_Hinweis = new ValueField(QStringLiteral("Labl_Hinweis"), this);
+  Labl_Hinweis->SetCaption(QStringLiteral("Hinweis:"));
+  // As wide as the list, however long the sentences are.
+  QSizePolicy policy = Labl_Hinweis->sizePolicy();
+  policy.setHorizontalPolicy(QSizePolicy::Ignored);
+  Labl_Hinweis->setSizePolicy(policy);
+  Labl_Hinweis->hide();
 }
 
 void PortFrame::AddOption(int member) {
@@ -105,6 +121,35 @@ void PortFrame::ShowPortList(const QStringList& lines, int chosen) {
     List1->addItems(lines);
   }
   List1->setCurrentRow(chosen);
+}
+
+void PortFrame::ShowPortHint(int slot, const QString& hint) {
+  const auto member = static_cast<std::size_t>(slot - 1);
+  QRadioButton* const option = Opti_Comx.at(member);
+  option->setToolTip(hint);
+  option->setAccessibleDescription(hint);
+  Labe_Comx.at(member)->setToolTip(hint);
+  if (slot == FurtherPortSlot) {
+    List1->setToolTip(hint);
+    List1->setAccessibleDescription(hint);
+  }
+}
+
+void PortFrame::ShowHintsWithoutReader(const QStringList& hints) {
+  Labl_Hinweis->ShowValue(hints.join(u'\n'));
+  Labl_Hinweis->setVisible(!hints.isEmpty());
+  GiveHintRoom();
+}
+
+// In a low window it is the list that gives way.
+void PortFrame::GiveHintRoom() {
+  if (Labl_Hinweis->isHidden()) return;
+  Labl_Hinweis->setMinimumHeight(Labl_Hinweis->heightForWidth(List1->width()));
+}
+
+void PortFrame::resizeEvent(QResizeEvent* event) {
+  QGroupBox::resizeEvent(event);
+  GiveHintRoom();
 }
 
 void PortFrame::MarkPort(int member) {

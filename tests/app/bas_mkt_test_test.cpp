@@ -84,6 +84,44 @@ TEST(BasMktTestTest, StartsWithPortOneAndNothingKnown) {
   }
 }
 
+TEST(BasMktTestTest, AHintIsForAPortThatCannotBeUsed) {
+  Dialogue dialogue(CheckAndRead);
+  Module module(dialogue);
+  const QString hint = QStringLiteral("Ein Hinweis.");
+  module.directory.hints[8192] = hint;
+  std::vector<QString> whileOpen;
+  module.eventLoop.onYield = [&] {
+    if (module.state.IsLinkOpen()) whileOpen.push_back(module.state.HintFor(8192));
+  };
+  EXPECT_EQ(module.state.HintFor(8192), hint);
+  EXPECT_EQ(module.state.HintFor(8193), QString());
+  module.state.CheckPort(8192);
+  EXPECT_EQ(module.state.HintFor(8192), hint);
+  EXPECT_EQ(module.state.StatusCheck(8192), ReadyToRead);
+  EXPECT_EQ(module.state.ReadCardData(8192), 0);
+  EXPECT_EQ(module.state.HintFor(8192), QString()) << "data were read";
+  module.state.ClearSlot(5);
+  EXPECT_EQ(module.state.HintFor(8192), hint);
+  ASSERT_FALSE(whileOpen.empty());
+  EXPECT_EQ(std::count(whileOpen.begin(), whileOpen.end(), QString()),
+            static_cast<std::ptrdiff_t>(whileOpen.size()))
+      << "then this program is the one that uses it";
+}
+
+TEST(BasMktTestTest, HintsWithoutAReaderAreForASweepThatFoundNoUsbDevice) {
+  FakeApi api;
+  Module module(api);
+  const QStringList hints{QStringLiteral("Ein Hinweis."), QStringLiteral("Noch einer.")};
+  module.directory.hintsWithoutReader = hints;
+  EXPECT_EQ(module.state.HintsWithoutReader(), hints);
+  module.state.FurtherPorts = {5, 256};
+  EXPECT_EQ(module.state.HintsWithoutReader(), hints);
+  for (const int reader : {8192, 8447}) {
+    module.state.FurtherPorts = {5, reader};
+    EXPECT_EQ(module.state.HintsWithoutReader(), QStringList());
+  }
+}
+
 TEST(BasMktTestTest, AFurtherPortIsOpenedByItsNumberAndKeptInSlotFive) {
   Dialogue dialogue(CheckAndRead);
   Module module(dialogue);

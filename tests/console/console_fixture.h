@@ -20,6 +20,12 @@ class Console {
                    StatusLine statusLine = StatusLine::Kept)
       : frontEnd(messages, statusLine, storedRecords), module(Surroundings()) {}
 
+  // On a machine that knows this of its ports.
+  explicit Console(const PortDirectory& machine)
+      : directory(&machine),
+        frontEnd(messages, StatusLine::Kept, StoredRecords::Keep),
+        module(Surroundings()) {}
+
   // With a person who types these lines.
   explicit Console(std::deque<std::string> lines)
       : typed(std::move(lines)),
@@ -34,7 +40,8 @@ class Console {
   ctapi::SimulatedPractice practice;
   CtApiSimulated api{practice};
   SerialPortSimulated serial{practice};
-  PortDirectorySimulated directory{practice};
+  PortDirectorySimulated simulatedPorts{practice};
+  const PortDirectory* directory = &simulatedPorts;
   FakeEventLoop eventLoop;
   std::ostringstream out;
   std::ostringstream messages;
@@ -49,7 +56,7 @@ class Console {
             .display = frontEnd,
             .eventLoop = eventLoop,
             .serial = serial,
-            .directory = directory,
+            .directory = *directory,
             .terminate = [] { throw Terminated{}; }};
   }
 

@@ -20,7 +20,8 @@ struct LoopRow {
   std::deque<std::int16_t> checks;   // results of the status checks, in order
   std::deque<Answer> answers{};      // to the insert-card prompts
   std::deque<std::int16_t> reads{};  // results of the reads
-  std::vector<std::string> steps;    // in the order the user sees them
+  QString hint{};
+  std::vector<std::string> steps;  // in the order the user sees them
 
   friend std::ostream& operator<<(std::ostream& out, const LoopRow& row) {
     return out << row.sentence;
@@ -62,6 +63,11 @@ TEST_P(ReadLoopTest, Steps) {
           [&] {
             note("status check");
             return Next(row.checks);
+          },
+      .hint =
+          [&] {
+            note("hint");
+            return row.hint;
           },
       .insertCardPrompt =
           [&] {
@@ -105,12 +111,20 @@ INSTANTIATE_TEST_SUITE_P(
          .checks = {0},
          .answers = {Answer::Ok},
          .reads = {0},
-         .steps = {Prompting, "port check", "status check", "prompt", Reading, "read", "show slot",
-                   Shown}},
+         .steps = {Prompting, "port check", "status check", "hint", "prompt", Reading, "read",
+                   "show slot", Shown}},
         {.sentence = "Cancel at the prompt ends the loop without a read",
          .checks = {0},
          .answers = {Answer::Cancel},
-         .steps = {Prompting, "port check", "status check", "prompt"}},
+         .steps = {Prompting, "port check", "status check", "hint", "prompt"}},
+        {.sentence = "what keeps the card from being read is told before it is asked for",
+         .checks = {0, 0},
+         .answers = {Answer::Ok, Answer::Cancel},
+         .reads = {1},
+         .hint = QStringLiteral("Ein Hinweis."),
+         .steps = {Prompting, "port check", "status check", "hint", "Ein Hinweis.", "prompt",
+                   Reading, "read", "show slot", Shown, Prompting, "port check", "status check",
+                   "hint", "Ein Hinweis.", "prompt"}},
         {.sentence = "a failed read ends the loop",
          .checks = {1},
          .reads = {-1},
@@ -126,11 +140,11 @@ INSTANTIATE_TEST_SUITE_P(
          .answers = {Answer::Cancel},
          .reads = {1},
          .steps = {Prompting, "port check", "status check", Reading, "read", "show slot", Shown,
-                   Prompting, "port check", "status check", "prompt"}},
+                   Prompting, "port check", "status check", "hint", "prompt"}},
         {.sentence = "a status check below 0 asks for the card too",
          .checks = {-1},
          .answers = {Answer::Cancel},
-         .steps = {Prompting, "port check", "status check", "prompt"}},
+         .steps = {Prompting, "port check", "status check", "hint", "prompt"}},
     }),
     SentenceName());
 

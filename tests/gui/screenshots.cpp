@@ -205,6 +205,34 @@ void TakeScan(Album& album) {
   TakeEgkInfo(album, program, QStringLiteral("egk_mobil"));
 }
 
+// Below the list of further ports, why there is no reader in it; in the status bar, why the card in
+// a reader cannot be read.
+void TakeHints(Album& album) {
+  const QStringList hints{
+      QStringLiteral("Sie dürfen /dev/ttyS0, /dev/ttyUSB0 nicht öffnen. Lassen Sie sich in die "
+                     "Gruppe \"dialout\" aufnehmen und melden Sie sich neu an."),
+      QStringLiteral(
+          "Der Kartenleser-Dienst läuft nicht. Starten Sie ihn mit \"sudo systemctl start "
+          "pcscd\"; fehlt er, installieren Sie die Pakete \"pcscd\" und \"libccid\"."),
+  };
+  Program program;
+  program.window.ShowHintsWithoutReader(hints.mid(1));
+  album.Add(program.window, QStringLiteral("hinweis_kein_leser"));
+  program.window.ShowHintsWithoutReader(hints);
+  album.Add(program.window, QStringLiteral("hinweise_kein_leser"));
+  (void)program.window.ShowFrameX(2);
+  album.Add(program.window, QStringLiteral("hinweise_mkt_status"));
+  program.window.ShowHintsWithoutReader({});
+  program.window.ShowStatusText(
+      QStringLiteral("Ein anderes Programm benutzt die Karte im Kartenleser. Beenden Sie es und "
+                     "versuchen Sie es noch einmal."));
+  album.Add(program.window, QStringLiteral("hinweis_karte_belegt"));
+  program.window.ShowHintsWithoutReader(hints);
+  QCoreApplication::processEvents();
+  program.window.resize(program.window.minimumSizeHint());
+  album.Add(program.window, QStringLiteral("hinweise_kleines_fenster"));
+}
+
 // The first question of the diagnosis, and what is seen behind it.
 void TakeDiagnosis(Album& album) {
   SimulatedProgram program(QStringLiteral("leer"));
@@ -263,6 +291,7 @@ int Run(const QStringList& arguments) {
   TakeBoxes(album);
   TakeUserInformation(album);
   TakeScan(album);
+  TakeHints(album);
   TakeDiagnosis(album);
   TakeScanResults(album);
   TakeSchemaDialog(album);

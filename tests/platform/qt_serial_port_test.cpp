@@ -6,8 +6,10 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <array>
 #include <ctime>
 #include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
@@ -363,43 +365,88 @@ TEST_F(QtSerialPortTest, WhatIsNoSerialDeviceFails) {
   EXPECT_EQ(OpenError({{1, pipe}}, 1), SerialPortError::Other);
 }
 
-// As a user who may do nothing.
+// As a user who may do nothing. Whoever is not root stays who they are.
 class Nobody {
  public:
-  Nobody() : before_(::geteuid()) {
-    if (before_ == 0) {
-      EXPECT_EQ(::seteuid(65'534), 0);
-    }
+  Nobody() {
+    if (user_ != 0) return;
+    groups_.resize(static_cast<std::size_t>(::getgroups(0, nullptr)));
+    EXPECT_GE(::getgroups(static_cast<int>(groups_.size()), groups_.data()), 0);
+    EXPECT_EQ(::setgroups(0, nullptr), 0);
+    EXPECT_EQ(::setegid(65'534), 0);
+    EXPECT_EQ(::seteuid(65'534), 0);
   }
   ~Nobody() {
-    if (before_ == 0) {
-      EXPECT_EQ(::seteuid(before_), 0);
-    }
+    if (user_ != 0) return;
+    EXPECT_EQ(::seteuid(user_), 0);
+    EXPECT_EQ(::setegid(group_), 0);
+    EXPECT_EQ(::setgroups(groups_.size(), groups_.data()), 0);
   }
   Nobody(const Nobody&) = delete;
   Nobody& operator=(const Nobody&) = delete;
 
  private:
-  uid_t before_;
+  const uid_t user_ = ::geteuid();
+  const gid_t group_ = ::getegid();
+  std::vector<gid_t> groups_;
 };
+
+// Whoever owns a device, or is not of its group, may not open one with these permissions.
+constexpr mode_t ForTheGroupOnly = 0060;
 
 TEST_F(QtSerialPortTest, ADeviceThatTheUserMayNotOpenNamesTheGroupThatMay) {
   const SerialLineTerminal terminal({});
-  ASSERT_EQ(::chmod(qPrintable(terminal.Device()), 0), 0);
+  ASSERT_EQ(::chmod(qPrintable(terminal.Device()), ForTheGroupOnly), 0);
   const ComTable table{{1, terminal.Device()}};
   const SerialPortDirectory directory({}, table);
   const QString group = GroupOfDevice(terminal.Device());
   EXPECT_FALSE(group.isEmpty());
+  const QString hint = u"Sie dürfen " + terminal.Device() +
+                       u" nicht öffnen. Lassen Sie sich in die Gruppe \"" + group +
+                       u"\" aufnehmen und melden Sie sich neu an.";
   const Nobody nobody;
   EXPECT_EQ(OpenError(table, 1), SerialPortError::NotAllowed);
-  EXPECT_EQ(directory.HintFor(1), u"Sie dürfen " + terminal.Device() +
-                                      u" nicht öffnen. Lassen Sie sich in die Gruppe \"" + group +
-                                      u"\" aufnehmen und melden Sie sich neu an.");
+  EXPECT_EQ(directory.HintFor(1), hint);
+  EXPECT_EQ(directory.HintsWithoutReader(), QStringList{hint});
   // In the port test it counts as any other failure.
   QtSerialPort port(table);
   QtEventLoop eventLoop;
   bool lineState = false;
   EXPECT_EQ(TestSerialPort(1, port, eventLoop, lineState), SerialTest::Failed);
+}
+
+// To join a group that may not open the device itself would be of no use.
+TEST_F(QtSerialPortTest, WithoutAGroupThatMayTheAdministratorIsAsked) {
+  const SerialLineTerminal terminal({});
+  const SerialPortDirectory directory({}, {{1, terminal.Device()}});
+  for (const mode_t mode : std::initializer_list<mode_t>{0000, 0040, 0020}) {
+    ASSERT_EQ(::chmod(qPrintable(terminal.Device()), mode), 0);
+    EXPECT_EQ(GroupOfDevice(terminal.Device()), QString()) << mode;
+  }
+  const Nobody nobody;
+  EXPECT_EQ(directory.HintFor(1), u"Sie dürfen " + terminal.Device() +
+                                      u" nicht öffnen. Bitten Sie Ihre Systemverwaltung um dieses "
+                                      u"Recht.");
+}
+
+TEST_F(QtSerialPortTest, DevicesOfAGroupShareASentence) {
+  const std::array<SerialLineTerminal, 4> terminals{SerialLineTerminal({}), SerialLineTerminal({}),
+                                                    SerialLineTerminal({}), SerialLineTerminal({})};
+  ComTable table;
+  for (int i = 0; i < 4; ++i) {
+    const QString device = terminals.at(static_cast<std::size_t>(i)).Device();
+    table.insert(i + 1, device);
+    const mode_t modes[] = {ForTheGroupOnly, 0666, ForTheGroupOnly, 0};
+    ASSERT_EQ(::chmod(qPrintable(device), modes[i]), 0);
+  }
+  const SerialPortDirectory directory({}, table);
+  const Nobody nobody;
+  const QStringList hints = directory.HintsWithoutReader();
+  ASSERT_EQ(hints.size(), 2);
+  EXPECT_TRUE(hints[0].startsWith(u"Sie dürfen " + table[4] + u" nicht öffnen. Bitten "));
+  EXPECT_TRUE(
+      hints[1].startsWith(u"Sie dürfen " + table[1] + u", " + table[3] + u" nicht öffnen. Lassen "))
+      << hints[1].toStdString();
 }
 
 TEST_F(QtSerialPortTest, WhatCanBeOpenedNeedsNoHint) {
@@ -410,6 +457,7 @@ TEST_F(QtSerialPortTest, WhatCanBeOpenedNeedsNoHint) {
   EXPECT_EQ(directory.HintFor(2), QString());
   EXPECT_EQ(directory.HintFor(3), QString());
   EXPECT_EQ(directory.HintFor(8192), QString());
+  EXPECT_EQ(directory.HintsWithoutReader(), QStringList());
 }
 
 TEST_F(QtSerialPortTest, TheDirectoryKnowsWhatTheSystemSaysOfADevice) {

@@ -13,9 +13,11 @@ class FakePortDirectory final : public PortDirectory {
     return identifications.value(pn);
   }
   [[nodiscard]] QString HintFor(int pn) const override { return hints.value(pn); }
+  [[nodiscard]] QStringList HintsWithoutReader() const override { return hintsWithoutReader; }
 
   QMap<int, QString> identifications;
   QMap<int, QString> hints;
+  QStringList hintsWithoutReader;
 };
 
 }  // namespace kartocheck::test

@@ -19,6 +19,10 @@ class FrontEnd {
   virtual void ShowPortList(const QStringList& lines, int chosen) = 0;
   // Marks a member of the port choice, 0 to 4, without reporting it as a click.
   virtual void MarkPort(int member) = 0;
+  // What keeps the port of a slot, 1 to 5, from being used; empty where nothing does.
+  virtual void ShowPortHint(int slot, const QString& hint) = 0;
+  // Why the list of further ports names no reader; empty where nothing is to be said.
+  virtual void ShowHintsWithoutReader(const QStringList& hints) = 0;
   // Name of the further port, on the fifth tab.
   virtual void NameFurtherPort(const QString& name) = 0;
   // Brings the status tab of a slot, 1 to 5, to the front.

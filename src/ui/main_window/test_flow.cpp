@@ -151,6 +151,7 @@ void TestFlow::CheckAndOffer(int pn) {
   module_.CheckPort(pn);
   const PortEntry& port = module_.Ports[SlotOf(pn)];
   display_.EnablePort(SlotOf(pn), port.PortPresent && !port.PortError);
+  (void)ShowHint(pn);
   // The check has emptied the slot.
   if (SlotOf(pn) == module_.CurrentPort) ShowCurrentData();
 }
@@ -165,6 +166,7 @@ void TestFlow::SweepFurtherPorts() {
   // A port that has not been found again leaves nothing behind.
   const bool isFound = module_.FurtherPort && LineOf(*module_.FurtherPort) >= 0;
   UseFurtherPort(isFound ? module_.FurtherPort : std::nullopt);
+  frontEnd_.ShowHintsWithoutReader(module_.HintsWithoutReader());
 }
 
 void TestFlow::ShowScanResult() {
@@ -305,7 +307,18 @@ void TestFlow::UseFurtherPort(std::optional<int> pn) {
   frontEnd_.ShowPortList(PortLines(module_.FurtherPorts), pn ? LineOf(*pn) : -1);
   frontEnd_.NameFurtherPort(pn ? PortLine(*pn) : FurtherPorts.toString());
   display_.ShowSlot(FurtherPortSlot);
+  if (pn) {
+    (void)ShowHint(*pn);
+  } else {
+    frontEnd_.ShowPortHint(FurtherPortSlot, {});
+  }
   if (module_.CurrentPort == FurtherPortSlot) ShowCurrentData();
+}
+
+QString TestFlow::ShowHint(int pn) {
+  const QString hint = module_.HintFor(pn);
+  frontEnd_.ShowPortHint(SlotOf(pn), hint);
+  return hint;
 }
 
 // The line of a port in the list of further ports, or -1.
@@ -404,9 +417,14 @@ ReadLoopSteps TestFlow::LoopSteps(int pn) {
             display_.ShowSlot(SlotOf(pn));
             return result;
           },
+      .hint = [this, pn] { return ShowHint(pn); },
       .insertCardPrompt = [this, pn] { return InsertCardPrompt(pn, IsMobile(pn)); },
       .read = [this, pn] { return module_.ReadCardData(pn); },
-      .showSlot = [this, pn] { display_.ShowSlot(SlotOf(pn)); },
+      .showSlot =
+          [this, pn] {
+            display_.ShowSlot(SlotOf(pn));
+            (void)ShowHint(pn);
+          },
   };
 }
 

@@ -85,6 +85,7 @@ class TestFlow {
 
   void CheckAndOffer(int pn);
   void UseFurtherPort(std::optional<int> pn);
+  QString ShowHint(int pn);
   [[nodiscard]] int LineOf(int pn) const;
   void SelectPort(int member);
   void ShowProgress(int percent);

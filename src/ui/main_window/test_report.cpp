@@ -62,6 +62,7 @@ void AddPort(ReportLines& lines, int slot, const Bas_MKT_Test& module, const Tes
   }
   lines.Field(u"Terminal:", TerminalKind(info));
   lines.Field(u"Daten:", DataKind(info));
+  lines.Field(u"Hinweis:", module.HintFor(slot < FurtherPortSlot ? slot : *module.FurtherPort));
 }
 
 // The lines of a message stand below each other, behind the time.
@@ -101,6 +102,7 @@ QString TestReportText(const QDateTime& time, const ProgramFacts& facts, const B
   lines.Heading(u"Weitere Schnittstellen");
   if (module.FurtherPorts.empty()) lines.Line(QStringLiteral("  keine"));
   for (const int pn : module.FurtherPorts) lines.Line(u"  " + PortLine(pn));
+  for (const QString& hint : module.HintsWithoutReader()) lines.Field(u"Hinweis:", hint);
 
   lines.Heading(u"Statustexte und Meldungen");
   for (const RunEntry& entry : run.Entries()) AddEntry(lines, entry);

@@ -19,7 +19,8 @@ QString ScenarioPath(const QString& name) {
   return QStringLiteral(KARTOCHECK_SCENARIOS "/") + name;
 }
 
-SimulatedProgram::SimulatedProgram(const QString& scenario, const Form_MKT_Test::Options& options)
+SimulatedProgram::SimulatedProgram(const QString& scenario, const Form_MKT_Test::Options& options,
+                                   const PortDirectory* machine)
     : Screen(window),
       practice(ctapi::LoadScenario(ScenarioPath(scenario + u".json").toStdU16String())),
       window(options),
@@ -29,7 +30,7 @@ SimulatedProgram::SimulatedProgram(const QString& scenario, const Form_MKT_Test:
               .display = recorder,
               .eventLoop = eventLoop,
               .serial = serial,
-              .directory = directory,
+              .directory = machine == nullptr ? directory : *machine,
               .terminate = [] { std::abort(); }}),
       flow(module, recorder, recorder, window) {
   window.Attach(flow);

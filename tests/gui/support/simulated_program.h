@@ -18,8 +18,9 @@ namespace kartocheck::test {
 // The program over a bundled practice of simulated terminals, put together as at its start.
 class SimulatedProgram : public Screen {
  public:
-  // scenario: name of a bundled one.
-  explicit SimulatedProgram(const QString& scenario, const Form_MKT_Test::Options& options = {});
+  // scenario: name of a bundled one. machine: who knows of the ports instead of the practice.
+  explicit SimulatedProgram(const QString& scenario, const Form_MKT_Test::Options& options = {},
+                            const PortDirectory* machine = nullptr);
 
   // What the test report says now.
   [[nodiscard]] QString Report() const;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,15 @@ class FakeFrontEnd final : public FrontEnd {
     Note("show data");
   }
   void ClearData() override { Note("clear data"); }
+  // Hints are noted where there is one.
+  void ShowPortHint(int slot, const QString& hint) override {
+    portHints[slot] = hint;
+    if (!hint.isEmpty()) Note("hint " + std::to_string(slot) + " " + hint.toStdString());
+  }
+  void ShowHintsWithoutReader(const QStringList& hints) override {
+    hintsWithoutReader = hints;
+    if (!hints.isEmpty()) Note("hints " + hints.join(u" / ").toStdString());
+  }
   void ShowPortList(const QStringList& lines, int chosen) override {
     portList = lines;
     chosenLine = chosen;
@@ -46,6 +56,8 @@ class FakeFrontEnd final : public FrontEnd {
   std::vector<QString> clipboard;
   std::vector<ScanResult> scanResults;
   QStringList portList;
+  std::map<int, QString> portHints;
+  QStringList hintsWithoutReader;
   int chosenLine = -1;
   std::function<void(const std::string&)> onCall;
 

@@ -18,13 +18,19 @@ namespace kartocheck::test {
 // The flows over a simulated practice, with a front end that records.
 class SimulatedWindow {
  public:
-  SimulatedWindow()
+  SimulatedWindow() : SimulatedWindow(nullptr) {}
+
+  // On a machine that knows this of its ports.
+  explicit SimulatedWindow(const PortDirectory& machine) : SimulatedWindow(&machine) {}
+
+ private:
+  explicit SimulatedWindow(const PortDirectory* machine)
       : module({.api = api,
                 .dialogs = dialogs,
                 .display = display,
                 .eventLoop = eventLoop,
                 .serial = serial,
-                .directory = directory,
+                .directory = machine == nullptr ? directory : *machine,
                 .terminate = [] { throw Terminated{}; }}),
         flow(module, dialogs, display, frontEnd) {
     const auto note = [this](const std::string& call) {
@@ -35,6 +41,7 @@ class SimulatedWindow {
     frontEnd.onCall = note;
   }
 
+ public:
   ctapi::SimulatedPractice practice;
   CtApiSimulated api{practice};
   SerialPortSimulated serial{practice};

@@ -12,6 +12,7 @@
 #include "simulator/scenario.h"
 #include "support/fake_display.h"
 #include "support/fake_event_loop.h"
+#include "support/fake_port_directory.h"
 #include "support/link_fixture.h"
 #include "support/printing.h"
 #include "ui/main_window/fake_front_end.h"
@@ -38,7 +39,12 @@ QString FileOf(const QString& scenario) {
 class Practice {
  public:
   explicit Practice(const QString& scenario)
-      : practice_(ctapi::LoadScenario(FileOf(scenario).toStdU16String())) {}
+      : practice_(ctapi::LoadScenario(FileOf(scenario).toStdU16String())) {
+    const PortDirectorySimulated simulated(practice_);
+    for (const int pn : {1, 2, 3, 4, 8192}) {
+      directory.identifications[pn] = simulated.IdentificationOf(pn);
+    }
+  }
 
   void ReadEveryPort() {
     for (const int pn : {1, 2, 3, 4}) flow.ScanPort(pn);
@@ -58,20 +64,20 @@ class Practice {
   ctapi::SimulatedPractice practice_;
   CtApiSimulated api_{practice_};
   SerialPortSimulated serial_{practice_};
-  PortDirectorySimulated directory_{practice_};
   FakeEventLoop eventLoop_;
   AgreeableUser user_;
   FakeDisplay display_;
   FakeFrontEnd frontEnd_;
 
  public:
+  FakePortDirectory directory;
   RunRecorder recorder{user_, display_, [] { return QTime(14, 7); }};
   Bas_MKT_Test module{{.api = api_,
                        .dialogs = recorder,
                        .display = recorder,
                        .eventLoop = eventLoop_,
                        .serial = serial_,
-                       .directory = directory_,
+                       .directory = directory,
                        .terminate = [] { throw Terminated{}; }}};
   TestFlow flow{module, recorder, recorder, frontEnd_};
 };
@@ -218,6 +224,29 @@ TEST(TestReportTest, TellsThatThereIsNoFurtherPort) {
   Practice practice(QStringLiteral("leer"));
   practice.ReadEveryPort();
   EXPECT_TRUE(practice.Report().contains(u"\r\nWeitere Schnittstellen\r\n  keine\r\n\r\n"));
+}
+
+TEST(TestReportTest, TellsWhyPortsAndReadersCannotBeUsed) {
+  Practice practice(QStringLiteral("leer"));
+  practice.directory.hints = {{2, QStringLiteral("Sie dürfen das nicht.")},
+                              {8193, QStringLiteral("Die Karte ist belegt.")}};
+  practice.directory.hintsWithoutReader = {QStringLiteral("Der Dienst läuft nicht."),
+                                           QStringLiteral("Noch ein Hinweis.")};
+  const QString report = practice.Report();
+  EXPECT_TRUE(Section(report, QStringLiteral("COM 2"), QStringLiteral("COM 3"))
+                  .endsWith(u"  Hinweis:                Sie dürfen das nicht.\r\n"));
+  EXPECT_FALSE(
+      Section(report, QStringLiteral("COM 3"), QStringLiteral("COM 4")).contains(u"Hinweis:"));
+  EXPECT_TRUE(
+      report.contains(u"\r\nWeitere Schnittstellen\r\n  keine\r\n"
+                      u"  Hinweis:                Der Dienst läuft nicht.\r\n"
+                      u"  Hinweis:                Noch ein Hinweis.\r\n"))
+      << report.toStdString();
+  practice.module.FurtherPorts = {8193};
+  practice.module.UseFurtherPort(8193);
+  const QString found = practice.Report();
+  EXPECT_TRUE(found.contains(u"  Hinweis:                Die Karte ist belegt.\r\n"));
+  EXPECT_FALSE(found.contains(u"Noch ein Hinweis."));
 }
 
 TEST(TestReportTest, TellsAPortThatAnotherProgramHolds) {

@@ -1,0 +1,21 @@
+#include "host/reader_names.h"
+
+#include <algorithm>
+
+namespace ctapi::host {
+
+void ReaderNames::Update(std::vector<std::string> attached) {
+  attached_ = std::move(attached);
+  std::sort(attached_.begin(), attached_.end());
+  for (const std::string& name : attached_) {
+    if (std::find(names_.begin(), names_.end(), name) == names_.end()) names_.push_back(name);
+  }
+}
+
+const std::string* ReaderNames::AttachedAt(std::size_t index) const {
+  if (index >= names_.size()) return nullptr;
+  const std::string& name = names_[index];
+  return std::binary_search(attached_.begin(), attached_.end(), name) ? &name : nullptr;
+}
+
+}  // namespace ctapi::host

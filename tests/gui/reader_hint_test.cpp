@@ -1,0 +1,79 @@
+#include <QLabel>
+
+#include <gtest/gtest.h>
+#include <ostream>
+
+#include "gui/support/simulated_program.h"
+#include "host/fake_pcsc.h"
+#include "platform/reader_directory.h"
+#include "support/fake_port_directory.h"
+#include "support/printing.h"
+#include "support/sentence_name.h"
+
+// The line below the list of further ports, for each trouble of the reader service.
+
+namespace kartocheck::test {
+namespace {
+
+struct TroubleRow {
+  const char* sentence;
+  std::function<std::optional<ctapi::host::PcscApi>(ctapi::host::test::FakePcsc&)> load;
+  QStringView shown;  // empty: the line stays hidden
+
+  friend std::ostream& operator<<(std::ostream& out, const TroubleRow& row) {
+    return out << row.sentence;
+  }
+};
+
+class ReaderHintWindowTest : public testing::TestWithParam<TroubleRow> {};
+
+TEST_P(ReaderHintWindowTest, IsShownAfterTheSweep) {
+  ctapi::host::test::FakePcsc pcsc;
+  int loads = 0;
+  const ReaderDirectory machine(
+      std::make_unique<FakePortDirectory>(), [] { return true; },
+      [&] {
+        ++loads;
+        return GetParam().load(pcsc);
+      });
+  SimulatedProgram program(QStringLiteral("leer"), {}, &machine);
+  EXPECT_EQ(loads, 0) << "the start does not wait for the service";
+  program.Click(QStringLiteral("Opti_Comx_4"));
+  const auto& hint = program.Find<QLabel>(QStringLiteral("Labl_Hinweis"));
+  EXPECT_EQ(hint.isVisible(), !GetParam().shown.isEmpty());
+  EXPECT_EQ(hint.text(), GetParam().shown);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Gui, ReaderHintWindowTest,
+    testing::Values(
+        TroubleRow{"PC/SC is not installed", [](auto&) { return std::nullopt; },
+                   u"PC/SC ist nicht installiert. Installieren Sie die Pakete \"pcscd\" und "
+                   u"\"libccid\"."},
+        TroubleRow{"the service does not run",
+                   [](auto& pcsc) {
+                     pcsc.Established = SCARD_E_NO_SERVICE;
+                     return pcsc.Api();
+                   },
+                   u"Der Kartenleser-Dienst läuft nicht. Starten Sie ihn mit \"sudo systemctl "
+                   u"start pcscd\"; fehlt er, installieren Sie die Pakete \"pcscd\" und "
+                   u"\"libccid\"."},
+        TroubleRow{"there is no reader or no driver",
+                   [](auto& pcsc) {
+                     pcsc.Readers.clear();
+                     return pcsc.Api();
+                   },
+                   u"Der Kartenleser-Dienst kennt keinen Kartenleser. Stecken Sie den Leser an und "
+                   u"installieren Sie seinen Treiber (meist das Paket \"libccid\")."},
+        TroubleRow{"the card is held",
+                   [](auto& pcsc) {
+                     pcsc.Readers.begin()->second.IsHeld = true;
+                     return pcsc.Api();
+                   },
+                   u"Ein anderes Programm benutzt die Karte im Kartenleser. Beenden Sie es und "
+                   u"versuchen Sie es noch einmal."},
+        TroubleRow{"all is well", [](auto& pcsc) { return pcsc.Api(); }, u""}),
+    SentenceName());
+
+}  // namespace
+}  // namespace kartocheck::test

@@ -1,0 +1,122 @@
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "support/fake_port_directory.h"
+#include "support/printing.h"
+#include "ui/main_window/simulated_window.h"
+#include "ui/main_window/window_fixture.h"
+
+// What the flows say where a port or a reader cannot be used.
+
+namespace kartocheck::test {
+namespace {
+
+const QString Held = QStringLiteral("Ein anderes Programm benutzt die Karte.");
+const QString NoService = QStringLiteral("Der Dienst läuft nicht.");
+
+using Lines = std::vector<std::string>;
+
+// From the status check to the answer: status texts, hints and questions, in order.
+Lines Asked(SimulatedWindow& window) {
+  Lines lines;
+  window.onCall = [&](const std::string& call) {
+    if (call.starts_with("status ") || call.starts_with("hint ")) lines.push_back(call);
+  };
+  window.dialogs.onAsk = [&](const Question& question) {
+    lines.push_back("ask " + question.text.left(13).toStdString());
+    window.dialogs.answers = {Answer::Cancel};
+  };
+  window.flow.Button(ReadButton);
+  return lines;
+}
+
+TEST(HintFlowTest, ACardThatIsHeldIsToldInTheStatusBarBeforeThePrompt) {
+  FakePortDirectory machine;
+  machine.hints[2] = Held;
+  SimulatedWindow window(machine);
+  window.practice.Attach(2, PortOf("keine-karte"));
+  window.flow.ChoosePort(1);
+  const std::string hint = Held.toStdString();
+  const Lines lines = Asked(window);
+  const auto prompt = std::find(lines.begin(), lines.end(), "ask  Bitte eine K");
+  ASSERT_NE(prompt, lines.end());
+  ASSERT_GE(prompt - lines.begin(), 2);
+  EXPECT_EQ(*(prompt - 1), "status " + hint);
+  EXPECT_EQ(*(prompt - 2), "hint 2 " + hint);
+}
+
+TEST(HintFlowTest, WithoutAHintThePromptFollowsTheCheck) {
+  SimulatedWindow window;
+  window.practice.Attach(1, PortOf("keine-karte"));
+  EXPECT_EQ(Asked(window), (Lines{"status Die Krankenversichertendaten lesen", "ask  Bitte eine K",
+                                  "status Die Krankenversichertendaten werden angezeigt"}));
+}
+
+TEST(HintFlowTest, APortsHintIsRenewedWithEachCheckAndGoneOnceItIsRead) {
+  FakePortDirectory machine;
+  machine.hints[1] = Held;
+  SimulatedWindow window(machine);
+  window.practice.Attach(1, PortOf("kvk-60"));
+  std::vector<QString> duringRead;
+  window.display.onCall = [&](const std::string& call) {
+    if (call == "status Die Krankenversichertendaten werden gelesen") {
+      duringRead.push_back(window.frontEnd.portHints[1]);
+    }
+  };
+  window.flow.Button(ReadButton);
+  EXPECT_EQ(duringRead, std::vector{Held});
+  ASSERT_TRUE(window.module.Terminals[1].DataRead);
+  EXPECT_EQ(window.frontEnd.portHints[1], QString());
+}
+
+TEST(HintFlowTest, APortWithoutTerminalShowsItsHintAfterTheCheck) {
+  FakePortDirectory machine;
+  machine.hints[3] = NoService;
+  SimulatedWindow window(machine);
+  window.flow.ScanPort(3);
+  EXPECT_EQ(window.frontEnd.portHints[3], NoService);
+  machine.hints.clear();
+  window.flow.ScanPort(3);
+  EXPECT_EQ(window.frontEnd.portHints[3], QString());
+}
+
+TEST(HintFlowTest, TheFurtherPortsHintIsThatOfTheChosenOne) {
+  FakePortDirectory machine;
+  machine.hints[8193] = Held;
+  SimulatedWindow window(machine);
+  window.practice.Attach(8192, PortOf("keine-karte"));
+  window.practice.Attach(8193, PortOf("keine-karte"));
+  window.flow.ChoosePort(4);
+  EXPECT_EQ(window.frontEnd.portHints[5], QString());
+  window.flow.ChooseFurtherPort(1);
+  EXPECT_EQ(window.frontEnd.portHints[5], Held);
+  window.practice = {};
+  window.flow.SweepFurtherPorts();
+  EXPECT_EQ(window.frontEnd.portHints[5], QString()) << "there is none any more";
+}
+
+TEST(HintFlowTest, AfterASweepWithoutAReaderTheReasonsAreShown) {
+  FakePortDirectory machine;
+  machine.hintsWithoutReader = {Held, NoService};
+  SimulatedWindow window(machine);
+  window.practice.Attach(7, PortOf("gamma"));
+  EXPECT_EQ(window.frontEnd.hintsWithoutReader, QStringList()) << "nothing is asked at the start";
+  window.flow.ChoosePort(4);
+  EXPECT_EQ(window.frontEnd.hintsWithoutReader, (QStringList{Held, NoService}));
+  window.practice.Attach(8192, PortOf("omega"));
+  window.flow.SweepFurtherPorts();
+  EXPECT_EQ(window.frontEnd.hintsWithoutReader, QStringList());
+}
+
+TEST(HintFlowTest, SimulatedPortsNeedNoHint) {
+  SimulatedWindow window;
+  window.flow.Button(ScanButton);
+  EXPECT_EQ(window.frontEnd.hintsWithoutReader, QStringList());
+  for (const auto& [slot, hint] : window.frontEnd.portHints) EXPECT_EQ(hint, QString()) << slot;
+  EXPECT_GE(window.frontEnd.portHints.size(), 5U);
+}
+
+}  // namespace
+}  // namespace kartocheck::test
