@@ -273,6 +273,15 @@ TEST_F(LayoutTest, StatusTextKeepsItsBlanks) {
   EXPECT_EQ(program.Text(QStringLiteral("Labl_StatusText")), text);
 }
 
+TEST_F(LayoutTest, ALongStatusTextDoesNotWidenTheWindow) {
+  const QSize before = program.window.size();
+  const int least = program.window.minimumSizeHint().width();
+  program.window.ShowStatusText(QString(500, u'W'));
+  QApplication::processEvents();
+  EXPECT_EQ(program.window.size(), before);
+  EXPECT_EQ(program.window.minimumSizeHint().width(), least);
+}
+
 TEST_F(LayoutTest, EveryControlHasAnAccessibleName) {
   int checked = 0;
   for (QWidget* widget : program.window.findChildren<QWidget*>()) {
