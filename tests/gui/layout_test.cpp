@@ -16,6 +16,7 @@
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextDocument>
 #include <QToolButton>
 
 #include <gtest/gtest.h>
@@ -271,6 +272,22 @@ TEST_F(LayoutTest, StatusTextKeepsItsBlanks) {
       QStringLiteral("An COM         Chipkartenleser möglich. Mit               Taste fortfahren.");
   program.window.ShowStatusText(text);
   EXPECT_EQ(program.Text(QStringLiteral("Labl_StatusText")), text);
+}
+
+// The name of a schema file stands in the status text, that of a device in a hint.
+TEST_F(LayoutTest, ToolTipsGuessNoMarkup) {
+  const QString text = QStringLiteral("Das Schema <b>x</b> & y.xsd wurde geladen");
+  program.window.ShowStatusText(text);
+  program.window.ShowPortHint(5, text);
+  for (const auto* name : {u"Labl_StatusText", u"Opti_Comx_4", u"Labe_Comx_4", u"List1"}) {
+    QTextDocument shown;
+    const QString toolTip = program.Find(QStringView(name).toString()).toolTip();
+    ASSERT_TRUE(Qt::mightBeRichText(toolTip));
+    shown.setHtml(toolTip);
+    EXPECT_EQ(shown.toPlainText(), text);
+  }
+  program.window.ShowStatusText(QStringLiteral("a & b"));
+  EXPECT_EQ(program.Find(QStringLiteral("Labl_StatusText")).toolTip(), u"a & b");
 }
 
 TEST_F(LayoutTest, ALongStatusTextDoesNotWidenTheWindow) {
