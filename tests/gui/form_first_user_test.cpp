@@ -169,6 +169,13 @@ TEST_F(FirstUserTest, EnterGoesOn) {
   ExpectClosed(true);
 }
 
+TEST_F(FirstUserTest, EnterInTheTextGoesOn) {
+  QApplication::setActiveWindow(&window);
+  Box().setFocus();
+  QTest::keyClick(&Box(), Qt::Key_Return);
+  ExpectClosed(true);
+}
+
 TEST_F(FirstUserTest, TheCloseBoxGoesOn) {
   window.close();
   ExpectClosed(true);
