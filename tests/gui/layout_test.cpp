@@ -185,6 +185,16 @@ TEST_F(LayoutTest, StatusTabsNameTheirRows) {
   }
 }
 
+// The system knows the devices before the first scan.
+TEST_F(LayoutTest, StatusTabsNameTheDevicesFromTheStartOn) {
+  program.directory.identifications = {{1, QStringLiteral("USB A")}, {4, QStringLiteral("USB B")}};
+  program.window.Attach(program.flow);
+  for (int tab = 0; tab < 5; ++tab) {
+    const char16_t* device = tab == 0 ? u"USB A" : tab == 3 ? u"USB B" : u"";
+    EXPECT_EQ(program.Text(QStringLiteral("Labl_Status_%1_7").arg(tab)), device) << tab;
+  }
+}
+
 TEST_F(LayoutTest, WaitFrameTellsWhatIsDone) {
   EXPECT_EQ(program.Text(QStringLiteral("Labe_Warten_0")), u"Bitte warten !");
   EXPECT_EQ(program.Text(QStringLiteral("Labe_Warten_1")),
