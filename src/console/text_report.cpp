@@ -13,9 +13,10 @@ namespace {
 
 constexpr int LabelWidth = 32;
 
-void WriteRow(std::ostream& out, QStringView label, const QString& value) {
+void WriteRow(std::ostream& out, QStringView label, const QString& value,
+              qsizetype width = LabelWidth) {
   if (value.isEmpty()) return;
-  out << "  " << Printable(label.toString().leftJustified(LabelWidth)) << Printable(value) << '\n';
+  out << "  " << Printable(label.toString().leftJustified(width)) << Printable(value) << '\n';
 }
 
 QString Verdict(const PortReport& report) {
@@ -38,13 +39,18 @@ constexpr PerVsdKind<QStringView> DocumentTitles{{{
 void WriteDocument(std::ostream& out, QStringView title, const VsdDocument& document) {
   if (document.IsEmpty()) return;
   out << "\n  " << Printable(title.toString()) << '\n';
+  // Names of elements may be longer than the labels elsewhere.
+  qsizetype width = LabelWidth;
   for (const VsdField& field : document.fields) {
-    WriteRow(out, QString(u"  " + field.name), field.value);
+    width = std::max(width, field.name.trimmed().size() + 3);
+  }
+  for (const VsdField& field : document.fields) {
+    WriteRow(out, QString(u"  " + field.name.trimmed()), field.value, width);
   }
   const QString validation = QString(document.validationText)
                                  .replace(QStringLiteral("\r\n"), QStringLiteral(" "))
                                  .simplified();
-  WriteRow(out, u"  Validierung:", validation);
+  WriteRow(out, u"  Validierung:", validation, width);
 }
 
 // What the eGK holds besides the fields that it shares with the KVK.
@@ -83,6 +89,7 @@ void WritePort(std::ostream& out, const PortReport& report) {
   WriteRow(out, u"CT-Typ:", terminal.ProductCode.Trimmed());
   WriteRow(out, u"Software Version:", terminal.SoftwareVersion.Trimmed());
   WriteRow(out, u"Ausgabemedium:", terminal.DisplayText.Trimmed());
+  WriteRow(out, u"PnP Device ID:", report.identification);
   if (terminal.DataRead) {
     const DataFrame frame = DataFrameOf(terminal, report.insured);
     out << '\n' << "  " << Printable(frame.title) << '\n';
@@ -91,7 +98,6 @@ void WritePort(std::ostream& out, const PortReport& report) {
     }
   }
   if (!report.egk.IsEmpty()) WriteEgk(out, report.egk);
-  WriteRow(out, u"PnP Device ID:", report.identification);
   WriteRow(out, u"Hinweis:", report.hint);
   out << '\n';
   out.flush();

@@ -63,6 +63,8 @@ Form_FirstUser::Form_FirstUser(QWidget* parent) : QDialog(parent) {
   layout->addWidget(frame, 1);
   AddButtons();
   ShowDocument();
+  // Of itself, a window opens no larger than two thirds of the screen.
+  resize(sizeHint().boundedTo(screen()->availableSize()));
 }
 
 void Form_FirstUser::AddButtons() {

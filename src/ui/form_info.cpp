@@ -63,11 +63,12 @@ Form_Info::Form_Info(const ProgramFacts& facts, QWidget* parent) : QDialog(paren
   auto* frameLayout = new QVBoxLayout(frame);
   frameLayout->addWidget(picture, 0, Qt::AlignHCenter);
   frameLayout->addWidget(NameLabel(frame), 0, Qt::AlignHCenter);
-  frameLayout->addWidget(PlainLabel(QStringLiteral("Labl_Zweck"),
-                                    QStringLiteral("Prüft Chipkartenterminals und liest zur Probe\n"
-                                                   "die Daten von Versichertenkarten."),
-                                    frame),
-                         0, Qt::AlignHCenter);
+  QLabel* purpose = PlainLabel(QStringLiteral("Labl_Zweck"),
+                               QStringLiteral("Prüft Chipkartenterminals und liest zur Probe\n"
+                                              "die Daten von Versichertenkarten."),
+                               frame);
+  purpose->setAlignment(Qt::AlignCenter);
+  frameLayout->addWidget(purpose, 0, Qt::AlignHCenter);
   frameLayout->addLayout(factRows);
   frameLayout->addStretch();
 

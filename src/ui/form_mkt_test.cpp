@@ -267,7 +267,7 @@ void Form_MKT_Test::OfferReport(std::function<QString()> makeReport) {
 void Form_MKT_Test::ShowStatusText(const QString& text) {
   Labl_StatusText->setText(text);
   // A hint may be longer than the bar is wide.
-  Labl_StatusText->setToolTip(text);
+  Labl_StatusText->setToolTip(PlainToolTip(text));
 }
 
 void Form_MKT_Test::ShowProgress(int percent) {

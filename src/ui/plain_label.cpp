@@ -1,5 +1,7 @@
 #include "ui/plain_label.h"
 
+#include <QTextDocument>
+
 namespace kartocheck {
 
 QLabel* PlainLabel(const QString& name, const QString& text, QWidget* parent) {
@@ -8,6 +10,11 @@ QLabel* PlainLabel(const QString& name, const QString& text, QWidget* parent) {
   label->setTextFormat(Qt::PlainText);
   label->setText(text);
   return label;
+}
+
+QString PlainToolTip(const QString& text) {
+  if (!Qt::mightBeRichText(text)) return text;
+  return u"<qt>" + text.toHtmlEscaped() + u"</qt>";
 }
 
 QString MemberName(QStringView array, int index) {

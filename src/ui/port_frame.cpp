@@ -126,11 +126,11 @@ void PortFrame::ShowPortList(const QStringList& lines, int chosen) {
 void PortFrame::ShowPortHint(int slot, const QString& hint) {
   const auto member = static_cast<std::size_t>(slot - 1);
   QRadioButton* const option = Opti_Comx.at(member);
-  option->setToolTip(hint);
+  option->setToolTip(PlainToolTip(hint));
   option->setAccessibleDescription(hint);
-  Labe_Comx.at(member)->setToolTip(hint);
+  Labe_Comx.at(member)->setToolTip(PlainToolTip(hint));
   if (slot == FurtherPortSlot) {
-    List1->setToolTip(hint);
+    List1->setToolTip(PlainToolTip(hint));
     List1->setAccessibleDescription(hint);
   }
 }

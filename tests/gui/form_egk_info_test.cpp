@@ -180,18 +180,39 @@ TEST(EgkWindowTest, ShowsTheCardsFacts) {
   }
 }
 
+// The frame of the facts has a caption of its own.
+TEST(EgkWindowTest, TheHeadingIsThatOfListsAndTexts) {
+  EgkWindow shown(InfoOf(Card()));
+  const QWidget& heading = shown.screen.Find(QStringLiteral("Label1"));
+  EXPECT_TRUE(heading.isVisible());
+  shown.Command(4);
+  EXPECT_FALSE(heading.isVisible());
+  shown.Command(2);
+  EXPECT_TRUE(heading.isVisible());
+  shown.Command(4);
+  shown.Command(1);
+  EXPECT_TRUE(heading.isVisible());
+}
+
 TEST(EgkWindowTest, ShowsTheFactsOfAStoredRecord) {
   EgkData egk;
   egk.stored.storedDate = QStringLiteral("05032024");
   egk.stored.convertedDate = QStringLiteral("05.03.2024");
   egk.stored.approvalNumber = QStringView(Markup).toString();
-  EgkWindow shown(InfoOf(egk, true));
+  const EgkInfo info = InfoOf(egk, true);
+  EgkWindow shown(info);
   const auto& command = shown.screen.Find<QPushButton>(QStringLiteral("Command4"));
   EXPECT_EQ(command.text(), u"VSD Info");
   EXPECT_EQ(command.toolTip(), u"Informationen zum gespeicherten VSD-Status. ");
   shown.Command(4);
   EXPECT_EQ(shown.screen.Find<QGroupBox>(QStringLiteral("Frame2")).title(),
             u"Mobiles Kartenterminal:");
+  for (int number = 2; number < InfoLineCount; ++number) {
+    if (number == 8) continue;
+    const auto& label = shown.screen.Find<QLabel>(u"Label" + QString::number(number));
+    EXPECT_EQ(label.text(), info.lines.at(static_cast<std::size_t>(number)).text);
+    EXPECT_EQ(label.toolTip(), info.lines.at(static_cast<std::size_t>(number)).toolTip);
+  }
   EXPECT_EQ(shown.Label(10), u"Einlesedatum:     05.03.2024");
   EXPECT_EQ(shown.Label(12), u"Zulassungsnummer: " + QStringView(Markup).toString());
   EXPECT_EQ(shown.screen.Find(QStringLiteral("Label10")).toolTip(), u"Einlesedatum: TTMMJJJJ");

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextEdit>
@@ -125,6 +126,14 @@ TEST_F(FirstUserTest, IsFormatted) {
   EXPECT_EQ(steps, 9);
 }
 
+// Qt would open it no larger than two thirds of the screen.
+TEST_F(FirstUserTest, OpensAsLargeAsItsTextNeedsWhereTheScreenHasTheRoom) {
+  const QSize available = window.screen()->availableSize();
+  EXPECT_EQ(window.size(), window.sizeHint().boundedTo(available));
+  EXPECT_GE(Box().height(), Box().sizeHint().height());
+  EXPECT_GT(window.height(), available.height() * 2 / 3);
+}
+
 TEST_F(FirstUserTest, GrowsWithTheFont) {
   const auto size = [this] {
     return Box().document()->begin().begin().fragment().charFormat().fontPointSize();
@@ -157,6 +166,13 @@ TEST_F(FirstUserTest, ContinueGoesOn) {
 
 TEST_F(FirstUserTest, EnterGoesOn) {
   QTest::keyClick(&window, Qt::Key_Return);
+  ExpectClosed(true);
+}
+
+TEST_F(FirstUserTest, EnterInTheTextGoesOn) {
+  QApplication::setActiveWindow(&window);
+  Box().setFocus();
+  QTest::keyClick(&Box(), Qt::Key_Return);
   ExpectClosed(true);
 }
 

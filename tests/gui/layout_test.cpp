@@ -16,6 +16,7 @@
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextDocument>
 #include <QToolButton>
 
 #include <gtest/gtest.h>
@@ -184,6 +185,16 @@ TEST_F(LayoutTest, StatusTabsNameTheirRows) {
   }
 }
 
+// The system knows the devices before the first scan.
+TEST_F(LayoutTest, StatusTabsNameTheDevicesFromTheStartOn) {
+  program.directory.identifications = {{1, QStringLiteral("USB A")}, {4, QStringLiteral("USB B")}};
+  program.window.Attach(program.flow);
+  for (int tab = 0; tab < 5; ++tab) {
+    const char16_t* device = tab == 0 ? u"USB A" : tab == 3 ? u"USB B" : u"";
+    EXPECT_EQ(program.Text(QStringLiteral("Labl_Status_%1_7").arg(tab)), device) << tab;
+  }
+}
+
 TEST_F(LayoutTest, WaitFrameTellsWhatIsDone) {
   EXPECT_EQ(program.Text(QStringLiteral("Labe_Warten_0")), u"Bitte warten !");
   EXPECT_EQ(program.Text(QStringLiteral("Labe_Warten_1")),
@@ -271,6 +282,31 @@ TEST_F(LayoutTest, StatusTextKeepsItsBlanks) {
       QStringLiteral("An COM         Chipkartenleser möglich. Mit               Taste fortfahren.");
   program.window.ShowStatusText(text);
   EXPECT_EQ(program.Text(QStringLiteral("Labl_StatusText")), text);
+}
+
+// The name of a schema file stands in the status text, that of a device in a hint.
+TEST_F(LayoutTest, ToolTipsGuessNoMarkup) {
+  const QString text = QStringLiteral("Das Schema <b>x</b> & y.xsd wurde geladen");
+  program.window.ShowStatusText(text);
+  program.window.ShowPortHint(5, text);
+  for (const auto* name : {u"Labl_StatusText", u"Opti_Comx_4", u"Labe_Comx_4", u"List1"}) {
+    QTextDocument shown;
+    const QString toolTip = program.Find(QStringView(name).toString()).toolTip();
+    ASSERT_TRUE(Qt::mightBeRichText(toolTip));
+    shown.setHtml(toolTip);
+    EXPECT_EQ(shown.toPlainText(), text);
+  }
+  program.window.ShowStatusText(QStringLiteral("a & b"));
+  EXPECT_EQ(program.Find(QStringLiteral("Labl_StatusText")).toolTip(), u"a & b");
+}
+
+TEST_F(LayoutTest, ALongStatusTextDoesNotWidenTheWindow) {
+  const QSize before = program.window.size();
+  const int least = program.window.minimumSizeHint().width();
+  program.window.ShowStatusText(QString(500, u'W'));
+  QApplication::processEvents();
+  EXPECT_EQ(program.window.size(), before);
+  EXPECT_EQ(program.window.minimumSizeHint().width(), least);
 }
 
 TEST_F(LayoutTest, EveryControlHasAnAccessibleName) {

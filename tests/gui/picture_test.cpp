@@ -37,5 +37,18 @@ TEST(PictureTest, ExistsForEveryScaleFactor) {
   }
 }
 
+TEST(PictureTest, APixmapIsAsFineAsTheScreen) {
+  const std::pair<double, int> scales[] = {{0.5, 1}, {1.0, 1}, {1.25, 2}, {2.0, 2},
+                                           {2.5, 3}, {3.0, 3}, {4.0, 3}};
+  for (const PictureRow& row : Rows) {
+    const QString name = QStringView(row.name).toString();
+    for (const auto& [screen, scale] : scales) {
+      const QPixmap pixmap = PicturePixmap(name, screen);
+      EXPECT_EQ(pixmap.size(), row.size * scale) << name.toStdString() << " at " << screen;
+      EXPECT_EQ(pixmap.deviceIndependentSize(), QSizeF(row.size)) << name.toStdString();
+    }
+  }
+}
+
 }  // namespace
 }  // namespace kartocheck::test

@@ -220,6 +220,16 @@ TEST(ResetTest, EmptiesFieldsAndSlot) {
   ExpectValues(program, Anne);
 }
 
+TEST(ResetTest, EmptiesTheFieldsThatOnlyAMobileTerminalFills) {
+  Program program(practice::MobileIdentification(1) +
+                  practice::MobileRead(1, practice::JoergsRecord));
+  const BoxAnswerer user({PressButton(QMessageBox::Yes)});
+  program.Click(QStringLiteral("CmdB_MKt_Test_3"));
+  ASSERT_FALSE(program.Text(QStringLiteral("Labl_Wert_17")).isEmpty());
+  program.Click(QStringLiteral("CmdB_MKt_Test_5"));
+  ExpectValues(program, Nothing);
+}
+
 TEST(PortChoiceTest, ShowsTheDataOfTheChosenPort) {
   Program program(practice::Identification(1) + practice::CardRead(1, practice::AnnesCard));
   program.Click(QStringLiteral("CmdB_MKt_Test_3"));
