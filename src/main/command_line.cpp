@@ -69,8 +69,10 @@ struct Options {
 
 QString ProblemOf(const QCommandLineParser& parser) {
   const QStringList unknown = parser.unknownOptionNames();
-  return unknown.isEmpty() ? QStringLiteral("Einer Option fehlt ihr Wert.")
-                           : QStringLiteral("Unbekannte Option: ") + unknown.first();
+  if (unknown.isEmpty()) return QStringLiteral("Einer Option fehlt ihr Wert.");
+  const QString& name = unknown.first();
+  const QStringView dashes = name.size() == 1 ? u"-" : u"--";
+  return QStringLiteral("Unbekannte Option: ") + dashes + name;
 }
 
 // The port number that an option names; nothing where it is none.

@@ -1,4 +1,5 @@
 #include <QCoreApplication>
+#include <QFileInfo>
 
 #include <cstdio>
 #include <cstdlib>
@@ -98,8 +99,11 @@ class Outside {
 
 // The directories in which the schemas are looked for.
 QStringList SchemaDirectories(const CommandLine& line) {
-  return line.schemaDirectory ? QStringList{*line.schemaDirectory}
-                              : DataDirectories(QCoreApplication::applicationDirPath());
+  if (!line.schemaDirectory) return DataDirectories(QCoreApplication::applicationDirPath());
+  if (!QFileInfo(*line.schemaDirectory).isDir()) {
+    throw std::runtime_error("Ordner nicht gefunden: " + line.schemaDirectory->toStdString());
+  }
+  return {*line.schemaDirectory};
 }
 
 StatusLine StatusLineOn(StandardStream stream) {

@@ -154,7 +154,8 @@ constexpr QStringView WithDiagnose =
 INSTANTIATE_TEST_SUITE_P(
     Main, RefusedLineTest,
     testing::Values(
-        RefusedRow{"an unknown option", "--colour", u"Unbekannte Option: colour"},
+        RefusedRow{"an unknown option", "--colour", u"Unbekannte Option: --colour"},
+        RefusedRow{"an unknown letter", "-x", u"Unbekannte Option: -x"},
         RefusedRow{"an argument without an option", "praxis", u"Unbekannte Angabe: praxis"},
         RefusedRow{"an option that lacks its value", "--ct-api", u"Einer Option fehlt ihr Wert."},
         RefusedRow{"port 0", "--console --port 0", BadPort},

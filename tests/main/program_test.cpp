@@ -73,6 +73,14 @@ TEST(ProgramTest, AScenarioThatDoesNotExistIsFatal) {
   EXPECT_TRUE(outcome.out.isEmpty());
 }
 
+TEST(ProgramTest, ASchemaDirectoryThatDoesNotExistIsFatal) {
+  const Outcome outcome = Call(Console(
+      {QStringLiteral("--simulate"), QStringLiteral("--schema-dir"), QStringLiteral("/nirgends")}));
+  EXPECT_EQ(outcome.status, 3);
+  EXPECT_EQ(outcome.messages, QByteArray("Ordner nicht gefunden: /nirgends\n"));
+  EXPECT_TRUE(outcome.out.isEmpty());
+}
+
 TEST(ProgramTest, AWrongCallIsToldOnStandardError) {
   const Outcome outcome = Call({QStringLiteral("--port"), QStringLiteral("1")});
   EXPECT_EQ(outcome.status, 3);
