@@ -37,6 +37,8 @@ bool ShowUserInformation() {
 std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv) {
   auto application = std::make_unique<QApplication>(argc, argv);
   InstallGermanTexts(*application);
+  // Desktops find the entry of their menu, and the icon, by this name.
+  QGuiApplication::setDesktopFileName(QStringLiteral("kartocheck"));
   return application;
 }
 
