@@ -3,7 +3,7 @@
 #include <QDialogButtonBox>
 #include <QEvent>
 #include <QFile>
-#include <QGroupBox>
+#include <QFrame>
 #include <QPushButton>
 #include <QScreen>
 #include <QTextEdit>
@@ -20,6 +20,8 @@ namespace {
 // Characters of a line of the document, and its lines, that are seen without scrolling.
 constexpr int VisibleCharacters = 104;
 constexpr int VisibleLines = 40;
+// Around the document, in logical pixels.
+constexpr int TextMargin = 10;
 // Part of the screen's height that the document may take.
 constexpr double HighestView = 0.75;
 
@@ -31,8 +33,8 @@ class DocumentView final : public QTextEdit {
   [[nodiscard]] QSize sizeHint() const override {
     const QFontMetrics metrics = fontMetrics();
     const int highest = static_cast<int>(screen()->availableSize().height() * HighestView);
-    return {metrics.averageCharWidth() * VisibleCharacters,
-            qMin(metrics.lineSpacing() * VisibleLines, highest)};
+    return {metrics.averageCharWidth() * VisibleCharacters + 2 * TextMargin,
+            qMin(metrics.lineSpacing() * VisibleLines + 2 * TextMargin, highest)};
   }
 };
 
@@ -48,15 +50,19 @@ Form_FirstUser::Form_FirstUser(QWidget* parent) : QDialog(parent) {
   setWindowTitle(QStringLiteral("Benutzer Information zu KartoCheck"));
   setWindowIcon(PictureIcon(u"kartocheck"));
 
-  auto* frame = new QGroupBox(this);
+  auto* frame = new QFrame(this);
   frame->setObjectName(QStringLiteral("Frame1"));
+  frame->setFrameShape(QFrame::StyledPanel);
   RichTextBox1 = new DocumentView(frame);
   RichTextBox1->setObjectName(QStringLiteral("RichTextBox1"));
   RichTextBox1->setAccessibleName(windowTitle());
+  RichTextBox1->setFrameShape(QFrame::NoFrame);
+  RichTextBox1->document()->setDocumentMargin(TextMargin);
   RichTextBox1->setReadOnly(true);
   RichTextBox1->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   RichTextBox1->setTabChangesFocus(true);
   auto* frameLayout = new QVBoxLayout(frame);
+  frameLayout->setContentsMargins(0, 0, 0, 0);
   frameLayout->addWidget(RichTextBox1);
 
   auto* layout = new QVBoxLayout(this);
