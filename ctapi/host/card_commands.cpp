@@ -37,6 +37,11 @@ bool BeginsWithHeader(ByteView bytes) {
   });
 }
 
+bool EndsWith(ByteView answer, std::uint16_t word) {
+  const Bytes end = StatusWord(word);
+  return std::equal(end.rbegin(), end.rend(), answer.rbegin());
+}
+
 // The command as the protocol T=0 sends it: with a fifth byte, and without Le behind data.
 Bytes ForT0(ByteView command) {
   Bytes bytes(command.begin(), command.end());
@@ -45,8 +50,12 @@ Bytes ForT0(ByteView command) {
   return bytes;
 }
 
+// Follows the card's wishes for another length, once a command, and for GET RESPONSE, as long as
+// that brings data.
 PcscResult SendOverT0(CardConnection& card, ByteView command, Bytes& answer) {
   Bytes next = ForT0(command);
+  bool isCorrected = false;
+  bool isGetResponse = false;
   Bytes data;
   for (int step = 0; step < MostSteps && data.size() <= LongestAnswer; ++step) {
     const PcscResult result = card.Transmit(next, answer);
@@ -54,18 +63,22 @@ PcscResult SendOverT0(CardConnection& card, ByteView command, Bytes& answer) {
     if (answer.size() < StatusLength) return PcscResult::Ok;
     const std::uint8_t first = answer[answer.size() - 2];
     const std::uint8_t second = answer.back();
-    if (first == OtherLength && next.size() == HeaderLength + 1) {
+    if (first == OtherLength && next.size() == HeaderLength + 1 && !isCorrected) {
       next[LcAt] = second;
+      isCorrected = true;
       continue;
     }
     const bool hasMore = first == MoreData && command.size() > HeaderLength;
     const std::size_t length = answer.size() - (hasMore ? StatusLength : 0);
+    if (hasMore && isGetResponse && length == 0) break;
     data.insert(data.end(), answer.begin(), answer.begin() + static_cast<std::ptrdiff_t>(length));
     if (!hasMore) {
       answer = std::move(data);
       return PcscResult::Ok;
     }
     next = {command[0], InsGetResponse, 0x00, 0x00, second};
+    isGetResponse = true;
+    isCorrected = false;
   }
   answer.clear();
   return data.size() > LongestAnswer ? PcscResult::TooLong : PcscResult::Broken;
@@ -121,14 +134,15 @@ PcscResult KvkMemory::Select(CardConnection& card, ByteView command, Bytes& answ
   const std::array<std::uint8_t, 5> readDirectory{MemoryClass, InsReadBinary, 0x00, 0x00,
                                                   static_cast<std::uint8_t>(DataAt)};
   const PcscResult result = card.Transmit(readDirectory, answer);
-  if (result != PcscResult::Ok) return result;
+  if (result != PcscResult::Ok || answer.size() < StatusLength) return result;
+  const bool isRead = EndsWith(answer, 0x9000) || EndsWith(answer, 0x6282);
   // A reader that leaves out the header delivers the data from the first byte on.
   const bool wholeMemory = BeginsWithHeader(answer);
   const bool holdsKvk =
       !wholeMemory || std::search(answer.begin(), answer.end(), KvkIdentifier.begin(),
                                   KvkIdentifier.end()) != answer.end();
   start_ = wholeMemory ? DataAt : 0;
-  isSelected_ = namesKvk && holdsKvk;
+  isSelected_ = isRead && namesKvk && holdsKvk;
   answer = StatusWord(isSelected_ ? 0x9000 : 0x6A82);
   return PcscResult::Ok;
 }

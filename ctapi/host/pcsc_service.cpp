@@ -118,7 +118,7 @@ PcscResult PcscService::ListOnce(std::vector<std::string>& names) {
     names = SplitNames(text);
     return PcscResult::Ok;
   }
-  return PcscResult::Ok;
+  return PcscResult::NoService;
 }
 
 PcscResult PcscService::Query(const std::string& reader, ReaderState& state) {

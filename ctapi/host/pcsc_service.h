@@ -59,7 +59,9 @@ class PcscService {
   [[nodiscard]] PcscResult AwaitChange(const std::string& reader, const ReaderState& known,
                                        std::chrono::milliseconds longest, ReaderState& state);
 
-  // Connects to the card, powers it up, and keeps every other program from it.
+  // Connects to the card, powers it up, and keeps every other program from it. Not for a reader
+  // that is held: the service lets the caller wait without limit while another program that shares
+  // the card is in a transaction. The same goes for DriverVersion.
   [[nodiscard]] PcscResult Connect(const std::string& reader,
                                    std::unique_ptr<CardConnection>& connection);
 

@@ -148,12 +148,12 @@ PcscResult ReaderLink::ResetIcc(ByteView command, Bytes& response) {
   if (command[P1] != UnitSlot1 || !AsksForKnownCardData(command)) {
     return Reply(response, sw::WrongParameters);
   }
-  if (card_ && !WasSeenJustNow()) {
-    ReaderState state;
+  ReaderState state;
+  if (!card_ || !WasSeenJustNow()) {
     if (const PcscResult result = Look(state); result != PcscResult::Ok) return result;
   }
   if (!card_) {
-    const PcscResult result = Activate(command, response);
+    const PcscResult result = Activate(command, state, response);
     return result == PcscResult::NoCard ? Reply(response, sw::ResetFailed) : result;
   }
   const PcscResult result = card_->WarmReset();
@@ -172,30 +172,34 @@ PcscResult ReaderLink::RequestIcc(ByteView command, Bytes& response) {
     return Reply(response, sw::WrongParameters);
   }
   ReaderState state;
-  if (card_) {
-    if (const PcscResult result = Look(state); result != PcscResult::Ok) return result;
-    if (card_) return Reply(response, sw::AlreadyActive);
-  }
-  // Most often the card is there, so that it is tried before the reader is asked.
-  PcscResult activated = Activate(command, response);
-  if (activated != PcscResult::NoCard) return activated;
   if (const PcscResult result = Look(state); result != PcscResult::Ok) return result;
+  if (card_) return Reply(response, sw::AlreadyActive);
   const auto end = service_.Now() + WaitingTime(command);
   for (;;) {
-    if (state.HasCard) activated = Activate(command, response);
+    const PcscResult activated = Activate(command, state, response);
     if (activated != PcscResult::NoCard) return activated;
     if (service_.Now() >= end) return Reply(response, sw::NothingHappened);
     if (const PcscResult waited = Wait(end, state); waited != PcscResult::Ok) return waited;
   }
 }
 
-PcscResult ReaderLink::Activate(ByteView command, Bytes& response) {
-  const PcscResult result = service_.Connect(reader_, card_);
-  if (result == PcscResult::Mute) return Reply(response, sw::ResetFailed);
-  if (result != PcscResult::Ok) return result;
-  ReaderState state;
-  if (const PcscResult query = service_.Query(reader_, state); query != PcscResult::Ok) {
-    return query;
+PcscResult ReaderLink::Activate(ByteView command, ReaderState state, Bytes& response) {
+  if (!state.HasCard) return PcscResult::NoCard;
+  if (state.IsHeld) return PcscResult::Held;
+  const PcscResult connected = service_.Connect(reader_, card_);
+  const PcscResult seen = service_.Query(reader_, state);
+  switch (connected) {
+    case PcscResult::Ok:
+      if (seen != PcscResult::Ok) return seen;
+      break;
+    case PcscResult::NoService:
+    case PcscResult::NoReader:
+    case PcscResult::NoCard:
+    case PcscResult::Held:
+      return connected;
+    default:
+      // Nothing was exchanged yet that could break: the card is of no use.
+      return seen == PcscResult::Ok ? Reply(response, sw::ResetFailed) : seen;
   }
   seenAt_ = service_.Now();
   eventsAtActivation_ = state.Events();
@@ -220,7 +224,8 @@ PcscResult ReaderLink::GetStatus(ByteView command, Bytes& response) {
   switch (command[P2]) {
     case ObjectManufacturer:
       if (manufacturer_.empty()) {
-        manufacturer_ = ManufacturerObject(reader_, service_.DriverVersion(reader_));
+        manufacturer_ = ManufacturerObject(
+            reader_, state.IsHeld ? std::nullopt : service_.DriverVersion(reader_));
       }
       response = manufacturer_;
       break;

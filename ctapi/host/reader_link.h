@@ -32,9 +32,9 @@ class ReaderLink final : public TerminalLink {
   [[nodiscard]] PcscResult GetStatus(ByteView command, Bytes& response);
   [[nodiscard]] PcscResult EjectIcc(ByteView command, Bytes& response);
 
-  // Connects to the card. NoCard where there is none; a card that does not answer is told in the
-  // response.
-  [[nodiscard]] PcscResult Activate(ByteView command, Bytes& response);
+  // Connects to the card of a reader in this state. NoCard where there is none; a card that cannot
+  // be used is told in the response.
+  [[nodiscard]] PcscResult Activate(ByteView command, ReaderState state, Bytes& response);
   [[nodiscard]] Bytes ActivationAnswer(ByteView command) const;
   void Drop();
   // Asks for the reader's state. Drops a card that was pulled since: one put in again is another.

@@ -45,9 +45,11 @@ class FakePcsc {
   std::function<void()> WhileConnecting = [] {};
 
   int StateQuestions = 0;
+  int EndlessWaits = 0;            // connections to a reader that another program holds
   std::vector<std::string> Calls;  // connects, reconnects, disconnects
   std::vector<Bytes> Sent;
   int Contexts = 0;
+  int Released = 0;  // contexts
   std::vector<DWORD> Waits;
   std::chrono::steady_clock::time_point Time{};
 
@@ -59,7 +61,10 @@ class FakePcsc {
       *context = ++Contexts;
       return SCARD_S_SUCCESS;
     };
-    api.ReleaseContext = [](SCARDCONTEXT) { return SCARD_S_SUCCESS; };
+    api.ReleaseContext = [this](SCARDCONTEXT) {
+      ++Released;
+      return SCARD_S_SUCCESS;
+    };
     api.ListReaders = [this](SCARDCONTEXT, LPCSTR, LPSTR names, LPDWORD length) {
       return List(names, length);
     };
@@ -68,6 +73,10 @@ class FakePcsc {
     };
     api.Connect = [this](SCARDCONTEXT, LPCSTR reader, DWORD mode, DWORD, LPSCARDHANDLE handle,
                          LPDWORD protocol) {
+      if (const auto wanted = Readers.find(reader);
+          wanted != Readers.end() && wanted->second.IsHeld) {
+        ++EndlessWaits;
+      }
       if (mode != SCARD_SHARE_DIRECT) {
         Calls.push_back(mode == SCARD_SHARE_EXCLUSIVE ? "connect alone" : "connect");
         if (Connected != SCARD_S_SUCCESS) return Connected;

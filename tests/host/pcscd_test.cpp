@@ -1,6 +1,8 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <dlfcn.h>
+#include <future>
 #include <gtest/gtest.h>
 
 #include "host/host_library.h"
@@ -273,6 +275,39 @@ TEST_F(PcscdTest, TheServiceKilledWithAnActiveCardIsTold) {
 TEST_F(PcscdTest, WithoutTheServiceInitIsRefused) {
   service_->Kill();
   EXPECT_EQ(library_.Init(1, FirstReader), code::HostError);
+}
+
+// The service would let us wait until the other program ends its transaction.
+TEST_F(PcscdTest, NobodyWaitsForAnotherProgramsTransaction) {
+  InsertEgk();
+  ASSERT_TRUE(OpenReader());
+  const auto api = LoadPcscApi();
+  ASSERT_TRUE(api);
+  void* const client = ::dlopen("libpcsclite.so.1", RTLD_NOW | RTLD_NOLOAD);
+  ASSERT_NE(client, nullptr);
+  const auto begin =
+      reinterpret_cast<LONG (*)(SCARDHANDLE)>(::dlsym(client, "SCardBeginTransaction"));
+  ASSERT_NE(begin, nullptr);
+  SCARDCONTEXT context = 0;
+  ASSERT_EQ(api->EstablishContext(SCARD_SCOPE_SYSTEM, nullptr, nullptr, &context), 0);
+  SCARDHANDLE handle = 0;
+  DWORD protocol = 0;
+  ASSERT_TRUE(Eventually([&] {
+    return api->Connect(context, "Virtual PCD 00 00", SCARD_SHARE_SHARED, SCARD_PROTOCOL_T1,
+                        &handle, &protocol) == SCARD_S_SUCCESS;
+  }));
+  ASSERT_EQ(begin(handle), SCARD_S_SUCCESS);
+
+  auto answers = std::async(std::launch::async, [this] {
+    return std::vector{Ask(1, "2013004600").substr(0, 4), Ask(1, RequestIcc), Ask(1, "20110100")};
+  });
+  const bool isDone = answers.wait_for(std::chrono::seconds(10)) == std::future_status::ready;
+  (void)api->Disconnect(handle, SCARD_LEAVE_CARD);
+  (void)api->ReleaseContext(context);
+  ::dlclose(client);
+  EXPECT_TRUE(isDone);
+  EXPECT_EQ(answers.get(), (std::vector<std::string>{"460F", "code -127", "code -127"}));
+  EXPECT_EQ(Ask(1, RequestIcc), "9001");
 }
 
 // Another program's connection, of either kind, keeps the card from us.

@@ -50,8 +50,8 @@ class ReaderLinkTest : public testing::Test {
     Reader().HasCard = true;
     ++Reader().Events;
   }
-  void AnswerWith(const char* hex, LONG code = SCARD_S_SUCCESS) {
-    pcsc_.OnTransmit = [hex, code](const Bytes&, Bytes& answer) {
+  void AnswerWith(std::string hex, LONG code = SCARD_S_SUCCESS) {
+    pcsc_.OnTransmit = [hex = std::move(hex), code](const Bytes&, Bytes& answer) {
       answer = *BytesFromHex(hex);
       return code;
     };
@@ -156,13 +156,13 @@ TEST_F(ReaderLinkTest, AReaderSeenJustNowIsNotAskedForAgain) {
   EXPECT_EQ(AskTerminal(ResetCt), "9000");
   EXPECT_EQ(pcsc_.StateQuestions, 0) << "init has seen it";
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
-  EXPECT_EQ(pcsc_.StateQuestions, 1) << "the answer to reset";
+  EXPECT_EQ(pcsc_.StateQuestions, 2) << "whether the card is held, and its answer to reset";
   EXPECT_EQ(AskTerminal(ResetIcc), "9001");
   EXPECT_EQ(AskTerminal(ResetCt), "9000");
-  EXPECT_EQ(pcsc_.StateQuestions, 1) << "the end of the connection tells it too";
+  EXPECT_EQ(pcsc_.StateQuestions, 2) << "the end of the connection tells it too";
   PassTime();
   EXPECT_EQ(AskTerminal(ResetCt), "9000");
-  EXPECT_EQ(pcsc_.StateQuestions, 2);
+  EXPECT_EQ(pcsc_.StateQuestions, 3);
 }
 
 TEST_F(ReaderLinkTest, ResetCtWithoutTheReaderFails) {
@@ -300,8 +300,69 @@ INSTANTIATE_TEST_SUITE_P(
                     CodeRow{"NoAnswer", SCARD_S_SUCCESS, "code -10"},
                     CodeRow{"ServiceEnded", SCARD_E_NO_SERVICE, "code -127"},
                     CodeRow{"ServiceStopped", SCARD_E_SERVICE_STOPPED, "code -127"},
+                    CodeRow{"ServiceTooBusy", SCARD_E_SERVER_TOO_BUSY, "code -127"},
                     CodeRow{"ServiceUnreachable", SCARD_F_COMM_ERROR, "code -127"}),
     RowName<CodeRow>);
+
+// What goes wrong while a card is being connected to. Nothing was exchanged yet, so nothing broke.
+class ConnectionFault : public ReaderLinkTest, public testing::WithParamInterface<CodeRow> {};
+
+TEST_P(ConnectionFault, HasItsAnswer) {
+  for (const char* const command : {RequestIcc, ResetIcc}) {
+    pcsc_.Connected = GetParam().Pcsc;
+    EXPECT_EQ(AskTerminal(command), GetParam().Result) << command;
+    pcsc_.Connected = SCARD_S_SUCCESS;
+    if (GetParam().Result == std::string_view("code -127")) return;
+    EXPECT_EQ(AskTerminal(RequestIcc), "9001") << "it can be tried again";
+    EXPECT_EQ(AskTerminal(ResetCt), "9000");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Host, ConnectionFault,
+    testing::Values(CodeRow{"SilentCard", SCARD_W_UNRESPONSIVE_CARD, "6400"},
+                    CodeRow{"UnpoweredCard", SCARD_W_UNPOWERED_CARD, "6400"},
+                    CodeRow{"UnsupportedCard", SCARD_W_UNSUPPORTED_CARD, "6400"},
+                    CodeRow{"NoCommonProtocol", SCARD_E_PROTO_MISMATCH, "6400"},
+                    CodeRow{"CardNotSupported", SCARD_E_CARD_UNSUPPORTED, "6400"},
+                    CodeRow{"NotReady", SCARD_E_NOT_READY, "6400"},
+                    CodeRow{"Timeout", SCARD_E_TIMEOUT, "6400"},
+                    CodeRow{"InternalError", SCARD_F_INTERNAL_ERROR, "6400"},
+                    CodeRow{"Held", SCARD_E_SHARING_VIOLATION, "code -127"},
+                    CodeRow{"ReaderUnplugged", SCARD_E_READER_UNAVAILABLE, "code -8"},
+                    CodeRow{"ServiceEnded", SCARD_E_NO_SERVICE, "code -127"}),
+    RowName<CodeRow>);
+
+TEST_F(ReaderLinkTest, AReaderThatGoesDuringTheConnectionIsGone) {
+  pcsc_.Connected = SCARD_E_NOT_READY;
+  pcsc_.StateAsked = SCARD_E_UNKNOWN_READER;
+  EXPECT_EQ(AskTerminal(RequestIcc), "code -8");
+}
+
+// The service keeps whoever connects waiting for as long as another program is in a transaction.
+TEST_F(ReaderLinkTest, NobodyWaitsForAnotherProgram) {
+  Reader().IsHeld = true;
+  EXPECT_EQ(AskTerminal("2013004600").substr(0, 4), "460F");
+  EXPECT_EQ(AskTerminal(RequestIcc), "code -127");
+  EXPECT_EQ(AskTerminal(ResetIcc), "code -127");
+  EXPECT_EQ(pcsc_.EndlessWaits, 0);
+  Reader().IsHeld = false;
+  EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+}
+
+TEST_F(ReaderLinkTest, AHeldReaderWithoutACardIsWaitedAt) {
+  PullCard();
+  Reader().IsHeld = true;
+  EXPECT_EQ(AskTerminal(RequestIcc), "6200");
+  EXPECT_EQ(pcsc_.EndlessWaits, 0);
+}
+
+TEST_F(ReaderLinkTest, AnAnswerOfAnyLengthIsHandedOn) {
+  EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+  const std::string data(2 * 300, 'A');
+  AnswerWith(data + "9000");
+  EXPECT_EQ(AskCard(Select), data + "9000");
+}
 
 TEST_F(ReaderLinkTest, OneByteIsNoAnswer) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
@@ -397,6 +458,26 @@ TEST_F(ReaderLinkTest, AT0CardThatNeverEndsIsBroken) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   AnswerWith("61 00");
   EXPECT_EQ(AskCard(Select), "code -10");
+  EXPECT_EQ(pcsc_.Sent.size(), 2U) << "the command and one GET RESPONSE";
+}
+
+TEST_F(ReaderLinkTest, AT0CardThatNeverLikesTheLengthIsHandedOn) {
+  Reader().Protocol = SCARD_PROTOCOL_T0;
+  EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+  AnswerWith("6C 05");
+  EXPECT_EQ(AskCard("00B0000000"), "6C05");
+  EXPECT_EQ(pcsc_.Sent.size(), 2U) << "once as it is, once with the other length";
+}
+
+TEST_F(ReaderLinkTest, AT0CardMayCorrectTheLengthOfGetResponse) {
+  Reader().Protocol = SCARD_PROTOCOL_T0;
+  EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+  const char* const answers[] = {"61 00", "6C 02", "AA BB 90 00"};
+  pcsc_.OnTransmit = [&](const Bytes&, Bytes& answer) {
+    answer = *BytesFromHex(answers[pcsc_.Sent.size() - 1]);
+    return SCARD_S_SUCCESS;
+  };
+  EXPECT_EQ(AskCard(Select), "AABB9000");
 }
 
 // The memory of a KVK: header, directory with the application's identifier, data from byte 30 on.
@@ -448,6 +529,48 @@ TEST_F(MemoryCardTest, OtherApplicationsAreNotOnIt) {
   EXPECT_EQ(AskCard("00B0"), "6700");
 }
 
+TEST_F(MemoryCardTest, AReaderThatCannotReadItHasNoKvk) {
+  EXPECT_EQ(AskTerminal(RequestIcc), "9000");
+  for (const char* const answer : {"6E00", "6A82", "AABB6A82"}) {
+    AnswerWith(answer);
+    EXPECT_EQ(AskCard("00A4040006D27600000101"), "6A82") << answer;
+    EXPECT_EQ(AskCard("00B0000000"), "6986") << answer;
+  }
+  AnswerWith("90");
+  EXPECT_EQ(AskCard("00A4040006D27600000101"), "code -10");
+}
+
+TEST_F(MemoryCardTest, EndsWithinItsDirectoryToo) {
+  EXPECT_EQ(AskTerminal(RequestIcc), "9000");
+  memory_.resize(30);
+  AnswerWith(ToHex(memory_) + "6282");
+  EXPECT_EQ(AskCard("00A4040006D27600000101"), "9000");
+}
+
+TEST_F(MemoryCardTest, AFailedSelectionDeselects) {
+  EXPECT_EQ(AskTerminal(RequestIcc), "9000");
+  EXPECT_EQ(AskCard("00A4040006D27600000101"), "9000");
+  EXPECT_EQ(AskCard("00A4040006D28000000101"), "6A82");
+  EXPECT_EQ(AskCard("00B0000000"), "6986");
+}
+
+TEST_F(MemoryCardTest, ANewActivationDeselects) {
+  for (const char* const command : {ResetIcc, ResetCt}) {
+    EXPECT_NE(AskTerminal(RequestIcc), "6400");
+    EXPECT_EQ(AskCard("00A4040006D27600000101"), "9000");
+    EXPECT_EQ(AskTerminal(command), "9000");
+    if (command == ResetCt) {
+      EXPECT_EQ(AskTerminal(RequestIcc), "9000");
+    }
+    EXPECT_EQ(AskCard("00B0000000"), "6986") << command;
+  }
+}
+
+TEST_F(MemoryCardTest, ALongerAnswerToResetIsAnotherCard) {
+  Reader().Atr.push_back(0x00);
+  EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+}
+
 TEST_F(MemoryCardTest, WithoutTheKvkInItsDirectoryIsNone) {
   memory_[21] = 0xD3;
   EXPECT_EQ(AskTerminal(RequestIcc), "9000");
@@ -486,6 +609,7 @@ TEST(PcscTransport, RenewsItsContextWhereTheServiceWasStartedAnew) {
   pcsc.Listed = SCARD_E_SERVICE_STOPPED;
   EXPECT_EQ(transport.Open(0).Code, code::HostError);
   EXPECT_EQ(pcsc.Contexts, 2);
+  EXPECT_EQ(pcsc.Released, 1);
   pcsc.Listed = SCARD_S_SUCCESS;
   EXPECT_EQ(transport.Open(0).Code, code::Success);
 }
@@ -513,6 +637,13 @@ TEST(PcscTransport, ReadersKeepTheirIndex) {
   EXPECT_EQ(manufacturer(1), "-1");
   pcsc.Readers = {{"B", {}}};
   EXPECT_EQ(manufacturer(0), "B");
+}
+
+TEST(PcscTransport, AServiceThatNeverFitsIsRefused) {
+  test::FakePcsc pcsc;
+  pcsc.Listed = SCARD_E_INSUFFICIENT_BUFFER;
+  PcscTransport transport(pcsc.Api());
+  EXPECT_EQ(transport.Open(0).Code, code::HostError);
 }
 
 TEST(PcscTransport, ManyReadersAreListedWhole) {
