@@ -11,16 +11,21 @@ using std::chrono::milliseconds;
 
 constexpr int FailuresBeforeResynch = 3;
 constexpr int RequestAttempts = 3;
-// A terminal that asks for more time again and again ends after some minutes at the latest.
+// A terminal that keeps the host waiting, by one block after the other that brings nothing or by
+// the time that it asks for, ends at last. No command takes longer than REQUEST ICC, with 255 s at
+// most.
 constexpr int MostExtensions = 600;
+constexpr std::chrono::minutes LongestDialogue{10};
 constexpr milliseconds ProbeWait{250};
 
 constexpr std::uint8_t HostBlockSize = static_cast<std::uint8_t>(LargestInformation);
 constexpr std::size_t LongestResponse = std::numeric_limits<std::uint16_t>::max();
 
-// A damaged block is over when the line is silent for this long; more than this is noise.
+// A damaged block is over when the line is silent for this long; more than this is noise that does
+// not end.
 constexpr milliseconds EndOfNoise{100};
 constexpr std::size_t MostNoise = 1024;  // bytes
+constexpr milliseconds LongestNoise{500};
 
 Block InformationBlock(Unit unit, bool number, bool more, ByteView information) {
   const int control = (number ? pcb::SendNumber : 0) | (more ? pcb::More : 0);
@@ -36,6 +41,12 @@ Block ReceiptBlock(Unit unit, bool number, BlockError error) {
 
 Block ResponseTo(const Block& request, Unit unit) {
   return {NadTo(unit), static_cast<std::uint8_t>(request.Pcb | pcb::Response), request.Information};
+}
+
+// The wait for the block behind this one: a terminal asks for multiples of the usual one.
+milliseconds WaitBehind(const Block& sent) {
+  const bool grantsTime = sent.Pcb == (pcb::WaitingTime | pcb::Response);
+  return BlockProtocol::BlockWait * (grantsTime ? std::max<int>(1, sent.Information[0]) : 1);
 }
 
 bool IsResponse(const Block& block) {
@@ -61,10 +72,15 @@ struct BlockProtocol::Dialogue {
   Block LastPiece{};          // the last I-block sent
   bool Acknowledged = false;  // whether the other side has it
   Block LastSent{};
+  std::chrono::steady_clock::time_point Begin;
   int Failures = 0;     // blocks in a row that were no use
   int Repetitions = 0;  // in a row, asked for by the other side
-  int Extensions = 0;
-  milliseconds Wait = BlockWait;  // for the next block
+  int Extensions = 0;   // blocks that brought nothing
+
+  void EndFailures() { Failures = Repetitions = 0; }
+  [[nodiscard]] bool TakesTooLong(std::chrono::steady_clock::time_point next) {
+    return ++Extensions > MostExtensions || next - Begin > LongestDialogue;
+  }
 };
 
 milliseconds BlockProtocol::CharacterWait(std::int32_t baud) {
@@ -78,6 +94,7 @@ bool BlockProtocol::TryBaud(std::int32_t baud) {
   port_.SetBaud(baud);
   if (Request({NadTo(Unit::Terminal), pcb::Resynch}, 1, ProbeWait) != Reply::Granted) return false;
   peers_ = {};
+  cardNumbersAgree_ = false;
   return true;
 }
 
@@ -103,12 +120,11 @@ BlockProtocol::Outcome BlockProtocol::Exchange(Unit unit, ByteView command, Byte
 }
 
 BlockProtocol::Step BlockProtocol::Attempt(Unit unit, ByteView command, Bytes& response) {
-  Dialogue dialogue{.With = unit, .Unsent = command, .Response = response};
+  Dialogue dialogue{.With = unit, .Unsent = command, .Response = response, .Begin = port_.Now()};
   SendPiece(dialogue);
   Step step = Step::GoOn;
   while (step == Step::GoOn) {
-    const FramedBlock received = ReceiveBlock(dialogue.Wait);
-    dialogue.Wait = BlockWait;
+    const FramedBlock received = ReceiveBlock(WaitBehind(dialogue.LastSent));
     const Block& block = received.Found;
     if (received.State != Framing::Complete) {
       step = OnFailure(dialogue, received.Error);
@@ -163,12 +179,13 @@ BlockProtocol::Step BlockProtocol::OnInformation(Dialogue& dialogue, const Block
   }
   Acknowledge(dialogue);
   peer.ExpectedNumber = !peer.ExpectedNumber;
-  dialogue.Failures = 0;
-  dialogue.Repetitions = 0;
+  if (dialogue.With == Unit::Card) cardNumbersAgree_ = true;
+  dialogue.EndFailures();
   dialogue.Response.insert(dialogue.Response.end(), block.Information.begin(),
                            block.Information.end());
   if (dialogue.Response.size() > LongestResponse) return Step::TooLong;
   if (!block.HasMore()) return Step::Answered;
+  if (block.Information.empty() && dialogue.TakesTooLong(port_.Now())) return Step::Failed;
   Send(dialogue, ReceiptBlock(dialogue.With, peer.ExpectedNumber, BlockError::None));
   return Step::GoOn;
 }
@@ -188,13 +205,15 @@ BlockProtocol::Step BlockProtocol::OnReceipt(Dialogue& dialogue, const Block& bl
   const bool acknowledges = !dialogue.Acknowledged && !answersResponse && !asksForPiece;
   if (acknowledges && !dialogue.Unsent.empty()) {
     Acknowledge(dialogue);
-    dialogue.Failures = 0;
-    dialogue.Repetitions = 0;
+    dialogue.EndFailures();
     SendPiece(dialogue);
     return Step::GoOn;
   }
   if (!asksForPiece && dialogue.LastSent.Kind() == BlockKind::Information) {
-    return OnFailure(dialogue, BlockError::Other);
+    // A whole command is not acknowledged but answered. A terminal that kept the card's numbers
+    // over a new start takes it for one that it has had, and would repeat an earlier response.
+    const bool countsOtherwise = dialogue.With == Unit::Card && !cardNumbersAgree_;
+    return countsOtherwise ? Step::Failed : OnFailure(dialogue, BlockError::Other);
   }
   return Repeat(dialogue, asksForPiece ? Block(dialogue.LastPiece) : Block(dialogue.LastSent));
 }
@@ -206,21 +225,17 @@ BlockProtocol::Step BlockProtocol::Repeat(Dialogue& dialogue, const Block& block
 }
 
 BlockProtocol::Step BlockProtocol::OnSupervisory(Dialogue& dialogue, const Block& block) {
+  const Block response = ResponseTo(block, dialogue.With);
   switch (block.Pcb) {
     case pcb::WaitingTime:
-      if (++dialogue.Extensions > MostExtensions) return Step::Failed;
-      // The terminal asks for a multiple of the block waiting time for its next block.
-      dialogue.Wait = BlockWait * std::max<int>(1, block.Information[0]);
       break;
     case pcb::InformationSize:
-      if (!IsValidBlockSize(block) || ++dialogue.Extensions > MostExtensions) {
-        return OnFailure(dialogue, BlockError::Other);
-      }
+      if (!IsValidBlockSize(block)) return OnFailure(dialogue, BlockError::Other);
       TakeBlockSize(block);
       break;
     case pcb::Abort:
       Acknowledge(dialogue);
-      Send(dialogue, ResponseTo(block, dialogue.With));
+      Send(dialogue, response);
       return Step::Aborted;
     default:
       // A terminal that repeats an old response when asked for its last block has not got ours.
@@ -229,7 +244,9 @@ BlockProtocol::Step BlockProtocol::OnSupervisory(Dialogue& dialogue, const Block
       }
       return OnFailure(dialogue, BlockError::Other);
   }
-  Send(dialogue, ResponseTo(block, dialogue.With));
+  if (dialogue.TakesTooLong(port_.Now() + WaitBehind(response))) return Step::Failed;
+  dialogue.EndFailures();
+  Send(dialogue, response);
   return Step::GoOn;
 }
 
@@ -248,7 +265,8 @@ FramedBlock BlockProtocol::ReceiveBlock(milliseconds wait) {
   }
   if (framed.State == Framing::Complete && !damaged) return framed;
   std::size_t noise = received.size();
-  while (noise < MostNoise) {
+  const auto end = port_.Now() + LongestNoise;
+  while (noise < MostNoise && port_.Now() < end) {
     const LinePort::Reception more = port_.Receive(EndOfNoise);
     if (more.Received.empty() && !more.Damaged) break;
     noise += more.Received.size() + 1;
@@ -290,7 +308,8 @@ BlockProtocol::Reply BlockProtocol::Request(const Block& request, int attempts, 
 bool BlockProtocol::Recover(Unit unit) {
   const Block resynch{NadTo(Unit::Terminal), pcb::Resynch};
   if (Request(resynch, RequestAttempts, BlockWait) != Reply::Granted) return false;
-  if (unit == Unit::Card) (void)Request({NadTo(Unit::Card), pcb::Resynch}, 1, ProbeWait);
+  cardNumbersAgree_ = unit == Unit::Card &&
+                      Request({NadTo(Unit::Card), pcb::Resynch}, 1, ProbeWait) == Reply::Granted;
   peers_ = {};
   return AnnounceBlockSize();
 }

@@ -12,7 +12,7 @@ struct LineLost : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// An open serial line. Its waits are the only clock that the block protocol has. Every function
+// An open serial line, and the only clock that the block protocol has. Every function but Now
 // throws LineLost.
 class LinePort {
  public:
@@ -27,6 +27,9 @@ class LinePort {
   // Forgets what has come so far.
   virtual void DiscardInput() = 0;
   virtual void SetBaud(std::int32_t baud) = 0;  // bits a second
+  [[nodiscard]] virtual std::chrono::steady_clock::time_point Now() const {
+    return std::chrono::steady_clock::now();
+  }
 
   virtual ~LinePort() = default;
   LinePort(const LinePort&) = delete;

@@ -141,6 +141,17 @@ const std::vector<DialogueRow> Recoveries{
      ResetCt,
      {{Command, "21 C3 01 02 E1"}, {"12 E3 01 02 F2", "21 91 00 B0"}, {"12 E3 01 02 F2", Answer}},
      "9000"},
+    {"GrantsEndARowOfFailures",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "21 C3 01 01 E2"},
+      {"12 E3 01 01 F1", ""},
+      {AskOther, "21 C3 01 01 E2"},
+      {"12 E3 01 01 F1", ""},
+      {AskOther, "21 C3 01 01 E2"},
+      {"12 E3 01 01 F1", ""},
+      {AskOther, Answer}},
+     "9000"},
     {"SilenceAfterAGrantAsksForTheAnswer",
      Unit::Terminal,
      ResetCt,
@@ -367,6 +378,47 @@ TEST(BlockProtocol, WaitsAMultipleOfTheBlockWaitingTimeWhereAsked) {
   EXPECT_EQ(line.Waits, expected);
 }
 
+TEST(BlockProtocol, ARepeatedGrantIsAsLong) {
+  test::ScriptedLine line({{Command, "21 C3 01 05 E6"},
+                           {"12 E3 01 05 F5", "21 91 00 B0"},
+                           {"12 E3 01 05 F5", "21 00 02 90 00 B4"},
+                           {AskCheck, Answer}});
+  BlockProtocol protocol(line);
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, ResetCt), "9000");
+  EXPECT_EQ(line.Waits[1], milliseconds(8000));
+  EXPECT_EQ(line.Waits[2], milliseconds(8000));
+  EXPECT_EQ(line.Waits.back(), milliseconds(1600));
+}
+
+// 255 times the block waiting time are 408 s; nobody waits that long twice.
+TEST(BlockProtocol, TheTimeThatIsGrantedEnds) {
+  test::ScriptedLine line({{"12 00 06 20 12 01 00 01 FF D9", "21 C3 01 FF 1C"},
+                           {"12 E3 01 FF 0F", ""},
+                           {AskOther, "21 C3 01 FF 1C"},
+                           {Resynch, ResynchDone},
+                           {Announce, Announced}});
+  BlockProtocol protocol(line);
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, "20 12 01 00 01 FF"), "broken");
+  EXPECT_LT(line.Elapsed, std::chrono::minutes(10));
+}
+
+TEST(BlockProtocol, AnAnswerInEmptyPiecesEnds) {
+  class EmptyPieces final : public test::VirtualLine {
+   protected:
+    void OnSent(ByteView bytes) override {
+      if (bytes[1] == pcb::Resynch) return;
+      Deliver(number_ ? FromHex("21 60 00 41") : FromHex("21 20 00 01"));
+      number_ = !number_;
+    }
+
+   private:
+    bool number_ = false;
+  } line;
+  BlockProtocol protocol(line);
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, ResetCt), "silent");
+  EXPECT_LT(line.Sent.size(), 1000U);
+}
+
 TEST(BlockProtocol, EndlessRequestsForTimeEnd) {
   BlockTerminal terminal(
       [](int, const Bytes&) {
@@ -414,6 +466,65 @@ TEST(BlockProtocol, EndlessNoiseEnds) {
   } line;
   BlockProtocol protocol(line);
   EXPECT_EQ(Ask(protocol, Unit::Terminal, ResetCt), "silent");
+}
+
+// A byte now and then is noise for as long as the device likes.
+TEST(BlockProtocol, ABabblingDeviceEndsSoon) {
+  class BabblingLine final : public test::VirtualLine {
+   public:
+    Reception Receive(milliseconds longest) override {
+      constexpr milliseconds Pause{99};
+      Elapsed += std::min(longest, Pause);
+      return {.Received = longest < Pause ? Bytes{} : Bytes{0xFF}};
+    }
+  } line;
+  BlockProtocol protocol(line);
+  EXPECT_FALSE(protocol.TryBaud(9600));
+  EXPECT_LT(line.Elapsed, milliseconds(1000));
+}
+
+// The card's numbers of the program that used the terminal before.
+TEST(BlockProtocol, AnEarlierResponseIsNeverTakenForTheAnswer) {
+  int count = 0;
+  BlockTerminal terminal(
+      [&](int, const Bytes&) {
+        return Bytes{static_cast<std::uint8_t>(++count), 0x90, 0x00};
+      },
+      {.ResynchConcernsCard = false});
+  test::TerminalLine line(terminal);
+  BlockProtocol before(line);
+  ASSERT_TRUE(before.TryBaud(9600));
+  EXPECT_EQ(Ask(before, Unit::Card, "00 B0 00 00 00"), "019000");
+  for (const char* const command : {"00 B0 00 00 00", "00 0E 00 00"}) {
+    BlockProtocol protocol(line);
+    ASSERT_TRUE(protocol.TryBaud(9600));
+    const std::string answer = Ask(protocol, Unit::Card, command);
+    EXPECT_TRUE(answer == "029000" || answer == "broken") << command << ": " << answer;
+    if (answer == "broken") {
+      EXPECT_EQ(Ask(protocol, Unit::Card, "00 B0 00 00 00"), "039000");
+    }
+  }
+  EXPECT_EQ(std::count(terminal.Executed().begin(), terminal.Executed().end(), FromHex("000E0000")),
+            0);
+}
+
+TEST(BlockProtocol, ANewStartOfTheTerminalMayLeaveTheCardsNumbers) {
+  BlockTerminal terminal(
+      [](int unit, const Bytes&) {
+        return unit == 0 ? Bytes{0xCA, 0x90, 0x00} : Bytes{0x90, 0x00};
+      },
+      {.ResynchConcernsCard = false});
+  test::TerminalLine line(terminal);
+  BlockProtocol protocol(line);
+  ASSERT_TRUE(protocol.TryBaud(9600));
+  EXPECT_EQ(Ask(protocol, Unit::Card, "00 B0 00 00 00"), "CA9000");
+  int lost = 3;
+  line.ToTerminal = [&](Bytes& bytes) {
+    if (lost-- > 0) bytes.clear();
+  };
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, ResetCt), "9000");
+  EXPECT_EQ(Ask(protocol, Unit::Card, "00 0E 00 00"), "broken");
+  EXPECT_EQ(Ask(protocol, Unit::Card, "00 B0 00 00 00"), "CA9000");
 }
 
 // A terminal of which a new start does not concern the card keeps the card's numbers.

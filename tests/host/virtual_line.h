@@ -37,6 +37,10 @@ class VirtualLine : public LinePort {
     return next;
   }
 
+  [[nodiscard]] std::chrono::steady_clock::time_point Now() const override {
+    return std::chrono::steady_clock::time_point(Elapsed);
+  }
+
   void DiscardInput() override { coming_.clear(); }
   void SetBaud(std::int32_t baud) override { Bauds.push_back(baud); }
 
