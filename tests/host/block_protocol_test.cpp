@@ -141,6 +141,27 @@ const std::vector<DialogueRow> Recoveries{
      ResetCt,
      {{Command, "21 C3 01 02 E1"}, {"12 E3 01 02 F2", "21 91 00 B0"}, {"12 E3 01 02 F2", Answer}},
      "9000"},
+    {"RepetitionsInARowEnd",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "21 81 00 A0"},
+      {Command, "21 81 00 A0"},
+      {Command, "21 81 00 A0"},
+      {Resynch, ResynchDone},
+      {Announce, Announced},
+      {Command, Answer}},
+     "9000"},
+    {"AGoodBlockEndsARowOfFailures",
+     Unit::Terminal,
+     ResetCt,
+     {{Command, "21 20 01 AA AA"},
+      {"12 90 00 82", ""},
+      {"12 90 00 82", ""},
+      {"12 90 00 82", "21 60 01 BB FB"},
+      {"12 80 00 92", ""},
+      {"12 80 00 92", ""},
+      {"12 80 00 92", Answer}},
+     "AABB9000"},
     {"GrantsEndARowOfFailures",
      Unit::Terminal,
      ResetCt,
@@ -440,6 +461,30 @@ TEST(BlockProtocol, EndlessAnswerEndsAndLeavesTheLineUsable) {
   EXPECT_EQ(terminal.Executed().size(), 1U);
   answer = {0x90, 0x00};
   EXPECT_EQ(Ask(protocol, Unit::Card, "00 B0 00 00 00"), "9000");
+}
+
+TEST(BlockProtocol, TheLongestAnswerIsThatOfTheLengthField) {
+  for (const std::size_t length : {65535U, 65536U}) {
+    BlockTerminal terminal([&](int, const Bytes&) { return Bytes(length, 0x5A); });
+    test::TerminalLine line(terminal);
+    BlockProtocol protocol(line);
+    const std::string answer = Ask(protocol, Unit::Card, "00 B0 00 00 00");
+    EXPECT_EQ(answer, length == 65535 ? ToHex(Bytes(length, 0x5A)) : "too long");
+  }
+}
+
+TEST(BlockProtocol, AnAbortLeavesTheNumbersAgreed) {
+  BlockTerminal terminal(
+      [](int, const Bytes&) {
+        return Bytes{0x90, 0x00};
+      },
+      {.AbortsAnswers = true});
+  test::TerminalLine line(terminal);
+  BlockProtocol protocol(line);
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, ResetCt), "broken");
+  EXPECT_EQ(Ask(protocol, Unit::Terminal, ResetCt), "broken");
+  EXPECT_EQ(terminal.Executed().size(), 2U);
+  EXPECT_EQ(terminal.Resynchronisations(), 0);
 }
 
 TEST(BlockProtocol, ASilentTerminalEndsAfterSixWaits) {
