@@ -94,7 +94,6 @@ bool BlockProtocol::TryBaud(std::int32_t baud) {
   port_.SetBaud(baud);
   if (Request({NadTo(Unit::Terminal), pcb::Resynch}, 1, ProbeWait) != Reply::Granted) return false;
   peers_ = {};
-  cardNumbersAgree_ = false;
   return true;
 }
 
@@ -179,7 +178,6 @@ BlockProtocol::Step BlockProtocol::OnInformation(Dialogue& dialogue, const Block
   }
   Acknowledge(dialogue);
   peer.ExpectedNumber = !peer.ExpectedNumber;
-  if (dialogue.With == Unit::Card) cardNumbersAgree_ = true;
   dialogue.EndFailures();
   dialogue.Response.insert(dialogue.Response.end(), block.Information.begin(),
                            block.Information.end());
@@ -212,8 +210,7 @@ BlockProtocol::Step BlockProtocol::OnReceipt(Dialogue& dialogue, const Block& bl
   if (!asksForPiece && dialogue.LastSent.Kind() == BlockKind::Information) {
     // A whole command is not acknowledged but answered. A terminal that kept the card's numbers
     // over a new start takes it for one that it has had, and would repeat an earlier response.
-    const bool countsOtherwise = dialogue.With == Unit::Card && !cardNumbersAgree_;
-    return countsOtherwise ? Step::Failed : OnFailure(dialogue, BlockError::Other);
+    return dialogue.With == Unit::Card ? Step::Failed : OnFailure(dialogue, BlockError::Other);
   }
   return Repeat(dialogue, asksForPiece ? Block(dialogue.LastPiece) : Block(dialogue.LastSent));
 }
@@ -308,8 +305,7 @@ BlockProtocol::Reply BlockProtocol::Request(const Block& request, int attempts, 
 bool BlockProtocol::Recover(Unit unit) {
   const Block resynch{NadTo(Unit::Terminal), pcb::Resynch};
   if (Request(resynch, RequestAttempts, BlockWait) != Reply::Granted) return false;
-  cardNumbersAgree_ = unit == Unit::Card &&
-                      Request({NadTo(Unit::Card), pcb::Resynch}, 1, ProbeWait) == Reply::Granted;
+  if (unit == Unit::Card) (void)Request({NadTo(Unit::Card), pcb::Resynch}, 1, ProbeWait);
   peers_ = {};
   return AnnounceBlockSize();
 }

@@ -70,8 +70,7 @@ class BlockProtocol {
   [[nodiscard]] Peer& PeerOf(Unit unit) { return peers_[static_cast<std::size_t>(unit)]; }
 
   LinePort& port_;
-  std::array<Peer, 2> peers_{};    // indexed by unit
-  bool cardNumbersAgree_ = false;  // since the last new start, which need not concern the card
+  std::array<Peer, 2> peers_{};  // indexed by unit
   std::int32_t baud_ = 9600;
 };
 

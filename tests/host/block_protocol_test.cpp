@@ -46,14 +46,19 @@ std::string Ask(BlockProtocol& protocol, Unit unit, const Bytes& command) {
   return outcome == Outcome::Answered ? ToHex(response) : CodeName(outcome);
 }
 
-std::string Ask(BlockProtocol& protocol, Unit unit, const char* command) {
-  return Ask(protocol, unit, FromHex(command));
+std::string Ask(BlockProtocol& protocol, Unit unit, const std::string& command) {
+  return Ask(protocol, unit, FromHex(command.c_str()));
 }
+
+// A command of 40 bytes, and its two blocks.
+const std::string LongCommand = "2011" + std::string(76, '0');
+const std::string FirstPiece = "12 20 20 2011" + std::string(60, '0') + "23";
+const std::string SecondPiece = "12 40 08 " + std::string(16, '0') + "5A";
 
 struct DialogueRow {
   const char* Name;
   Unit With;
-  const char* Command;
+  std::string Command;
   test::ScriptedLine::Script Blocks;
   const char* Result;
 };
@@ -162,6 +167,33 @@ const std::vector<DialogueRow> Recoveries{
       {"12 80 00 92", ""},
       {"12 80 00 92", Answer}},
      "AABB9000"},
+    {"APieceThatArrivesEndsARowOfFailures",
+     Unit::Terminal,
+     LongCommand,
+     {{FirstPiece, ""},
+      {AskOther, ""},
+      {AskOther, "21 90 00 B1"},
+      {SecondPiece, ""},
+      {AskOther, ""},
+      {AskOther, Answer}},
+     "9000"},
+    {"DamagedBlockSizeBetweenPiecesIsRepeated",
+     Unit::Terminal,
+     LongCommand,
+     {{FirstPiece, "21 C1 01 40 A1"},
+      {"12 E1 01 40 B2", "21 91 00 B0"},
+      {"12 E1 01 40 B2", "21 90 00 B1"},
+      {SecondPiece, Answer}},
+     "9000"},
+    {"ReceiptInPlaceOfACardsAnswerStartsAnew",
+     Unit::Card,
+     "00 B0 00 00 00",
+     {{"02 00 05 00 B0 00 00 00 B7", "20 90 00 B0"},
+      {Resynch, ResynchDone},
+      {"02 C0 00 C2", "20 E0 00 C0"},
+      {Announce, Announced},
+      {"02 00 05 00 B0 00 00 00 B7", "20 00 02 90 00 B2"}},
+     "9000"},
     {"GrantsEndARowOfFailures",
      Unit::Terminal,
      ResetCt,
