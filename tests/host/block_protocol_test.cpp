@@ -635,6 +635,26 @@ TEST(BlockProtocol, FindsTheRateAtWhichTheTerminalAnswers) {
   EXPECT_EQ(line.Bauds, (std::vector<std::int32_t>{9600, 19200, 38400}));
 }
 
+// The search asks once at each rate, and a terminal that did not understand is asked anew by the
+// next init.
+TEST(BlockProtocol, EveryFlippedBitOfTheSearchIsNoTerminal) {
+  for (const bool toTerminal : {true, false}) {
+    for (std::size_t bit = 0; bit < 4 * 8; ++bit) {
+      BlockTerminal terminal([](int, const Bytes&) { return Bytes{0x90, 0x00}; });
+      test::TerminalLine line(terminal);
+      auto& tamper = toTerminal ? line.ToTerminal : line.ToHost;
+      tamper = [bit](Bytes& bytes) {
+        bytes[bit / 8] = static_cast<std::uint8_t>(bytes[bit / 8] ^ 1U << bit % 8);
+      };
+      BlockProtocol protocol(line);
+      EXPECT_FALSE(protocol.TryBaud(9600)) << toTerminal << " bit " << bit;
+      tamper = [](Bytes&) {};
+      line.DiscardInput();
+      EXPECT_TRUE(protocol.TryBaud(9600) || protocol.TryBaud(9600)) << toTerminal << " bit " << bit;
+    }
+  }
+}
+
 TEST(BlockProtocol, ATerminalThatRefusesLargeBlocksKeepsToSmallOnes) {
   BlockTerminal terminal([](int, const Bytes&) { return Bytes(100, 0x77); },
                          {.RefusesBlockSize = true});
