@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <charconv>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <linux/serial.h>
 #include <poll.h>
@@ -67,10 +68,14 @@ std::int8_t CodeOfOpenError(int error) {
   }
 }
 
-// Older serial programs tell each other by a lock file that they use a port. One whose process is
+// Older serial programs tell each other by a lock file that they use a port. It has the name of the
+// device file, by whatever link (/dev/serial/by-id) the port is known here. One whose process is
 // gone counts for nothing.
 bool HasLockFile(const std::string& path) {
-  std::ifstream file("/var/lock/LCK.." + path.substr(path.rfind('/') + 1));
+  std::error_code error;
+  const std::filesystem::path device = std::filesystem::canonical(path, error);
+  if (error) return false;
+  std::ifstream file("/var/lock/LCK.." + device.filename().string());
   long process = 0;
   if (!(file >> process) || process <= 0) return false;
   struct stat status {};
