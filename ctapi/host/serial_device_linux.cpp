@@ -17,6 +17,7 @@
 
 #include "host/parity_marks.h"
 #include "host/serial_device.h"
+#include "host/serial_device_settings_linux.h"
 
 namespace ctapi::host {
 
@@ -108,13 +109,7 @@ bool Apply(int descriptor, const termios& settings) {
 bool Configure(int descriptor) {
   termios settings{};
   if (::tcgetattr(descriptor, &settings) != 0) return false;
-  ::cfmakeraw(&settings);
-  settings.c_cflag &= ~static_cast<tcflag_t>(CSIZE | CSTOPB | CRTSCTS | PARODD);
-  settings.c_cflag |= CS8 | PARENB | CREAD | CLOCAL;
-  settings.c_iflag |= INPCK | PARMRK;
-  settings.c_iflag &= ~static_cast<tcflag_t>(IGNPAR | IXON | IXOFF);
-  settings.c_cc[VMIN] = 1;
-  settings.c_cc[VTIME] = 0;
+  MakeRaw8E1(settings);
   if (!Apply(descriptor, settings)) return false;
   // A device without modem lines refuses to set them.
   const int lines = TIOCM_DTR | TIOCM_RTS;

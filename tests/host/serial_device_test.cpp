@@ -144,14 +144,20 @@ TEST(SerialDevice, WithoutThePermissionIsAHostError) {
   EXPECT_EQ(code, code::HostError);
 }
 
+// As far as a pseudo-terminal takes them; it has no parity.
 TEST(SerialDevice, HasTheSettingsOfTheProtocol) {
   const OpenLine line;
-  const OpenedLine opened = OpenSerialDevice(line.Device());
-  ASSERT_EQ(opened.Code, code::Success);
   termios settings{};
   ASSERT_EQ(::tcgetattr(line.Near(), &settings), 0);
+  settings.c_cflag |= CSTOPB | CRTSCTS | PARODD | CMSPAR;
+  settings.c_iflag &= ~static_cast<tcflag_t>(INPCK | PARMRK);
+  settings.c_lflag |= ICANON | ECHO;
+  ASSERT_EQ(::tcsetattr(line.Near(), TCSANOW, &settings), 0);
+  const OpenedLine opened = OpenSerialDevice(line.Device());
+  ASSERT_EQ(opened.Code, code::Success);
+  ASSERT_EQ(::tcgetattr(line.Near(), &settings), 0);
   EXPECT_EQ(settings.c_cflag & CSIZE, static_cast<tcflag_t>(CS8));
-  EXPECT_EQ(settings.c_cflag & (CSTOPB | CRTSCTS | PARODD), 0U);
+  EXPECT_EQ(settings.c_cflag & (CSTOPB | CRTSCTS | PARODD | CMSPAR), 0U);
   EXPECT_EQ(settings.c_iflag & (INPCK | PARMRK), static_cast<tcflag_t>(INPCK | PARMRK));
   EXPECT_EQ(settings.c_lflag & (ICANON | ECHO), 0U);
 }
