@@ -1,10 +1,12 @@
 #include "host/serial_device.h"
 
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <string>
 #include <sys/file.h>
 #include <sys/ioctl.h>
@@ -41,6 +43,47 @@ TEST(SerialDevice, LocksAndExclusiveModeOfOthersCount) {
   EXPECT_EQ(OpenSerialDevice(line.Device()).Code, code::HostError);
   ASSERT_EQ(::ioctl(line.Near(), TIOCNXCL), 0);
   EXPECT_EQ(OpenSerialDevice(line.Device()).Code, code::Success);
+}
+
+// For programs that look for it only: a lock binds nobody else.
+TEST(SerialDevice, IsInExclusiveModeWhileItIsOpen) {
+  const OpenLine line;
+  const auto isExclusive = [&line] {
+    int exclusive = -1;
+    EXPECT_EQ(::ioctl(line.Near(), TIOCGEXCL, &exclusive), 0);
+    return exclusive != 0;
+  };
+  OpenedLine opened = OpenSerialDevice(line.Device());
+  ASSERT_EQ(opened.Code, code::Success);
+  EXPECT_TRUE(isExclusive());
+  opened.Line.reset();
+  EXPECT_FALSE(isExclusive());
+}
+
+TEST(SerialDevice, IsLockedWhileItIsOpen) {
+  const OpenLine line;
+  OpenedLine opened = OpenSerialDevice(line.Device());
+  ASSERT_EQ(opened.Code, code::Success);
+  EXPECT_NE(::flock(line.Near(), LOCK_EX | LOCK_NB), 0);
+  opened.Line.reset();
+  EXPECT_EQ(::flock(line.Near(), LOCK_EX | LOCK_NB), 0);
+}
+
+// A program started meanwhile would hold the port beyond the end of ours.
+TEST(SerialDevice, IsNotHandedToOtherPrograms) {
+  const OpenLine line;
+  const OpenedLine opened = OpenSerialDevice(line.Device());
+  ASSERT_EQ(opened.Code, code::Success);
+  int descriptors = 0;
+  for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+    std::error_code closedMeanwhile;
+    if (fs::read_symlink(entry.path(), closedMeanwhile) != line.Device()) continue;
+    const int number = std::stoi(entry.path().filename().string());
+    if (number == line.Near()) continue;
+    ++descriptors;
+    EXPECT_NE(::fcntl(number, F_GETFD) & FD_CLOEXEC, 0);
+  }
+  EXPECT_EQ(descriptors, 1);
 }
 
 // A lock file of the kind that uucp began with: a process number in text, named after the device.
@@ -160,6 +203,72 @@ TEST(SerialDevice, HasTheSettingsOfTheProtocol) {
   EXPECT_EQ(settings.c_cflag & (CSTOPB | CRTSCTS | PARODD | CMSPAR), 0U);
   EXPECT_EQ(settings.c_iflag & (INPCK | PARMRK), static_cast<tcflag_t>(INPCK | PARMRK));
   EXPECT_EQ(settings.c_lflag & (ICANON | ECHO), 0U);
+}
+
+// What comes within 50 ms.
+LinePort::Reception NextOf(LinePort& line) {
+  return line.Receive(std::chrono::milliseconds(50));
+}
+
+TEST(SerialDevice, StartsWithoutOldBytes) {
+  const OpenLine line;
+  line.Deliver("old", 3);
+  const OpenedLine opened = OpenSerialDevice(line.Device());
+  ASSERT_EQ(opened.Code, code::Success);
+  EXPECT_EQ(NextOf(*opened.Line).Received, Bytes{});
+  line.Deliver("new", 3);
+  EXPECT_EQ(NextOf(*opened.Line).Received, (Bytes{'n', 'e', 'w'}));
+}
+
+// Bytes that another program could not send would go out before the first block. The other end of a
+// pseudo-terminal is told in packet mode which buffers were emptied.
+TEST(SerialDevice, EmptiesBothBuffersAtTheStart) {
+  const OpenLine line;
+  const int on = 1;
+  ASSERT_EQ(::ioctl(line.Far(), TIOCPKT, &on), 0);
+  const OpenedLine opened = OpenSerialDevice(line.Device());
+  ASSERT_EQ(opened.Code, code::Success);
+  pollfd waiting{.fd = line.Far(), .events = POLLIN | POLLPRI, .revents = 0};
+  ASSERT_EQ(::poll(&waiting, 1, 0), 1) << "nothing was emptied";
+  char status = 0;
+  ASSERT_EQ(::read(line.Far(), &status, 1), 1);
+  EXPECT_EQ(status & (TIOCPKT_FLUSHREAD | TIOCPKT_FLUSHWRITE),
+            TIOCPKT_FLUSHREAD | TIOCPKT_FLUSHWRITE);
+}
+
+TEST(SerialDevice, DiscardsWhatHasComeSoFar) {
+  const OpenLine line;
+  const OpenedLine opened = OpenSerialDevice(line.Device());
+  ASSERT_EQ(opened.Code, code::Success);
+  line.Deliver("late", 4);
+  opened.Line->DiscardInput();
+  EXPECT_EQ(NextOf(*opened.Line).Received, Bytes{});
+  line.Deliver("answer", 6);
+  EXPECT_EQ(NextOf(*opened.Line).Received, (Bytes{'a', 'n', 's', 'w', 'e', 'r'}));
+}
+
+TEST(SerialDevice, TakesAByteFFForOne) {
+  const OpenLine line;
+  const OpenedLine opened = OpenSerialDevice(line.Device());
+  ASSERT_EQ(opened.Code, code::Success);
+  line.Deliver(std::string("\xFF\x00\x41", 3), 4);
+  const LinePort::Reception reception = NextOf(*opened.Line);
+  EXPECT_EQ(reception.Received, (Bytes{0xFF, 0x00, 0x41}));
+  EXPECT_FALSE(reception.Damaged);
+}
+
+// One read takes 512 bytes, here up to the first half of the mark of an FF.
+TEST(SerialDevice, DiscardsAMarkThatHasBegun) {
+  const OpenLine line;
+  const OpenedLine opened = OpenSerialDevice(line.Device());
+  ASSERT_EQ(opened.Code, code::Success);
+  line.Deliver(std::string(511, '\0') + '\xFF', 513);
+  ASSERT_EQ(NextOf(*opened.Line).Received, Bytes(511, 0x00));
+  opened.Line->DiscardInput();
+  line.Deliver(std::string("\x00\x41", 2), 2);
+  const LinePort::Reception reception = NextOf(*opened.Line);
+  EXPECT_EQ(reception.Received, (Bytes{0x00, 0x41}));
+  EXPECT_FALSE(reception.Damaged);
 }
 
 }  // namespace

@@ -179,27 +179,5 @@ TEST(SerialLink, AnAnswerWithoutAStatusWordIsBroken) {
   EXPECT_EQ(Ask(*opened.Link, Unit::Terminal, "2013008100"), "code -10");
 }
 
-TEST(SerialTransport, ASilentDeviceIsRefused) {
-  const TerminalOnALine terminal({.IsSilent = true});
-  EXPECT_EQ(OpenCom3().Code, code::TransmissionError);
-}
-
-TEST(SerialTransport, PortsThatAreNotInTheTableAreRefused) {
-  const TerminalOnALine terminal;
-  SerialTransport transport;
-  EXPECT_EQ(transport.Open(0).Code, code::InvalidParameter);
-  EXPECT_EQ(transport.Open(255).Code, code::InvalidParameter);
-}
-
-TEST(SerialTransport, FollowsTheEnvironment) {
-  SerialTransport transport;
-  setenv(ComTableVariable, "", 1);
-  EXPECT_EQ(transport.Open(2).Code, code::InvalidParameter);
-  const TerminalOnALine terminal;
-  EXPECT_EQ(transport.Open(2).Code, code::Success);
-  setenv(ComTableVariable, "1=/dev/null", 1);
-  EXPECT_EQ(transport.Open(2).Code, code::InvalidParameter);
-}
-
 }  // namespace
 }  // namespace ctapi::host
