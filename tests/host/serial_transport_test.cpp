@@ -120,10 +120,10 @@ TEST_F(SerialTransportTest, LeavesAndTakesUpTheTableOfTheEnvironment) {
   HandOver(table);
   EXPECT_EQ(transport_.Open(Com1).Code, code::InvalidParameter);
   EXPECT_EQ(transport_.Open(Com3).Code, code::Success);
-  // The devices may be others by now, although less than a second has passed.
-  devices_.clear();
+  // Within the second in which the devices are not looked for again in a sweep.
   HandOverNoTable();
-  EXPECT_EQ(transport_.Open(Com1).Code, code::InvalidParameter);
+  EXPECT_EQ(transport_.Open(Com3).Code, code::InvalidParameter);
+  EXPECT_EQ(transport_.Open(Com1).Code, code::Success);
 }
 
 }  // namespace
