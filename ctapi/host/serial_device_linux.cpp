@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <charconv>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <linux/serial.h>
 #include <poll.h>
@@ -16,6 +17,7 @@
 
 #include "host/parity_marks.h"
 #include "host/serial_device.h"
+#include "host/serial_device_settings_linux.h"
 
 namespace ctapi::host {
 
@@ -67,10 +69,14 @@ std::int8_t CodeOfOpenError(int error) {
   }
 }
 
-// Older serial programs tell each other by a lock file that they use a port. One whose process is
+// Older serial programs tell each other by a lock file that they use a port. It has the name of the
+// device file, by whatever link (/dev/serial/by-id) the port is known here. One whose process is
 // gone counts for nothing.
 bool HasLockFile(const std::string& path) {
-  std::ifstream file("/var/lock/LCK.." + path.substr(path.rfind('/') + 1));
+  std::error_code error;
+  const std::filesystem::path device = std::filesystem::canonical(path, error);
+  if (error) return false;
+  std::ifstream file("/var/lock/LCK.." + device.filename().string());
   long process = 0;
   if (!(file >> process) || process <= 0) return false;
   struct stat status {};
@@ -103,13 +109,7 @@ bool Apply(int descriptor, const termios& settings) {
 bool Configure(int descriptor) {
   termios settings{};
   if (::tcgetattr(descriptor, &settings) != 0) return false;
-  ::cfmakeraw(&settings);
-  settings.c_cflag &= ~static_cast<tcflag_t>(CSIZE | CSTOPB | CRTSCTS | PARODD);
-  settings.c_cflag |= CS8 | PARENB | CREAD | CLOCAL;
-  settings.c_iflag |= INPCK | PARMRK;
-  settings.c_iflag &= ~static_cast<tcflag_t>(IGNPAR | IXON | IXOFF);
-  settings.c_cc[VMIN] = 1;
-  settings.c_cc[VTIME] = 0;
+  MakeRaw8E1(settings);
   if (!Apply(descriptor, settings)) return false;
   // A device without modem lines refuses to set them.
   const int lines = TIOCM_DTR | TIOCM_RTS;

@@ -31,11 +31,11 @@ const ComTable& SerialTransport::Table() {
     }
     return table_;
   }
-  const auto now = std::chrono::steady_clock::now();
+  const auto now = now_();
   if (!made_ || now - *made_ > TableLife) {
     made_ = now;
     text_.reset();
-    table_ = MakeComTable(FindComDevices());
+    table_ = MakeComTable(find_());
   }
   return table_;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 
 #include "host/com_table.h"
 #include "host/terminal_link.h"
@@ -12,11 +13,20 @@ namespace ctapi::host {
 // any device.
 class SerialTransport final : public Transport {
  public:
+  using FindDevices = std::function<std::vector<ComDevice>()>;
+  using Now = std::function<std::chrono::steady_clock::time_point()>;
+  // The devices and the clock are those of the machine but in tests.
+  explicit SerialTransport(
+      FindDevices find = [] { return FindComDevices(); }, Now now = &std::chrono::steady_clock::now)
+      : find_(std::move(find)), now_(std::move(now)) {}
+
   [[nodiscard]] OpenedLink Open(std::size_t index) override;
 
  private:
   [[nodiscard]] const ComTable& Table();
 
+  FindDevices find_;
+  Now now_;
   ComTable table_;
   std::optional<std::string> text_;  // what the table was made of, if it was handed over
   // Looking for the devices takes about a millisecond, too long for each port of a sweep.

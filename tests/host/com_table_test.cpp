@@ -1,14 +1,19 @@
 #include "host/com_table.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include "support/com_table_rows.h"
+#include "support/sentence_name.h"
+
 namespace ctapi::host {
 namespace {
 
 namespace fs = std::filesystem;
+using kartocheck::test::ComTableRow;
 
 TEST(ComTable, IsReadFromTheProgramsText) {
   EXPECT_EQ(ParseComTable("1=/dev/ttyS0;2=/dev/ttyUSB0"),
@@ -24,14 +29,32 @@ TEST(ComTable, LeavesOutWhatIsNoEntry) {
             (ComTable{{6, "/dev/g"}}));
 }
 
-TEST(ComTable, UsbDevicesFillTheFreeNumbersInTheOrderOfTheirIdentification) {
-  EXPECT_EQ(
-      MakeComTable({{.Path = "/dev/ttyUSB0", .Identification = "USB VID_0BDA"},
-                    {.Path = "/dev/ttyS1", .BuiltInNumber = 2},
-                    {.Path = "/dev/ttyACM0", .Identification = "USB VID_0403"},
-                    {.Path = "/dev/ttyUSB2", .Identification = "USB VID_0BDA"}}),
-      (ComTable{{1, "/dev/ttyACM0"}, {2, "/dev/ttyS1"}, {3, "/dev/ttyUSB0"}, {4, "/dev/ttyUSB2"}}));
+class MadeComTable : public testing::TestWithParam<ComTableRow> {
+ protected:
+  [[nodiscard]] static std::vector<ComDevice> Devices() {
+    std::vector<ComDevice> devices;
+    for (const ComTableRow::Device& each : GetParam().devices) {
+      devices.push_back({.Path = each.path,
+                         .BuiltInNumber = each.builtInNumber,
+                         .Identification = each.identification});
+    }
+    return devices;
+  }
+};
+
+TEST_P(MadeComTable, IsThatOfTheProgram) {
+  EXPECT_EQ(MakeComTable(Devices()), ParseComTable(GetParam().expected));
 }
+
+// The order in which the system finds the devices does not matter.
+TEST_P(MadeComTable, DoesNotDependOnTheOrderOfTheDevices) {
+  std::vector<ComDevice> devices = Devices();
+  std::reverse(devices.begin(), devices.end());
+  EXPECT_EQ(MakeComTable(devices), ParseComTable(GetParam().expected));
+}
+
+INSTANTIATE_TEST_SUITE_P(Host, MadeComTable, testing::ValuesIn(kartocheck::test::ComTableRows()),
+                         kartocheck::test::SentenceName());
 
 // A tree like the kernel's: serial devices with links to the hardware they belong to.
 class DeviceTree {

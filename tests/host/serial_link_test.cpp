@@ -3,14 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <fcntl.h>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <sys/file.h>
-#include <sys/ioctl.h>
-#include <sys/stat.h>
-#include <termios.h>
-#include <unistd.h>
 
 #include "host/pty_terminal.h"
 #include "host/serial_device.h"
@@ -184,87 +177,6 @@ TEST(SerialLink, AnAnswerWithoutAStatusWordIsBroken) {
   const OpenedLink opened = SerialLink::Open(std::move(line.Line));
   ASSERT_EQ(opened.Code, code::Success);
   EXPECT_EQ(Ask(*opened.Link, Unit::Terminal, "2013008100"), "code -10");
-}
-
-TEST(SerialTransport, ASilentDeviceIsRefused) {
-  const TerminalOnALine terminal({.IsSilent = true});
-  EXPECT_EQ(OpenCom3().Code, code::TransmissionError);
-}
-
-TEST(SerialTransport, PortsThatAreNotInTheTableAreRefused) {
-  const TerminalOnALine terminal;
-  SerialTransport transport;
-  EXPECT_EQ(transport.Open(0).Code, code::InvalidParameter);
-  EXPECT_EQ(transport.Open(255).Code, code::InvalidParameter);
-}
-
-TEST(SerialTransport, FollowsTheEnvironment) {
-  SerialTransport transport;
-  setenv(ComTableVariable, "", 1);
-  EXPECT_EQ(transport.Open(2).Code, code::InvalidParameter);
-  const TerminalOnALine terminal;
-  EXPECT_EQ(transport.Open(2).Code, code::Success);
-  setenv(ComTableVariable, "1=/dev/null", 1);
-  EXPECT_EQ(transport.Open(2).Code, code::InvalidParameter);
-}
-
-TEST(SerialDevice, IsHeldByOneProgram) {
-  const TerminalOnALine terminal;
-  OpenedLine first = OpenSerialDevice(terminal.Pty().Device());
-  ASSERT_EQ(first.Code, code::Success);
-  EXPECT_EQ(OpenSerialDevice(terminal.Pty().Device()).Code, code::HostError);
-  first.Line.reset();
-  EXPECT_EQ(OpenSerialDevice(terminal.Pty().Device()).Code, code::Success);
-}
-
-TEST(SerialDevice, LocksAndExclusiveModeOfOthersCount) {
-  const TerminalOnALine terminal;
-  const int other = ::open(terminal.Pty().Device().c_str(), O_RDWR | O_NOCTTY);
-  ASSERT_GE(other, 0);
-  ASSERT_EQ(::flock(other, LOCK_EX), 0);
-  EXPECT_EQ(OpenSerialDevice(terminal.Pty().Device()).Code, code::HostError);
-  ASSERT_EQ(::flock(other, LOCK_UN), 0);
-  ASSERT_EQ(::ioctl(other, TIOCEXCL), 0);
-  EXPECT_EQ(OpenSerialDevice(terminal.Pty().Device()).Code, code::HostError);
-  ASSERT_EQ(::ioctl(other, TIOCNXCL), 0);
-  EXPECT_EQ(OpenSerialDevice(terminal.Pty().Device()).Code, code::Success);
-  ::close(other);
-}
-
-TEST(SerialDevice, ThatIsNoneIsRefused) {
-  EXPECT_EQ(OpenSerialDevice("/dev/does_not_exist").Code, code::InvalidParameter);
-  EXPECT_EQ(OpenSerialDevice("/dev/null").Code, code::InvalidParameter);
-  EXPECT_EQ(OpenSerialDevice("/dev/null/tty").Code, code::InvalidParameter);
-}
-
-// The device exists, so that "not there" would send the user to look for a cable.
-TEST(SerialDevice, WithoutThePermissionIsAHostError) {
-  const TerminalOnALine terminal;
-  ASSERT_EQ(::chmod(terminal.Pty().Device().c_str(), 0), 0);
-  constexpr uid_t Nobody = 65534;
-  const bool mayOpenAll = ::geteuid() == 0;
-  if (mayOpenAll) {
-    ASSERT_EQ(::seteuid(Nobody), 0);
-  }
-  const std::int8_t code = OpenSerialDevice(terminal.Pty().Device()).Code;
-  if (mayOpenAll) {
-    ASSERT_EQ(::seteuid(0), 0);
-  }
-  EXPECT_EQ(code, code::HostError);
-}
-
-TEST(SerialDevice, HasTheSettingsOfTheProtocol) {
-  const TerminalOnALine terminal;
-  const int other = ::open(terminal.Pty().Device().c_str(), O_RDWR | O_NOCTTY);
-  const OpenedLine opened = OpenSerialDevice(terminal.Pty().Device());
-  ASSERT_EQ(opened.Code, code::Success);
-  termios settings{};
-  ASSERT_EQ(::tcgetattr(other, &settings), 0);
-  EXPECT_EQ(settings.c_cflag & CSIZE, static_cast<tcflag_t>(CS8));
-  EXPECT_EQ(settings.c_cflag & (CSTOPB | CRTSCTS | PARODD), 0U);
-  EXPECT_EQ(settings.c_iflag & (INPCK | PARMRK), static_cast<tcflag_t>(INPCK | PARMRK));
-  EXPECT_EQ(settings.c_lflag & (ICANON | ECHO), 0U);
-  ::close(other);
 }
 
 }  // namespace

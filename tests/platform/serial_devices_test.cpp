@@ -8,6 +8,7 @@
 #include <ostream>
 #include <vector>
 
+#include "support/com_table_rows.h"
 #include "support/printing.h"
 #include "support/sentence_name.h"
 
@@ -55,31 +56,25 @@ QString Path(const char16_t* path) {
   return QString::fromUtf16(path);
 }
 
+std::vector<TableRow> RowsOfTheLibraryToo() {
+  std::vector<TableRow> rows;
+  for (const ComTableRow& each : ComTableRows()) {
+    TableRow& row = rows.emplace_back(TableRow{each.sentence, {}, {}, each.expected});
+    for (const ComTableRow::Device& device : each.devices) {
+      row.devices.push_back({.path = QString::fromStdString(device.path),
+                             .builtInNumber = device.builtInNumber,
+                             .identification = QString::fromStdString(device.identification)});
+    }
+  }
+  return rows;
+}
+
+INSTANTIATE_TEST_SUITE_P(WithoutOverrides, ComTableTest, testing::ValuesIn(RowsOfTheLibraryToo()),
+                         SentenceName());
+
 INSTANTIATE_TEST_SUITE_P(
-    Platform, ComTableTest,
+    WithOverrides, ComTableTest,
     testing::Values(
-        TableRow{"a machine without ports", {}, {}, ""},
-        TableRow{"built-in ports have their own number",
-                 {BuiltIn(1), BuiltIn(2)},
-                 {},
-                 "1=/dev/ttyS0;2=/dev/ttyS1"},
-        TableRow{"a gap in the built-in ports stays free for USB",
-                 {BuiltIn(1), BuiltIn(3), Usb(0, u"A")},
-                 {},
-                 "1=/dev/ttyS0;2=/dev/ttyUSB0;3=/dev/ttyS2"},
-        TableRow{"USB devices stand in the order of their identification, not of their file",
-                 {Usb(0, u"USB VID_0403 PID_6001 Z"), Usb(1, u"USB VID_0403 PID_6001 A")},
-                 {},
-                 "1=/dev/ttyUSB1;2=/dev/ttyUSB0"},
-        TableRow{"two of the same identification stand in the order of their file",
-                 {Usb(1, u"A"), Usb(0, u"A")},
-                 {},
-                 "1=/dev/ttyUSB0;2=/dev/ttyUSB1"},
-        TableRow{"further USB devices have 5 and up",
-                 {BuiltIn(1), BuiltIn(2), BuiltIn(3), BuiltIn(4), Usb(0, u"A"), Usb(1, u"B")},
-                 {},
-                 "1=/dev/ttyS0;2=/dev/ttyS1;3=/dev/ttyS2;4=/dev/ttyS3;5=/dev/ttyUSB0;"
-                 "6=/dev/ttyUSB1"},
         TableRow{"an override takes its number from a built-in port",
                  {BuiltIn(1), BuiltIn(2)},
                  {{1, Path(u"/dev/pts/9")}},
