@@ -21,6 +21,7 @@ class FakePcsc {
     bool HasCard = true;
     bool IsMute = false;
     bool IsHeld = false;
+    DWORD OtherState = 0;  // told besides
     DWORD Events = 1;
     Bytes Atr = *BytesFromHex("3B 80 80 01 01");
     DWORD Protocol = SCARD_PROTOCOL_T1;
@@ -158,6 +159,7 @@ class FakePcsc {
     state.cbAtr = std::min<DWORD>(atr.size(), sizeof state.rgbAtr);
     std::copy_n(atr.begin(), state.cbAtr, state.rgbAtr);
     if (reader->second.IsHeld) state.dwEventState |= SCARD_STATE_INUSE;
+    state.dwEventState |= reader->second.OtherState;
     return state.dwEventState == known ? SCARD_E_TIMEOUT : SCARD_S_SUCCESS;
   }
 

@@ -357,6 +357,56 @@ TEST_F(ReaderLinkTest, AHeldReaderWithoutACardIsWaitedAt) {
   EXPECT_EQ(pcsc_.EndlessWaits, 0);
 }
 
+TEST_F(ReaderLinkTest, AnExclusiveConnectionOfAnotherProgramHoldsTheCardToo) {
+  Reader().OtherState = SCARD_STATE_EXCLUSIVE;
+  EXPECT_EQ(AskTerminal(RequestIcc), "code -127");
+}
+
+TEST_F(ReaderLinkTest, AReaderWithoutAStateIsGone) {
+  for (const DWORD state : {SCARD_STATE_UNKNOWN, SCARD_STATE_UNAVAILABLE, SCARD_STATE_IGNORE}) {
+    Reader().OtherState = state;
+    EXPECT_EQ(AskTerminal(CardStatus), "code -8") << state;
+    Reader().OtherState = 0;
+    EXPECT_EQ(AskTerminal(CardStatus), "8001019000") << state;
+  }
+}
+
+TEST_F(ReaderLinkTest, AWarmResetMayChangeTheProtocol) {
+  EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+  Reader().Protocol = SCARD_PROTOCOL_T0;
+  EXPECT_EQ(AskTerminal(ResetIcc), "9001");
+  EXPECT_EQ(AskCard("80840000"), "9000");
+  EXPECT_EQ(pcsc_.Sent.back(), *BytesFromHex("8084000000")) << "as T=0 sends it";
+}
+
+TEST_F(ReaderLinkTest, AnotherCardDuringTheExchangeIsNotOurs) {
+  EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+  pcsc_.OnTransmit = [this](const Bytes&, Bytes&) {
+    PullCard();
+    InsertCard();
+    return SCARD_E_NOT_TRANSACTED;
+  };
+  EXPECT_EQ(AskCard(Select), "code -8");
+}
+
+TEST_F(ReaderLinkTest, WithoutSecondsNothingIsWaitedFor) {
+  PullCard();
+  EXPECT_EQ(AskTerminal("201201000005"), "6200") << "the byte is none of the command's data";
+  EXPECT_EQ(AskTerminal("20120100"), "6200");
+  EXPECT_EQ(SecondsPassed(), 0);
+}
+
+TEST_F(ReaderLinkTest, GetResponseHasTheClassOfItsCommand) {
+  Reader().Protocol = SCARD_PROTOCOL_T0;
+  EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+  pcsc_.OnTransmit = [this](const Bytes&, Bytes& answer) {
+    answer = *BytesFromHex(pcsc_.Sent.size() == 1 ? "61 02" : "AA BB 90 00");
+    return SCARD_S_SUCCESS;
+  };
+  EXPECT_EQ(AskCard("80A4000002AABB00"), "AABB9000");
+  EXPECT_EQ(pcsc_.Sent.back(), *BytesFromHex("80C0000002"));
+}
+
 TEST_F(ReaderLinkTest, AnAnswerOfAnyLengthIsHandedOn) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   const std::string data(2 * 300, 'A');
