@@ -363,7 +363,8 @@ TEST_F(ReaderLinkTest, AnExclusiveConnectionOfAnotherProgramHoldsTheCardToo) {
 }
 
 TEST_F(ReaderLinkTest, AReaderWithoutAStateIsGone) {
-  for (const DWORD state : {SCARD_STATE_UNKNOWN, SCARD_STATE_UNAVAILABLE, SCARD_STATE_IGNORE}) {
+  constexpr DWORD States[] = {SCARD_STATE_UNKNOWN, SCARD_STATE_UNAVAILABLE, SCARD_STATE_IGNORE};
+  for (const DWORD state : States) {
     Reader().OtherState = state;
     EXPECT_EQ(AskTerminal(CardStatus), "code -8") << state;
     Reader().OtherState = 0;
