@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "ct_bcs.h"
+
 namespace ctapi::host {
 
 namespace {
@@ -315,8 +317,7 @@ void BlockProtocol::TakeBlockSize(const Block& request) {
 }
 
 bool MayBeRepeated(Unit unit, ByteView command) {
-  constexpr std::array<std::uint8_t, 3> TerminalInstructions{0x11,   // RESET CT, RESET ICC
-                                                             0x13,   // GET STATUS
+  constexpr std::array<std::uint8_t, 3> TerminalInstructions{ct_bcs::InsReset, ct_bcs::InsGetStatus,
                                                              0x71};  // query of the connection
   constexpr std::array<std::uint8_t, 3> CardInstructions{0xA4,       // SELECT
                                                          0xB0,       // READ BINARY

@@ -6,7 +6,7 @@
 // The C entry points of CTNRV32 over the serial lines and PC/SC readers of this machine.
 namespace {
 
-namespace code = ctapi::host::code;
+namespace code = ctapi::code;
 
 ctapi::host::HostLibrary& TheLibrary() {
   static ctapi::host::HostLibrary library(

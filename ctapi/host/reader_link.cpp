@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "ct_bcs.h"
 #include "host/reader_texts.h"
 
 namespace ctapi::host {
@@ -10,28 +11,6 @@ namespace {
 
 using std::chrono::milliseconds;
 using std::chrono::seconds;
-
-// CT-BCS: class, instructions, functional units in P1, data objects in P2 of GET STATUS.
-constexpr std::uint8_t TerminalClass = 0x20;
-constexpr std::uint8_t InsReset = 0x11;
-constexpr std::uint8_t InsRequestIcc = 0x12;
-constexpr std::uint8_t InsGetStatus = 0x13;
-constexpr std::uint8_t InsEjectIcc = 0x15;
-
-constexpr std::uint8_t UnitTerminal = 0x00;
-constexpr std::uint8_t UnitSlot1 = 0x01;
-
-constexpr std::uint8_t ObjectManufacturer = 0x46;
-constexpr std::uint8_t ObjectCardStatus = 0x80;
-constexpr std::uint8_t ObjectFunctionalUnits = 0x81;
-
-constexpr std::uint8_t CardAbsent = 0x00;
-constexpr std::uint8_t CardPresent = 0x01;
-constexpr std::uint8_t CardConnected = 0x05;
-
-// What RESET ICC and REQUEST ICC return of the card (lower half of P2).
-constexpr std::uint8_t NoCardData = 0x00;
-constexpr std::uint8_t WholeAtr = 0x01;
 
 // Places of a command.
 constexpr std::size_t HeaderLength = 4;
@@ -64,7 +43,7 @@ PcscResult Reply(Bytes& response, std::uint16_t word) {
 
 bool AsksForKnownCardData(ByteView command) {
   const std::uint8_t wanted = command[P2] & 0x0F;
-  return wanted == NoCardData || wanted == WholeAtr;
+  return wanted == ct_bcs::NoCardData || wanted == ct_bcs::WholeAtr;
 }
 
 // Seconds that the command's data tell to wait.
@@ -111,16 +90,16 @@ std::int8_t ReaderLink::Exchange(Unit unit, ByteView command, Bytes& response) {
 }
 
 PcscResult ReaderLink::ToTerminal(ByteView command, Bytes& response) {
-  if (command[0] != TerminalClass) return Reply(response, sw::UnknownClass);
+  if (command[0] != ct_bcs::TerminalClass) return Reply(response, sw::UnknownClass);
   if (command.size() < HeaderLength) return Reply(response, sw::WrongLength);
   switch (command[1]) {
-    case InsReset:
-      return command[P1] == UnitTerminal ? ResetCt(response) : ResetIcc(command, response);
-    case InsRequestIcc:
+    case ct_bcs::InsReset:
+      return command[P1] == ct_bcs::UnitTerminal ? ResetCt(response) : ResetIcc(command, response);
+    case ct_bcs::InsRequestIcc:
       return RequestIcc(command, response);
-    case InsGetStatus:
+    case ct_bcs::InsGetStatus:
       return GetStatus(command, response);
-    case InsEjectIcc:
+    case ct_bcs::InsEjectIcc:
       return EjectIcc(command, response);
     default:
       return Reply(response, sw::UnknownInstruction);
@@ -145,7 +124,7 @@ PcscResult ReaderLink::ResetCt(Bytes& response) {
 }
 
 PcscResult ReaderLink::ResetIcc(ByteView command, Bytes& response) {
-  if (command[P1] != UnitSlot1 || !AsksForKnownCardData(command)) {
+  if (command[P1] != ct_bcs::UnitSlot1 || !AsksForKnownCardData(command)) {
     return Reply(response, sw::WrongParameters);
   }
   ReaderState state;
@@ -168,7 +147,7 @@ PcscResult ReaderLink::ResetIcc(ByteView command, Bytes& response) {
 }
 
 PcscResult ReaderLink::RequestIcc(ByteView command, Bytes& response) {
-  if (command[P1] != UnitSlot1 || !AsksForKnownCardData(command)) {
+  if (command[P1] != ct_bcs::UnitSlot1 || !AsksForKnownCardData(command)) {
     return Reply(response, sw::WrongParameters);
   }
   ReaderState state;
@@ -211,7 +190,7 @@ PcscResult ReaderLink::Activate(ByteView command, ReaderState state, Bytes& resp
 }
 
 Bytes ReaderLink::ActivationAnswer(ByteView command) const {
-  Bytes answer = (command[P2] & 0x0F) == WholeAtr ? atr_ : Bytes{};
+  Bytes answer = (command[P2] & 0x0F) == ct_bcs::WholeAtr ? atr_ : Bytes{};
   const Bytes word = StatusWord(isMemory_ ? sw::Ok : sw::OkProcessorCard);
   answer.insert(answer.end(), word.begin(), word.end());
   return answer;
@@ -220,22 +199,22 @@ Bytes ReaderLink::ActivationAnswer(ByteView command) const {
 PcscResult ReaderLink::GetStatus(ByteView command, Bytes& response) {
   ReaderState state;
   if (const PcscResult result = Look(state); result != PcscResult::Ok) return result;
-  if (command[P1] != UnitTerminal) return Reply(response, sw::WrongParameters);
+  if (command[P1] != ct_bcs::UnitTerminal) return Reply(response, sw::WrongParameters);
   switch (command[P2]) {
-    case ObjectManufacturer:
+    case ct_bcs::ObjectManufacturer:
       if (manufacturer_.empty()) {
         manufacturer_ = ManufacturerObject(
             reader_, state.IsHeld ? std::nullopt : service_.DriverVersion(reader_));
       }
       response = manufacturer_;
       break;
-    case ObjectCardStatus: {
-      const std::uint8_t idle = state.HasCard ? CardPresent : CardAbsent;
-      response = {ObjectCardStatus, 1, card_ ? CardConnected : idle};
+    case ct_bcs::ObjectCardStatus: {
+      const std::uint8_t idle = state.HasCard ? ct_bcs::CardPresent : ct_bcs::CardAbsent;
+      response = {ct_bcs::ObjectCardStatus, 1, card_ ? ct_bcs::CardConnected : idle};
       break;
     }
-    case ObjectFunctionalUnits:
-      response = {ObjectFunctionalUnits, 1, UnitSlot1};
+    case ct_bcs::ObjectFunctionalUnits:
+      response = {ct_bcs::ObjectFunctionalUnits, 1, ct_bcs::UnitSlot1};
       break;
     default:
       return Reply(response, sw::WrongParameters);
@@ -246,7 +225,7 @@ PcscResult ReaderLink::GetStatus(ByteView command, Bytes& response) {
 }
 
 PcscResult ReaderLink::EjectIcc(ByteView command, Bytes& response) {
-  if (command[P1] != UnitSlot1) return Reply(response, sw::WrongParameters);
+  if (command[P1] != ct_bcs::UnitSlot1) return Reply(response, sw::WrongParameters);
   Drop();
   ReaderState state;
   if (const PcscResult result = Look(state); result != PcscResult::Ok) return result;

@@ -4,8 +4,8 @@
 #include <optional>
 
 #include "host/bytes.h"
-#include "host/return_code.h"
 #include "host/unit.h"
+#include "return_code.h"
 
 // The two ways to a terminal, a serial line and PC/SC, as the library sees them. Every function
 // returns a code of the CT-API.

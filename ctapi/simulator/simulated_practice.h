@@ -8,22 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "return_code.h"
 #include "simulator/scripted_fault.h"
 #include "simulator/serial_line.h"
 #include "simulator/simulated_terminal.h"
 
 namespace ctapi {
-
-// Codes of the CT-API.
-namespace code {
-inline constexpr std::int8_t Success = 0;
-inline constexpr std::int8_t InvalidParameter = -1;
-inline constexpr std::int8_t TerminalError = -8;
-inline constexpr std::int8_t TransmissionError = -10;
-inline constexpr std::int8_t BufferTooSmall = -11;
-inline constexpr std::int8_t HostError = -127;
-inline constexpr std::int8_t HtsiError = -128;
-}  // namespace code
 
 // One port of the PC: what is attached to it and how the library's calls on it end.
 struct SimulatedPort {

@@ -2,32 +2,14 @@
 
 #include <utility>
 
+#include "ct_bcs.h"
+
 namespace ctapi {
 
 namespace {
 
-// CT-BCS: class, instructions, functional units in P1, data objects in P2 of GET STATUS.
-constexpr std::uint8_t TerminalClass = 0x20;
-constexpr std::uint8_t InsReset = 0x11;
-constexpr std::uint8_t InsRequestIcc = 0x12;
-constexpr std::uint8_t InsGetStatus = 0x13;
-constexpr std::uint8_t InsEjectIcc = 0x15;
+// Not of CT-BCS: asks how a terminal is connected.
 constexpr std::uint8_t InsUsbQuery = 0x71;
-
-constexpr std::uint8_t UnitTerminal = 0x00;
-constexpr std::uint8_t UnitSlot1 = 0x01;
-
-constexpr std::uint8_t ObjectManufacturer = 0x46;
-constexpr std::uint8_t ObjectCardStatus = 0x80;
-constexpr std::uint8_t ObjectFunctionalUnits = 0x81;
-
-constexpr std::uint8_t CardAbsent = 0x00;
-constexpr std::uint8_t CardPresent = 0x01;
-constexpr std::uint8_t CardConnected = 0x05;
-
-// What RESET and REQUEST ICC return of the card (lower half of P2).
-constexpr std::uint8_t NoCardData = 0x00;
-constexpr std::uint8_t WholeAtr = 0x01;
 
 void PowerUp(CardImage& card) {
   std::visit([](auto& image) { image.Reset(); }, card);
@@ -63,15 +45,15 @@ void SimulatedTerminal::Store(CardImage record) {
 Bytes SimulatedTerminal::TransmitToTerminal(ByteView bytes) {
   const auto command = ParseCommand(bytes);
   if (!command) return Answer(sw::WrongLength);
-  if (command->Cla != TerminalClass) return Answer(sw::UnknownClass);
+  if (command->Cla != ct_bcs::TerminalClass) return Answer(sw::UnknownClass);
   switch (command->Ins) {
-    case InsReset:
+    case ct_bcs::InsReset:
       return Reset(*command);
-    case InsRequestIcc:
+    case ct_bcs::InsRequestIcc:
       return RequestIcc(*command);
-    case InsGetStatus:
+    case ct_bcs::InsGetStatus:
       return GetStatus(*command);
-    case InsEjectIcc:
+    case ct_bcs::InsEjectIcc:
       return EjectIcc(*command);
     case InsUsbQuery:
       return AnswerToUsbQuery(*command);
@@ -91,11 +73,11 @@ Bytes SimulatedTerminal::TransmitToCard(ByteView bytes) {
 }
 
 Bytes SimulatedTerminal::Reset(const Command& command) {
-  if (command.P1 == UnitTerminal) {
+  if (command.P1 == ct_bcs::UnitTerminal) {
     active_ = Presented::Nothing;
     return Answer(profile_.Reset);
   }
-  if (command.P1 != UnitSlot1) return Answer(sw::WrongParameters);
+  if (command.P1 != ct_bcs::UnitSlot1) return Answer(sw::WrongParameters);
   if (state_.Mode == Condition::MenuActive || state_.Mode == Condition::Locked) {
     return Answer(sw::NotAllowed);
   }
@@ -104,7 +86,7 @@ Bytes SimulatedTerminal::Reset(const Command& command) {
 }
 
 Bytes SimulatedTerminal::RequestIcc(const Command& command) {
-  if (command.P1 != UnitSlot1) return Answer(sw::WrongParameters);
+  if (command.P1 != ct_bcs::UnitSlot1) return Answer(sw::WrongParameters);
   switch (state_.Mode) {
     case Condition::MenuActive:
     case Condition::Locked:
@@ -121,26 +103,29 @@ Bytes SimulatedTerminal::RequestIcc(const Command& command) {
 
 Bytes SimulatedTerminal::Activate(const Command& command) {
   const std::uint8_t wanted = command.P2 & 0x0F;
-  if (wanted != NoCardData && wanted != WholeAtr) return Answer(sw::WrongParameters);
+  if (wanted != ct_bcs::NoCardData && wanted != ct_bcs::WholeAtr)
+    return Answer(sw::WrongParameters);
   active_ = WhatThereIs();
   CardImage& card = *ActiveCard();
   PowerUp(card);
-  return Answer(wanted == WholeAtr ? AtrOf(card) : Bytes{}, WordOf(card));
+  return Answer(wanted == ct_bcs::WholeAtr ? AtrOf(card) : Bytes{}, WordOf(card));
 }
 
 Bytes SimulatedTerminal::GetStatus(const Command& command) const {
-  if (command.P1 != UnitTerminal) return Answer(sw::WrongParameters);
+  if (command.P1 != ct_bcs::UnitTerminal) return Answer(sw::WrongParameters);
   switch (command.P2) {
-    case ObjectManufacturer:
+    case ct_bcs::ObjectManufacturer:
       return profile_.AnswerToManufacturerQuery();
-    case ObjectCardStatus: {
-      const std::uint8_t idle = WhatThereIs() == Presented::Nothing ? CardAbsent : CardPresent;
-      const Bytes status{ObjectCardStatus, 1, active_ == Presented::Nothing ? idle : CardConnected};
+    case ct_bcs::ObjectCardStatus: {
+      const std::uint8_t idle =
+          WhatThereIs() == Presented::Nothing ? ct_bcs::CardAbsent : ct_bcs::CardPresent;
+      const Bytes status{ct_bcs::ObjectCardStatus, 1,
+                         active_ == Presented::Nothing ? idle : ct_bcs::CardConnected};
       return Answer(status, sw::Ok);
     }
-    case ObjectFunctionalUnits: {
+    case ct_bcs::ObjectFunctionalUnits: {
       if (profile_.FunctionalUnits != sw::Ok) return Answer(profile_.FunctionalUnits);
-      const Bytes units{ObjectFunctionalUnits, 1, UnitSlot1};
+      const Bytes units{ct_bcs::ObjectFunctionalUnits, 1, ct_bcs::UnitSlot1};
       return Answer(units, sw::Ok);
     }
     default:
@@ -150,7 +135,7 @@ Bytes SimulatedTerminal::GetStatus(const Command& command) const {
 
 // The slot has no motor: with a waiting time the terminal waits in vain for the card to be taken.
 Bytes SimulatedTerminal::EjectIcc(const Command& command) {
-  if (command.P1 != UnitSlot1) return Answer(sw::WrongParameters);
+  if (command.P1 != ct_bcs::UnitSlot1) return Answer(sw::WrongParameters);
   const bool cardStays = active_ != Presented::Record && card_.has_value();
   const bool waits = !command.Data.empty() && command.Data.front() != 0;
   active_ = Presented::Nothing;

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "platform/dialogs.h"
-#include "platform/display.h"
-#include "platform/event_loop.h"
+#include "support/quiet_display.h"
 
 namespace kartocheck::fuzz {
 
@@ -27,21 +26,7 @@ class QuietDialogs final : public Dialogs {
   bool agrees_;
 };
 
-class QuietDisplay final : public Display {
- public:
-  void ShowStatusText(const QString& /*text*/) override {}
-  void ShowProgress(int /*percent*/) override {}
-  bool ShowFrameX(int /*frame*/) override { return false; }
-  void ShowDiagnosisStep(const QString& /*step*/) override {}
-  void EnablePort(int /*slot*/, bool /*enabled*/) override {}
-  void SetLamp(Lamp /*lamp*/, LampState /*state*/) override {}
-  void ShowSlot(int /*slot*/) override {}
-};
-
-class QuietEventLoop final : public EventLoop {
- public:
-  void Yield() override {}
-  void Wait(std::chrono::milliseconds /*duration*/) override {}
-};
+using test::QuietDisplay;
+using test::QuietEventLoop;
 
 }  // namespace kartocheck::fuzz

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 // Codes of the CT-API, as every entry point returns them.
-namespace ctapi::host::code {
+namespace ctapi::code {
 
 inline constexpr std::int8_t Success = 0;
 inline constexpr std::int8_t InvalidParameter = -1;
@@ -13,4 +13,4 @@ inline constexpr std::int8_t BufferTooSmall = -11;
 inline constexpr std::int8_t HostError = -127;
 inline constexpr std::int8_t HtsiError = -128;
 
-}  // namespace ctapi::host::code
+}  // namespace ctapi::code
