@@ -7,7 +7,7 @@
 
 #include "egk/vsd_decoder.h"
 #include "kvk/read_dispatcher.h"
-#include "platform/ct_api_simulated.h"
+#include "platform/simulated/ct_api_simulated.h"
 #include "quiet_front_end.h"
 #include "simulator/scenario.h"
 

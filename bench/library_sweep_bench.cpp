@@ -9,7 +9,7 @@
 #include <sys/mount.h>
 
 #include "host/pcscd_service.h"
-#include "platform/ct_api_library.h"
+#include "platform/qt/ct_api_library.h"
 #include "stopwatch.h"
 
 namespace kartocheck::bench {

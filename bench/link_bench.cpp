@@ -6,7 +6,7 @@
 #include <benchmark/benchmark.h>
 #include <cstdlib>
 
-#include "platform/ct_api_library.h"
+#include "platform/qt/ct_api_library.h"
 #include "quiet_front_end.h"
 #include "stopwatch.h"
 #include "terminal/command_catalogue.h"

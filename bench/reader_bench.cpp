@@ -14,7 +14,7 @@
 #include "host/pcscd_service.h"
 #include "host/virtual_egk.h"
 #include "kvk/read_dispatcher.h"
-#include "platform/ct_api_library.h"
+#include "platform/qt/ct_api_library.h"
 #include "quiet_front_end.h"
 #include "simulator/scenario.h"
 #include "stopwatch.h"

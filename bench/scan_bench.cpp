@@ -11,9 +11,9 @@
 #include "app/bas_mkt_test.h"
 #include "console/console_front_end.h"
 #include "discovery/port_sweep.h"
-#include "platform/ct_api_simulated.h"
-#include "platform/qt_event_loop.h"
-#include "platform/serial_port_simulated.h"
+#include "platform/qt/qt_event_loop.h"
+#include "platform/simulated/ct_api_simulated.h"
+#include "platform/simulated/serial_port_simulated.h"
 #include "ui/main_window/test_flow.h"
 
 namespace kartocheck::bench {

@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "host/bytes.h"
-#include "host/unit.h"
+#include "protocol/bytes.h"
+#include "protocol/unit.h"
 
 // Blocks of the protocol T=1 (ISO 7816-3) as terminals use them on a serial line: node address
 // (NAD), protocol control byte (PCB), length (LEN), information, and the XOR of all of that (LRC).

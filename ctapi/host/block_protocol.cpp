@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "ct_bcs.h"
+#include "protocol/ct_bcs.h"
 
 namespace ctapi::host {
 

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <stdexcept>
 
-#include "host/bytes.h"
+#include "protocol/bytes.h"
 
 namespace ctapi::host {
 

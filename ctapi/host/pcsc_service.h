@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "host/bytes.h"
 #include "host/pcsc_api.h"
+#include "protocol/bytes.h"
 
 namespace ctapi::host {
 

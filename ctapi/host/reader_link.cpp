@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "ct_bcs.h"
 #include "host/reader_texts.h"
+#include "protocol/ct_bcs.h"
 
 namespace ctapi::host {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/bytes.h"
+#include "protocol/bytes.h"
 
 namespace ctapi::host {
 

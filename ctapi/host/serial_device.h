@@ -4,7 +4,7 @@
 #include <string>
 
 #include "host/line_port.h"
-#include "return_code.h"
+#include "protocol/return_code.h"
 
 namespace ctapi::host {
 

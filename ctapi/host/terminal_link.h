@@ -3,9 +3,9 @@
 #include <memory>
 #include <optional>
 
-#include "host/bytes.h"
-#include "host/unit.h"
-#include "return_code.h"
+#include "protocol/bytes.h"
+#include "protocol/return_code.h"
+#include "protocol/unit.h"
 
 // The two ways to a terminal, a serial line and PC/SC, as the library sees them. Every function
 // returns a code of the CT-API.

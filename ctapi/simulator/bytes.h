@@ -3,14 +3,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string_view>
-#include <vector>
+
+#include "protocol/bytes.h"
 
 namespace ctapi {
-
-using Bytes = std::vector<std::uint8_t>;
-using ByteView = std::span<const std::uint8_t>;
 
 // The bytes of a text of hexadecimal digits, two a byte, in either case; blanks and line breaks
 // between bytes are skipped. Nothing for any other character and for half a byte.

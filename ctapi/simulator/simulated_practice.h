@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "return_code.h"
+#include "protocol/return_code.h"
 #include "simulator/scripted_fault.h"
 #include "simulator/serial_line.h"
 #include "simulator/simulated_terminal.h"

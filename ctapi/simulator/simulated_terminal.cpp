@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "ct_bcs.h"
+#include "protocol/ct_bcs.h"
 
 namespace ctapi {
 

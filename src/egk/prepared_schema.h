@@ -6,7 +6,7 @@
 
 #include <optional>
 
-#include "platform/xml_schema.h"
+#include "platform/documents/xml_schema.h"
 
 namespace kartocheck {
 

@@ -4,8 +4,8 @@
 
 #include "egk/prepared_schema.h"
 #include "egk/vsd_fields.h"
-#include "platform/gzip.h"
-#include "platform/xml_document.h"
+#include "platform/documents/gzip.h"
+#include "platform/documents/xml_document.h"
 #include "text/code_page.h"
 #include "text/lines.h"
 

@@ -2,7 +2,7 @@
 
 #include "egk/egk_data.h"
 #include "kvk/insured_data.h"
-#include "platform/xml_document.h"
+#include "platform/documents/xml_document.h"
 
 namespace kartocheck {
 

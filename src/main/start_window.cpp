@@ -7,7 +7,7 @@
 #include <cstdlib>
 
 #include "app/bas_mkt_test.h"
-#include "platform/qt_event_loop.h"
+#include "platform/qt/qt_event_loop.h"
 #include "platform/termination_signal.h"
 #include "ui/form_first_user.h"
 #include "ui/form_mkt_test.h"

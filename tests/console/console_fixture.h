@@ -5,8 +5,8 @@
 #include <string>
 
 #include "console/console_run.h"
-#include "platform/ct_api_simulated.h"
-#include "platform/serial_port_simulated.h"
+#include "platform/simulated/ct_api_simulated.h"
+#include "platform/simulated/serial_port_simulated.h"
 #include "support/fake_event_loop.h"
 #include "support/link_fixture.h"
 #include "support/simulated_ports.h"

@@ -16,7 +16,7 @@
 #include "gui/support/window_visitor.h"
 #include "host/pcscd_service.h"
 #include "host/virtual_egk.h"
-#include "platform/ct_api_library.h"
+#include "platform/qt/ct_api_library.h"
 #include "simulator/scenario.h"
 #include "support/fake_port_directory.h"
 #include "support/fake_serial_port.h"

@@ -16,7 +16,7 @@
 #include "gui/support/box_answerer.h"
 #include "gui/support/simulated_program.h"
 #include "gui/support/window_visitor.h"
-#include "platform/qt_event_loop.h"
+#include "platform/qt/qt_event_loop.h"
 #include "support/fake_dialogs.h"
 #include "support/printing.h"
 #include "support/sentence_name.h"

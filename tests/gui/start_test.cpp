@@ -15,8 +15,8 @@
 #include "gui/support/box_answerer.h"
 #include "gui/support/screen.h"
 #include "main/start_window.h"
-#include "platform/ct_api_simulated.h"
-#include "platform/serial_port_simulated.h"
+#include "platform/simulated/ct_api_simulated.h"
+#include "platform/simulated/serial_port_simulated.h"
 #include "simulator/simulated_practice.h"
 #include "support/printing.h"
 

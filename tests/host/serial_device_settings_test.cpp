@@ -1,6 +1,7 @@
+#include "host/linux/serial_device_settings.h"
+
 #include <gtest/gtest.h>
 
-#include "host/serial_device_settings_linux.h"
 #include "simulator/hex.h"
 
 namespace ctapi::host {

@@ -1,4 +1,4 @@
-#include "platform/ct_api_library.h"
+#include "platform/qt/ct_api_library.h"
 
 #include <QDir>
 #include <QFile>

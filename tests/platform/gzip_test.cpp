@@ -1,4 +1,4 @@
-#include "platform/gzip.h"
+#include "platform/documents/gzip.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,8 +15,8 @@
 #include <unistd.h>
 #endif
 
+#include "platform/documents/scratch_file.h"
 #include "platform/memory_file.h"
-#include "platform/scratch_file.h"
 #include "support/gzip_data.h"
 #include "support/printing.h"
 

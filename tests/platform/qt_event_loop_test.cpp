@@ -1,4 +1,4 @@
-#include "platform/qt_event_loop.h"
+#include "platform/qt/qt_event_loop.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,4 +1,4 @@
-#include "platform/qt_serial_port.h"
+#include "platform/qt/qt_serial_port.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -22,7 +22,7 @@
 #include <vector>
 
 #include "discovery/serial_test.h"
-#include "platform/qt_event_loop.h"
+#include "platform/qt/qt_event_loop.h"
 #include "support/printing.h"
 #include "support/sentence_name.h"
 #include "support/serial_line_terminal.h"

@@ -1,4 +1,4 @@
-#include "platform/xml_document.h"
+#include "platform/documents/xml_document.h"
 
 #include <gtest/gtest.h>
 #include <string>

@@ -1,4 +1,4 @@
-#include "platform/xml_schema.h"
+#include "platform/documents/xml_schema.h"
 
 #include <QFile>
 #include <QTemporaryDir>

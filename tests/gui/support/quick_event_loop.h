@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/qt_event_loop.h"
+#include "platform/qt/qt_event_loop.h"
 
 namespace kartocheck::test {
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/ct_api_simulated.h"
-#include "platform/serial_port_simulated.h"
+#include "platform/simulated/ct_api_simulated.h"
+#include "platform/simulated/serial_port_simulated.h"
 #include "support/fake_dialogs.h"
 #include "support/fake_display.h"
 #include "support/fake_event_loop.h"

@@ -7,8 +7,8 @@
 #include <gtest/gtest.h>
 #include <set>
 
-#include "platform/ct_api_simulated.h"
-#include "platform/serial_port_simulated.h"
+#include "platform/simulated/ct_api_simulated.h"
+#include "platform/simulated/serial_port_simulated.h"
 #include "simulator/scenario.h"
 #include "support/fake_display.h"
 #include "support/fake_event_loop.h"

@@ -1,3 +1,5 @@
+#include "platform/termination_signal.h"
+
 #include <QSocketNotifier>
 
 #include <array>
@@ -7,8 +9,6 @@
 #include <system_error>
 #include <unistd.h>
 #include <utility>
-
-#include "platform/termination_signal.h"
 
 namespace kartocheck {
 

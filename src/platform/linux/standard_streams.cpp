@@ -1,8 +1,8 @@
+#include "platform/standard_streams.h"
+
 #include <cerrno>
 #include <poll.h>
 #include <unistd.h>
-
-#include "platform/standard_streams.h"
 
 namespace kartocheck {
 

@@ -1,4 +1,4 @@
-#include "platform/qt_serial_port.h"
+#include "platform/qt/qt_serial_port.h"
 
 #include <utility>
 

@@ -3,7 +3,7 @@
 #include <memory>
 #include <optional>
 
-#include "platform/xml_document.h"
+#include "platform/documents/xml_document.h"
 
 struct _xmlSchema;
 

@@ -4,9 +4,9 @@
 #include <span>
 #include <vector>
 
-namespace ctapi::host {
+namespace ctapi {
 
 using Bytes = std::vector<std::uint8_t>;
 using ByteView = std::span<const std::uint8_t>;
 
-}  // namespace ctapi::host
+}  // namespace ctapi

@@ -1,4 +1,4 @@
-#include "host/serial_device_settings_linux.h"
+#include "host/linux/serial_device_settings.h"
 
 namespace ctapi::host {
 

@@ -1,4 +1,4 @@
-#include "platform/serial_port_simulated.h"
+#include "platform/simulated/serial_port_simulated.h"
 
 #include <QList>
 

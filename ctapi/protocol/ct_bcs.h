@@ -11,6 +11,8 @@ inline constexpr std::uint8_t InsReset = 0x11;
 inline constexpr std::uint8_t InsRequestIcc = 0x12;
 inline constexpr std::uint8_t InsGetStatus = 0x13;
 inline constexpr std::uint8_t InsEjectIcc = 0x15;
+// Not of CT-BCS but of the makers known here: how the terminal is connected.
+inline constexpr std::uint8_t InsConnectionQuery = 0x71;
 
 inline constexpr std::uint8_t UnitTerminal = 0x00;
 inline constexpr std::uint8_t UnitSlot1 = 0x01;

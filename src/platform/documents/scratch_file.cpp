@@ -1,4 +1,4 @@
-#include "platform/scratch_file.h"
+#include "platform/documents/scratch_file.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "platform/ct_api_simulated.h"
+#include "platform/simulated/ct_api_simulated.h"
 
 namespace kartocheck {
 

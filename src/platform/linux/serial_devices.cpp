@@ -1,3 +1,5 @@
+#include "platform/serial_devices.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -12,8 +14,6 @@
 #include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
-
-#include "platform/serial_devices.h"
 
 namespace kartocheck {
 

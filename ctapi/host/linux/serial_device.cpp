@@ -1,3 +1,5 @@
+#include "host/serial_device.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -15,9 +17,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "host/linux/serial_device_settings.h"
 #include "host/parity_marks.h"
-#include "host/serial_device.h"
-#include "host/serial_device_settings_linux.h"
 
 namespace ctapi::host {
 

@@ -1,11 +1,11 @@
-#include "platform/xml_document.h"
+#include "platform/documents/xml_document.h"
 
 #include <algorithm>
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
-#include "platform/c_handle.h"
-#include "platform/xml_errors.h"
+#include "platform/documents/c_handle.h"
+#include "platform/documents/xml_errors.h"
 
 namespace kartocheck {
 

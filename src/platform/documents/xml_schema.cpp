@@ -1,9 +1,9 @@
-#include "platform/xml_schema.h"
+#include "platform/documents/xml_schema.h"
 
 #include <libxml/xmlschemas.h>
 
-#include "platform/c_handle.h"
-#include "platform/xml_errors.h"
+#include "platform/documents/c_handle.h"
+#include "platform/documents/xml_errors.h"
 
 namespace kartocheck {
 

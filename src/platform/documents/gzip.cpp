@@ -1,13 +1,13 @@
-#include "platform/gzip.h"
+#include "platform/documents/gzip.h"
 
 #include <QFile>
 
 #include <optional>
 #include <zlib.h>
 
-#include "platform/c_handle.h"
+#include "platform/documents/c_handle.h"
+#include "platform/documents/scratch_file.h"
 #include "platform/memory_file.h"
-#include "platform/scratch_file.h"
 
 namespace kartocheck {
 

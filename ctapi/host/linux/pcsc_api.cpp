@@ -1,6 +1,6 @@
-#include <dlfcn.h>
-
 #include "host/pcsc_api.h"
+
+#include <dlfcn.h>
 
 namespace ctapi::host {
 

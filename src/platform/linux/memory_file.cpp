@@ -1,8 +1,8 @@
+#include "platform/memory_file.h"
+
 #include <cerrno>
 #include <sys/mman.h>
 #include <unistd.h>
-
-#include "platform/memory_file.h"
 
 namespace kartocheck {
 
