@@ -4,11 +4,9 @@
 #include <array>
 #include <cstddef>
 
-namespace kartocheck {
+#include "platform/port.h"
 
-// Number of per-port records. Ports 1 to 4 have a slot each, every further port shares slot 5.
-inline constexpr int SlotCount = 5;
-inline constexpr int FurtherPortSlot = 5;
+namespace kartocheck {
 
 // CT-API port numbers: COM n is n, the i-th USB device of the driver (i from 0) is 8192 + i.
 inline constexpr int FirstComPort = 1;
