@@ -48,11 +48,12 @@ struct Practice {
   CtApiSimulated api{practice};
   QuietDialogs dialogs;
   QuietDisplay display;
+  Lamps lamps;
   QuietEventLoop eventLoop;
   PerSlot<PortEntry> ports;
   CtSession session{{.api = api,
                      .dialogs = dialogs,
-                     .display = display,
+                     .lamps = lamps,
                      .eventLoop = eventLoop,
                      .ports = ports,
                      .terminate = [] { std::abort(); }}};

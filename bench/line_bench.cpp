@@ -16,7 +16,7 @@ namespace kartocheck::bench {
 namespace {
 
 using ctapi::Bytes;
-using ctapi::host::Unit;
+using ctapi::Unit;
 using ctapi::test::PtyTerminal;
 
 constexpr double Bound = 1.15;

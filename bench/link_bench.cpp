@@ -52,12 +52,12 @@ void Compare(benchmark::State& state, CtApi& api) {
   };
 
   QuietDialogs dialogs;
-  QuietDisplay display;
+  Lamps lamps;
   QuietEventLoop eventLoop;
   PerSlot<PortEntry> ports;
   CtSession session({.api = api,
                      .dialogs = dialogs,
-                     .display = display,
+                     .lamps = lamps,
                      .eventLoop = eventLoop,
                      .ports = ports,
                      .terminate = [] { std::abort(); }});

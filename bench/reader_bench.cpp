@@ -64,11 +64,12 @@ class Program {
   CtApiLibrary api_{{QStringLiteral(HOST_LIBRARY)}};
   QuietDialogs dialogs_;
   QuietDisplay display_;
+  Lamps lamps_;
   QuietEventLoop eventLoop_;
   PerSlot<PortEntry> ports_;
   CtSession session_{{.api = api_,
                       .dialogs = dialogs_,
-                      .display = display_,
+                      .lamps = lamps_,
                       .eventLoop = eventLoop_,
                       .ports = ports_,
                       .terminate = [] { std::abort(); }}};

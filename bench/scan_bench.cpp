@@ -14,7 +14,7 @@
 #include "platform/qt/qt_event_loop.h"
 #include "platform/simulated/ct_api_simulated.h"
 #include "platform/simulated/serial_port_simulated.h"
-#include "ui/main_window/test_flow.h"
+#include "ui/main_window/port_flow.h"
 
 namespace kartocheck::bench {
 namespace {
@@ -52,7 +52,8 @@ struct Program {
                        .serial = serial,
                        .directory = directory,
                        .terminate = [] { std::abort(); }}};
-  TestFlow flow{module, frontEnd, frontEnd, frontEnd};
+  ViewState view;
+  PortFlow ports{module, frontEnd, view};
 };
 
 void ScanFourSilentPorts(benchmark::State& state) {
@@ -60,7 +61,7 @@ void ScanFourSilentPorts(benchmark::State& state) {
   Milliseconds taken{0};
   for (auto _ : state) {
     taken += TimeOf([&] {
-      for (int pn = 1; pn <= ComPorts; ++pn) program.flow.ScanPort(pn);
+      for (int pn = 1; pn <= ComPorts; ++pn) program.ports.Scan(Port(pn));
     });
   }
   state.counters["times_waits"] = taken / (Waits * static_cast<double>(state.iterations()));
@@ -71,7 +72,7 @@ void SweepAllPorts(benchmark::State& state) {
   Program program;
   Milliseconds taken{0};
   for (auto _ : state) {
-    taken += TimeOf([&] { program.flow.SweepFurtherPorts(); });
+    taken += TimeOf([&] { program.ports.SweepFurtherPorts(); });
   }
   state.counters["ms_a_port"] =
       taken.count() / (SweepPortCount * static_cast<double>(state.iterations()));

@@ -33,14 +33,16 @@ void SweepInTheWindow(benchmark::State& state) {
                        .serial = serial,
                        .directory = directory,
                        .terminate = [] { std::abort(); }});
-  TestFlow flow(module, window.Boxes(), window, window);
-  window.Attach(flow);
+  ViewState view;
+  TestFlow flow(module, window.Boxes(), window, view, window);
+  PortFlow ports(module, window, view);
+  window.Attach(flow, view, module);
   window.show();
   (void)window.ShowFrameX(0);
   Milliseconds taken{0};
   for (auto _ : state) {
     const auto start = std::chrono::steady_clock::now();
-    flow.SweepFurtherPorts();
+    ports.SweepFurtherPorts();
     taken += std::chrono::steady_clock::now() - start;
   }
   state.counters["ms_a_port"] =

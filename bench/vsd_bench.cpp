@@ -16,26 +16,10 @@
 #include <zlib.h>
 
 #include "egk/vsd_decoder.h"
+#include "support/quiet_display.h"
 
 namespace kartocheck {
 namespace {
-
-class NoDisplay final : public Display {
- public:
-  void ShowStatusText(const QString&) override {}
-  void ShowProgress(int) override {}
-  bool ShowFrameX(int) override { return false; }
-  void ShowDiagnosisStep(const QString&) override {}
-  void EnablePort(int, bool) override {}
-  void SetLamp(Lamp, LampState) override {}
-  void ShowSlot(int) override {}
-};
-
-class NoEventLoop final : public EventLoop {
- public:
-  void Yield() override {}
-  void Wait(std::chrono::milliseconds) override {}
-};
 
 QByteArray ReadFile(const QString& path) {
   QFile file(path);
@@ -80,8 +64,8 @@ class OurDecoder {
  private:
   ValidationSettings validation_;
   EgkData egk_;
-  NoDisplay display_;
-  NoEventLoop eventLoop_;
+  test::QuietDisplay display_;
+  test::QuietEventLoop eventLoop_;
 };
 
 // The least that zlib and libxml2 have to do: inflate from a file in memory, parse once, validate

@@ -1,13 +1,9 @@
 #include "app/bas_mkt_test.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "diagnosis/guided_diagnosis.h"
-#include "diagnosis/status_check.h"
-#include "discovery/port_check.h"
-#include "discovery/port_names.h"
 #include "discovery/port_sweep.h"
-#include "kvk/read_dispatcher.h"
 
 namespace kartocheck {
 
@@ -16,84 +12,96 @@ Bas_MKT_Test::Bas_MKT_Test(const Surroundings& surroundings)
       eventLoop_(surroundings.eventLoop),
       serial_(surroundings.serial),
       directory_(surroundings.directory),
-      dialogs_(surroundings.dialogs, ExitRequested),
+      dialogs_(surroundings.dialogs, exitRequested_),
       session_({.api = surroundings.api,
                 .dialogs = surroundings.dialogs,
-                .display = surroundings.display,
+                .lamps = lamps_,
                 .eventLoop = surroundings.eventLoop,
-                .ports = Ports,
+                .ports = ports_,
                 .terminate = surroundings.terminate}) {}
 
-void Bas_MKT_Test::CheckPort(int pn) {
-  const int slot = SlotOf(pn);
-  ClearSlot(slot);
-  kartocheck::CheckPort(pn, {.link = session_,
-                             .info = Terminals[slot],
-                             .port = Ports[slot],
-                             .serial = serial_,
-                             .display = display_,
-                             .eventLoop = eventLoop_,
-                             .description = PortLine(pn),
-                             .settingsOf = [this](int port) { return SettingsOf(port); }});
+void Bas_MKT_Test::SelectSlot(int slot) {
+  currentSlot_ = slot;
+  selectedPort_ = PortAt(slot);
 }
 
-// What stands in brackets behind the port in the list of further ports. COM 1 to 4 are not in it.
-QString Bas_MKT_Test::SettingsOf(int pn) const {
-  if (std::find(FurtherPorts.begin(), FurtherPorts.end(), pn) == FurtherPorts.end()) return {};
-  return PortLine(pn).section(u'(', 1).section(u')', 0, 0);
+std::optional<Port> Bas_MKT_Test::PortAt(int slot) const {
+  return slot == FurtherPortSlot ? furtherPort_ : Port(slot);
+}
+
+void Bas_MKT_Test::UseFurtherPort(std::optional<Port> port) {
+  if (currentSlot_ == FurtherPortSlot) selectedPort_ = port;
+  if (furtherPort_ == port) return;
+  furtherPort_ = port;
+  ClearSlot(FurtherPortSlot);
+  terminals_[FurtherPortSlot] = {};
+  ports_[FurtherPortSlot] = {};
+  if (port) ports_[FurtherPortSlot].PortText = port->Line();
 }
 
 void Bas_MKT_Test::SweepPorts(const std::function<bool(int done)>& beforePort) {
-  FurtherPorts = SweepCtApiPorts(session_, display_, beforePort);
+  furtherPorts_ = SweepCtApiPorts(session_, display_, beforePort);
 }
 
-void Bas_MKT_Test::UseFurtherPort(std::optional<int> pn) {
-  if (CurrentPort == FurtherPortSlot) SelectedPort = pn;
-  if (FurtherPort == pn) return;
-  FurtherPort = pn;
-  ClearSlot(FurtherPortSlot);
-  Terminals[FurtherPortSlot] = {};
-  Ports[FurtherPortSlot] = {};
-  if (pn) Ports[FurtherPortSlot].PortText = PortLine(*pn);
+bool Bas_MKT_Test::TakeExitRequest() {
+  return std::exchange(exitRequested_, false);
+}
+
+void Bas_MKT_Test::LoadSchemas(const QStringList& directories) {
+  kartocheck::LoadSchemas(validation_, directories);
 }
 
 QString Bas_MKT_Test::IdentificationOf(int slot) const {
-  if (slot < FurtherPortSlot) return directory_.IdentificationOf(slot);
-  return FurtherPort ? directory_.IdentificationOf(*FurtherPort) : QString();
+  const std::optional<Port> port = PortAt(slot);
+  return port ? directory_.IdentificationOf(port->Number()) : QString();
 }
 
 // While the link is open, it is this program that keeps others from the card.
-QString Bas_MKT_Test::HintFor(int pn) const {
-  if (IsLinkOpen() || Terminals[SlotOf(pn)].DataRead) return {};
-  return directory_.HintFor(pn);
+QString Bas_MKT_Test::HintFor(Port port) const {
+  if (IsLinkOpen() || terminals_[port.Slot()].DataRead) return {};
+  return directory_.HintFor(port.Number());
 }
 
 QStringList Bas_MKT_Test::HintsWithoutReader() const {
-  const bool hasReader = std::any_of(FurtherPorts.begin(), FurtherPorts.end(), IsUsbPort);
+  const bool hasReader = std::any_of(furtherPorts_.begin(), furtherPorts_.end(),
+                                     [](Port port) { return port.IsUsb(); });
   return hasReader ? QStringList() : directory_.HintsWithoutReader();
 }
 
-std::int16_t Bas_MKT_Test::StatusCheck(int pn) {
-  return CheckStatus({session_, pn, Terminals[SlotOf(pn)], dialogs_});
+void Bas_MKT_Test::CheckPort(Port port, Remember remember) {
+  const int slot = port.Slot();
+  ClearSlot(slot);
+  kartocheck::CheckPort(port, {.link = session_,
+                               .info = terminals_[slot],
+                               .port = ports_[slot],
+                               .serial = serial_,
+                               .eventLoop = eventLoop_,
+                               .settingsOf = [this](Port asked) { return SettingsOf(asked); },
+                               .remember = remember});
 }
 
-void Bas_MKT_Test::RunGuidedDiagnosis(const std::function<void()>& checkPort,
-                                      const std::function<void()>& showTerminalStatus) {
-  kartocheck::RunGuidedDiagnosis({Hints, dialogs_, display_, checkPort, showTerminalStatus});
+// What stands in brackets behind the port in the list of further ports. COM 1 to 4 are not in it.
+QString Bas_MKT_Test::SettingsOf(Port port) const {
+  if (std::find(furtherPorts_.begin(), furtherPorts_.end(), port) == furtherPorts_.end()) return {};
+  return port.Line().section(u'(', 1).section(u')', 0, 0);
 }
 
-std::int16_t Bas_MKT_Test::ReadCardData(int pn) {
-  const int slot = SlotOf(pn);
-  return kartocheck::ReadCardData({session_, pn, Terminals[slot], Insured[slot], Egk[slot],
-                                   Validation, dialogs_, display_, eventLoop_});
+std::int16_t Bas_MKT_Test::StatusCheck(Port port) {
+  return CheckStatus({session_, port.Number(), terminals_[port.Slot()], dialogs_});
+}
+
+std::int16_t Bas_MKT_Test::ReadCardData(Port port) {
+  const int slot = port.Slot();
+  return kartocheck::ReadCardData({session_, port.Number(), terminals_[slot], insured_[slot],
+                                   egk_[slot], validation_, dialogs_, display_, eventLoop_});
 }
 
 void Bas_MKT_Test::ClearSlot(int slot) {
-  kartocheck::ClearSlot(Terminals[slot], Insured[slot], Egk[slot]);
+  kartocheck::ClearSlot(terminals_[slot], insured_[slot], egk_[slot]);
 }
 
 void Bas_MKT_Test::CloseLink() {
-  session_.CtClose();
+  if (session_.IsOpen()) session_.CtClose();
 }
 
 }  // namespace kartocheck

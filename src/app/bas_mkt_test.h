@@ -1,20 +1,24 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <optional>
 #include <vector>
 
 #include "app/closing_dialogs.h"
 #include "diagnosis/hint_texts.h"
+#include "diagnosis/status_check.h"
+#include "discovery/port_check.h"
 #include "discovery/terminal_info.h"
 #include "egk/egk_data.h"
 #include "egk/vsd_schema.h"
 #include "kvk/insured_data.h"
+#include "kvk/read_dispatcher.h"
 #include "platform/ct_api.h"
 #include "platform/dialogs.h"
 #include "platform/display.h"
 #include "platform/event_loop.h"
+#include "platform/lamps.h"
+#include "platform/port.h"
 #include "platform/port_directory.h"
 #include "platform/serial_port.h"
 #include "platform/terminate.h"
@@ -25,7 +29,7 @@
 namespace kartocheck {
 
 // The shared state of the program, and its procedures bound to that state. There is one, created in
-// main; front ends read the records and call the procedures.
+// main. Front ends read the records; the procedures alone change them.
 class Bas_MKT_Test {
  public:
   struct Surroundings {
@@ -42,71 +46,93 @@ class Bas_MKT_Test {
   Bas_MKT_Test(const Bas_MKT_Test&) = delete;
   Bas_MKT_Test& operator=(const Bas_MKT_Test&) = delete;
 
-  // The port that scan, status check, diagnosis and read work on: 1 to 4, or the further port's
-  // number. Empty while the entry for further ports is chosen but none was found.
-  std::optional<int> SelectedPort = 1;
-  // The slot whose data are shown, copied and reset, 1 to 5.
-  int CurrentPort = 1;
+  // The records of a slot, 1 to 5.
+  [[nodiscard]] const PortEntry& PortOf(int slot) const { return ports_[slot]; }
+  [[nodiscard]] const TerminalInfo& TerminalOf(int slot) const { return terminals_[slot]; }
+  [[nodiscard]] const InsuredData& InsuredOf(int slot) const { return insured_[slot]; }
+  [[nodiscard]] const EgkData& EgkOf(int slot) const { return egk_[slot]; }
+  [[nodiscard]] const PerSlot<PortEntry>& Ports() const { return ports_; }
+  [[nodiscard]] const PerSlot<TerminalInfo>& Terminals() const { return terminals_; }
+  // The activity lamps of the link.
+  [[nodiscard]] Lamps& LinkLamps() { return lamps_; }
+  [[nodiscard]] const HintTexts& Hints() const { return hints_; }
 
-  bool Busy = false;           // an action runs
-  bool ExitRequested = false;  // the window was asked to close during an action
+  // The port that scan, status check, diagnosis and read work on. Empty while the entry for further
+  // ports is chosen but none was found.
+  [[nodiscard]] std::optional<Port> SelectedPort() const { return selectedPort_; }
+  // The slot whose data are shown, copied and reset, 1 to 5.
+  [[nodiscard]] int CurrentSlot() const { return currentSlot_; }
+  // Makes the slot the current one and the port that it stands for the selected one.
+  void SelectSlot(int slot);
+  // The port that a slot stands for; slot 5 may stand for none.
+  [[nodiscard]] std::optional<Port> PortAt(int slot) const;
 
   // Further ports that answered a sweep, in the order found, and the one that slot 5 stands for.
-  std::vector<int> FurtherPorts;
-  std::optional<int> FurtherPort;
-
-  const HintTexts Hints;
-
-  PerSlot<PortEntry> Ports;
-  PerSlot<TerminalInfo> Terminals;
-  PerSlot<InsuredData> Insured;
-  PerSlot<EgkData> Egk;
-
-  ValidationSettings Validation;  // the switch and the three schemas
-
-  // Message boxes of the procedures; silent once the program is asked to end.
-  [[nodiscard]] Dialogs& Boxes() { return dialogs_; }
-
-  // Checks the port and identifies the terminal on it. Fills the port's slot; nothing of an earlier
-  // terminal or card stays in it, but that a terminal once answered there.
-  void CheckPort(int pn);
-
+  [[nodiscard]] const std::vector<Port>& FurtherPorts() const { return furtherPorts_; }
+  [[nodiscard]] std::optional<Port> FurtherPort() const { return furtherPort_; }
+  // Makes slot 5 stand for this port, or for none; another one than before empties it. While slot 5
+  // is the current one, the port is also the selected one.
+  void UseFurtherPort(std::optional<Port> port);
   // Looks for further ports. beforePort: see SweepCtApiPorts.
   void SweepPorts(const std::function<bool(int done)>& beforePort);
 
-  // Makes slot 5 stand for this port, or for none; another one than before empties it. While slot 5
-  // is the current one, the port is also the selected one.
-  void UseFurtherPort(std::optional<int> pn);
+  // Whether an action runs.
+  [[nodiscard]] bool IsBusy() const { return busy_; }
+  void SetBusy(bool busy) { busy_ = busy; }
+  // Whether the program was asked to end during an action. Message boxes stay silent then.
+  [[nodiscard]] bool IsExitRequested() const { return exitRequested_; }
+  void RequestExit() { exitRequested_ = true; }
+  // Takes the request back; true where there was one.
+  [[nodiscard]] bool TakeExitRequest();
+  // Message boxes of the procedures; silent once the program is asked to end.
+  [[nodiscard]] Dialogs& Boxes() { return dialogs_; }
+
+  // How eGK data are validated when they are read next.
+  [[nodiscard]] const ValidationSettings& Validation() const { return validation_; }
+  void SetValidation(bool on) { validation_.isOn = on; }
+  void SetSchema(VsdKind kind, const QString& text) { validation_.schemas[kind].SetText(text); }
+  void LoadSchemas(const QStringList& directories);
 
   // What the system knows of the port on a slot.
   [[nodiscard]] QString IdentificationOf(int slot) const;
-
   // Why the port cannot be used and what to do about it; empty where nothing is known to be in the
   // way, where data were read on it, and while the link is open.
-  [[nodiscard]] QString HintFor(int pn) const;
-
+  [[nodiscard]] QString HintFor(Port port) const;
   // Why the last sweep found no USB device, and what to do about it; empty where it found one.
   [[nodiscard]] QStringList HintsWithoutReader() const;
 
-  // Is a card or record ready? 1 when it is or the user was told why not, 0 otherwise.
-  [[nodiscard]] std::int16_t StatusCheck(int pn);
-
-  // Reads the card or stored record on the port into its slot. 0 done, 1 another try is wanted.
-  [[nodiscard]] std::int16_t ReadCardData(int pn);
-
-  // Runs the guided questions, which end with a check of the port or with the terminals' status.
-  void RunGuidedDiagnosis(const std::function<void()>& checkPort,
-                          const std::function<void()>& showTerminalStatus);
-
+  // Checks the port and identifies the terminal on it. Fills the port's slot, which is emptied
+  // first: nothing of an earlier terminal or card stays in it but what is to be remembered.
+  void CheckPort(Port port, Remember remember = Remember::ThatItAnswered);
+  // Is a card or record ready, or was the user told why not?
+  [[nodiscard]] std::int16_t StatusCheck(Port port);
+  // Reads the card or stored record on the port into its slot.
+  [[nodiscard]] std::int16_t ReadCardData(Port port);
   // Empties the slot's insured data and eGK data.
   void ClearSlot(int slot);
 
   [[nodiscard]] bool IsLinkOpen() const { return session_.IsOpen(); }
+  // Closes the link where it is open.
   void CloseLink();
 
- private:
-  [[nodiscard]] QString SettingsOf(int pn) const;
+ protected:
+  PerSlot<PortEntry> ports_;
+  PerSlot<TerminalInfo> terminals_;
+  PerSlot<InsuredData> insured_;
+  PerSlot<EgkData> egk_;
+  std::optional<Port> selectedPort_ = Port(1);
+  int currentSlot_ = 1;
+  std::vector<Port> furtherPorts_;
+  std::optional<Port> furtherPort_;
+  bool busy_ = false;
+  bool exitRequested_ = false;
+  ValidationSettings validation_;
 
+ private:
+  [[nodiscard]] QString SettingsOf(Port port) const;
+
+  const HintTexts hints_;
+  Lamps lamps_;
   Display& display_;
   EventLoop& eventLoop_;
   SerialPort& serial_;

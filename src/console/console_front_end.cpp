@@ -104,10 +104,6 @@ void ConsoleFrontEnd::EndStatusLine() {
   if (std::exchange(statusWidth_, 0) > 0) out_ << std::endl;
 }
 
-bool ConsoleFrontEnd::ShowFrameX(int frame) {
-  return std::exchange(frame_, frame) != frame;
-}
-
 void ConsoleFrontEnd::Write(const QString& title, const QString& text) {
   EndStatusLine();
   const QString prefix = title.trimmed() + u": ";

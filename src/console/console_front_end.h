@@ -9,7 +9,6 @@
 #include "console/port_report.h"
 #include "platform/dialogs.h"
 #include "platform/display.h"
-#include "ui/main_window/front_end.h"
 
 namespace kartocheck {
 
@@ -29,7 +28,7 @@ using LineSource = std::function<std::optional<std::string>()>;
 // person, questions get the safe answer, No or Cancel; only the warning that a stored record will
 // be erased is agreed to, where the caller allows it. With one, they are asked: j or n, Enter takes
 // the preselected answer, and the end of the input means No or Cancel.
-class ConsoleFrontEnd final : public Dialogs, public Display, public FrontEnd {
+class ConsoleFrontEnd final : public Dialogs, public Display {
  public:
   ConsoleFrontEnd(std::ostream& messages, StatusLine statusLine, StoredRecords storedRecords);
 
@@ -43,34 +42,10 @@ class ConsoleFrontEnd final : public Dialogs, public Display, public FrontEnd {
   // The boxes since the last call.
   [[nodiscard]] std::vector<ReportedMessage> TakeMessages();
 
-  // Why the sweep found no reader; empty where it found one or did not take place.
-  [[nodiscard]] const QStringList& HintsWithoutReader() const { return hintsWithoutReader_; }
-
   void Tell(Icon icon, const QString& title, const QString& text) override;
   [[nodiscard]] Answer Ask(const Question& question) override;
 
   void ShowStatusText(const QString& text) override;
-  void ShowProgress(int /*percent*/) override {}
-  bool ShowFrameX(int frame) override;
-  void ShowDiagnosisStep(const QString& /*step*/) override {}
-  void EnablePort(int /*slot*/, bool /*enabled*/) override {}
-  void SetLamp(Lamp /*lamp*/, LampState /*state*/) override {}
-  void ShowSlot(int /*slot*/) override {}
-
-  void ShowData(const DataFrame& /*frame*/) override {}
-  void ClearData() override {}
-  void ShowPortList(const QStringList& /*lines*/, int /*chosen*/) override {}
-  void MarkPort(int /*member*/) override {}
-  void ShowPortHint(int /*slot*/, const QString& /*hint*/) override {}
-  void ShowHintsWithoutReader(const QStringList& hints) override { hintsWithoutReader_ = hints; }
-  void NameFurtherPort(const QString& /*name*/) override {}
-  void ShowStatusTab(int /*slot*/) override {}
-  void MarkButton(int /*index*/) override {}
-  void ShowDiagnosedPort(const QString& name) override { ShowStatusText(name); }
-  void ShowScanResult(const ScanResult& /*result*/) override {}
-  void SetActionRunning(bool /*running*/) override {}
-  void CopyToClipboard(const QString& /*text*/) override {}
-  void CloseNow() override {}
 
  private:
   void Write(const QString& title, const QString& text);
@@ -82,9 +57,7 @@ class ConsoleFrontEnd final : public Dialogs, public Display, public FrontEnd {
   StoredRecords storedRecords_ = StoredRecords::Keep;
   LineSource answers_;         // none without a person
   qsizetype statusWidth_ = 0;  // characters on a line that is not ended
-  int frame_ = -1;
   std::vector<ReportedMessage> messages_;
-  QStringList hintsWithoutReader_;
 };
 
 }  // namespace kartocheck

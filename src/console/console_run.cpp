@@ -6,23 +6,21 @@
 
 #include "console/json_report.h"
 #include "console/text_report.h"
-#include "ui/main_window/test_flow.h"
+#include "ui/main_window/port_flow.h"
 
 namespace kartocheck {
 
 namespace {
 
-constexpr int ComPortCount = 4;
-
-PortReport ReportOf(int pn, const Bas_MKT_Test& module, ConsoleFrontEnd& frontEnd) {
-  const int slot = SlotOf(pn);
-  return {.pn = pn,
-          .port = module.Ports[slot],
-          .terminal = module.Terminals[slot],
-          .insured = module.Insured[slot],
-          .egk = module.Egk[slot],
+PortReport ReportOf(Port port, const Bas_MKT_Test& module, ConsoleFrontEnd& frontEnd) {
+  const int slot = port.Slot();
+  return {.port = port,
+          .entry = module.PortOf(slot),
+          .terminal = module.TerminalOf(slot),
+          .insured = module.InsuredOf(slot),
+          .egk = module.EgkOf(slot),
           .identification = module.IdentificationOf(slot),
-          .hint = module.HintFor(pn),
+          .hint = module.HintFor(port),
           .messages = frontEnd.TakeMessages()};
 }
 
@@ -35,33 +33,37 @@ class ConsoleScan {
         module_(module),
         frontEnd_(frontEnd),
         out_(out),
-        flow_(module, frontEnd, frontEnd, frontEnd) {}
+        ports_(module, frontEnd, view_) {}
 
-  void LookAt(int pn) {
-    if (module_.ExitRequested) return;
-    flow_.ScanPort(pn);
-    reports_.push_back(ReportOf(pn, module_, frontEnd_));
+  void LookAt(Port port) {
+    if (module_.IsExitRequested()) return;
+    ports_.Scan(port);
+    reports_.push_back(ReportOf(port, module_, frontEnd_));
     if (options_.json) return;
     frontEnd_.EndStatusLine();
     WritePort(out_, reports_.back());
   }
 
   void LookAtAll() {
-    for (int pn = 1; pn <= ComPortCount; ++pn) LookAt(pn);
-    if (module_.ExitRequested) return;
-    flow_.SweepFurtherPorts();
-    const std::vector<int> furtherPorts = module_.FurtherPorts;
-    for (const int pn : furtherPorts) LookAt(pn);
+    constexpr ctapi::PortRange Tested = ctapi::TestedComPorts;
+    for (int pn = Tested.First; pn <= Tested.Last; ++pn) LookAt(Port(pn));
+    if (module_.IsExitRequested()) return;
+    ports_.SweepFurtherPorts();
+    const std::vector<Port> furtherPorts = module_.FurtherPorts();
+    for (const Port port : furtherPorts) LookAt(port);
   }
 
-  [[nodiscard]] const std::vector<PortReport>& Reports() const { return reports_; }
+  [[nodiscard]] RunReport Report() const {
+    return {.ports = reports_, .hints = view_.hintsWithoutReader.Value()};
+  }
 
  private:
   const ConsoleOptions& options_;
   Bas_MKT_Test& module_;
   ConsoleFrontEnd& frontEnd_;
   std::ostream& out_;
-  TestFlow flow_;
+  ViewState view_;
+  PortFlow ports_;
   std::vector<PortReport> reports_;
 };
 
@@ -85,27 +87,24 @@ int RunConsole(const ConsoleOptions& options, Bas_MKT_Test& module, ConsoleFront
     scan.LookAtAll();
   }
   frontEnd.EndStatusLine();
-  const RunReport run{.ports = scan.Reports(), .hints = frontEnd.HintsWithoutReader()};
+  const RunReport run = scan.Report();
   if (options.json) {
     out << JsonReport(run).toStdString();
   } else {
     WritePortTable(out, run);
   }
   out.flush();
-  return ExitStatusOf(scan.Reports());
+  return ExitStatusOf(run.ports);
 }
 
-int RunConsoleDiagnosis(int pn, Bas_MKT_Test& module, ConsoleFrontEnd& frontEnd,
+int RunConsoleDiagnosis(Port port, Bas_MKT_Test& module, ConsoleFrontEnd& frontEnd,
                         std::ostream& out) {
-  TestFlow flow(module, frontEnd, frontEnd, frontEnd);
-  if (pn <= ComPortCount) {
-    flow.ChoosePort(pn - 1);
-  } else {
-    module.FurtherPorts = {pn};
-    flow.ChooseFurtherPort(0);
-  }
-  flow.Button(static_cast<int>(Action::Diagnosis));
-  const std::vector<PortReport> reports{ReportOf(pn, module, frontEnd)};
+  ViewState view;
+  view.diagnosedPort.Watch([&](const QString& name) { frontEnd.ShowStatusText(name); });
+  PortFlow flow(module, frontEnd, view);
+  flow.Choose(port);
+  flow.Diagnose(port);
+  const std::vector<PortReport> reports{ReportOf(port, module, frontEnd)};
   frontEnd.EndStatusLine();
   out << '\n';
   WritePort(out, reports.front());

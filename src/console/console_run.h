@@ -18,7 +18,7 @@ inline constexpr int UsageOrFatal = 3;
 
 struct ConsoleOptions {
   bool json = false;
-  std::optional<int> port{};  // only this port: 1 to 256 or 8192 to 8447
+  std::optional<Port> port{};  // only this one
 };
 
 // Checks the ports, identifies the terminals, reads what can be read and reports on `out`: the port
@@ -27,7 +27,7 @@ struct ConsoleOptions {
                              ConsoleFrontEnd& frontEnd, std::ostream& out);
 
 // Runs the guided questions for the port and reports on it. Returns the exit status.
-[[nodiscard]] int RunConsoleDiagnosis(int pn, Bas_MKT_Test& module, ConsoleFrontEnd& frontEnd,
+[[nodiscard]] int RunConsoleDiagnosis(Port port, Bas_MKT_Test& module, ConsoleFrontEnd& frontEnd,
                                       std::ostream& out);
 
 }  // namespace kartocheck

@@ -131,7 +131,7 @@ QJsonArray MessagesJson(const std::vector<ReportedMessage>& messages) {
 
 QJsonObject ReportJson(const PortReport& report) {
   return {
-      {QStringLiteral("port"), PortJson(report.port)},
+      {QStringLiteral("port"), PortJson(report.entry)},
       {QStringLiteral("device"), report.identification},
       {QStringLiteral("hint"), report.hint},
       {QStringLiteral("terminal"), TerminalJson(report.terminal)},
@@ -159,7 +159,7 @@ QByteArray WithoutControls(const QByteArray& json) {
 QByteArray JsonReport(const RunReport& run) {
   QJsonObject ports;
   for (const PortReport& report : run.ports) {
-    ports.insert(QString::number(report.pn), ReportJson(report));
+    ports.insert(QString::number(report.port.Number()), ReportJson(report));
   }
   const QJsonDocument document(QJsonObject{
       {QStringLiteral("program"), QStringLiteral("KartoCheck")},

@@ -9,6 +9,7 @@
 #include "egk/egk_data.h"
 #include "kvk/insured_data.h"
 #include "platform/dialogs.h"
+#include "platform/port.h"
 #include "terminal/port_entry.h"
 
 namespace kartocheck {
@@ -24,8 +25,8 @@ struct ReportedMessage {
 
 // What became of one port.
 struct PortReport {
-  int pn = 0;
-  PortEntry port;
+  Port port{1};
+  PortEntry entry;
   TerminalInfo terminal;
   InsuredData insured;
   EgkData egk;

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <ostream>
 
-#include "discovery/port_names.h"
-#include "terminal/slot.h"
 #include "ui/main_window/data_frame.h"
 
 namespace kartocheck {
@@ -23,7 +21,7 @@ QString Verdict(const PortReport& report) {
   if (!report.terminal.Answered) {
     const QString model = report.terminal.ModelName.Trimmed();
     if (!model.isEmpty()) return model;
-    const QString port = report.port.PortText.Trimmed();
+    const QString port = report.entry.PortText.Trimmed();
     return port.isEmpty() ? QStringLiteral("Kein Chipkartenleser") : port;
   }
   return report.terminal.ModelName.Trimmed() + u", " +
@@ -78,12 +76,12 @@ std::string Printable(const QString& text) {
 
 void WritePort(std::ostream& out, const PortReport& report) {
   const TerminalInfo& terminal = report.terminal;
-  out << Printable(PortLine(report.pn)) << '\n';
+  out << Printable(report.port.Line()) << '\n';
   WriteRow(out,
-           IsUsbPort(report.pn) ? QStringView(u"Schnittstelle:")
-                                : QStringView(u"Serielle Schnittstelle:"),
-           report.port.PortText.Trimmed());
-  WriteRow(out, u"Baudrate:", report.port.AvailText.Trimmed());
+           report.port.IsUsb() ? QStringView(u"Schnittstelle:")
+                               : QStringView(u"Serielle Schnittstelle:"),
+           report.entry.PortText.Trimmed());
+  WriteRow(out, u"Baudrate:", report.entry.AvailText.Trimmed());
   WriteRow(out, u"PKT Modell:", terminal.ModelName.Trimmed());
   WriteRow(out, u"Hersteller:", terminal.ManufacturerId.Trimmed());
   WriteRow(out, u"CT-Typ:", terminal.ProductCode.Trimmed());
@@ -106,7 +104,7 @@ void WritePort(std::ostream& out, const PortReport& report) {
 void WritePortTable(std::ostream& out, const RunReport& run) {
   out << "Schnittstellen\n";
   for (const PortReport& report : run.ports) {
-    WriteRow(out, PortLine(report.pn), Verdict(report));
+    WriteRow(out, report.port.Line(), Verdict(report));
   }
   for (const QString& hint : run.hints) WriteRow(out, u"Hinweis:", hint);
   out.flush();

@@ -34,13 +34,13 @@ constexpr std::array<MendableFault, 3> MendableFaults{{
 }  // namespace
 
 void RunGuidedDiagnosis(const GuidedDiagnosisTarget& target) {
-  target.display.ShowDiagnosisStep(QStringLiteral("Anschlußkabel"));
+  target.showStep(QStringLiteral("Anschlußkabel"));
   if (!IsConfirmed(target, Hint::CableQuestion)) {
     Tell(target, Icon::Critical, Hint::CableAdvice);
     return target.showTerminalStatus();
   }
   for (const MendableFault& fault : MendableFaults) {
-    target.display.ShowDiagnosisStep(fault.step.toString());
+    target.showStep(fault.step.toString());
     if (IsConfirmed(target, fault.question)) continue;
     Tell(target, Icon::Critical, fault.advice);
     return target.checkPort();

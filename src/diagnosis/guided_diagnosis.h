@@ -4,7 +4,6 @@
 
 #include "diagnosis/hint_texts.h"
 #include "platform/dialogs.h"
-#include "platform/display.h"
 
 namespace kartocheck {
 
@@ -12,7 +11,7 @@ namespace kartocheck {
 struct GuidedDiagnosisTarget {
   const HintTexts& hints;
   Dialogs& dialogs;
-  Display& display;
+  std::function<void(const QString& step)> showStep;  // what is being asked about
   std::function<void()> checkPort;
   std::function<void()> showTerminalStatus;
 };

@@ -1,6 +1,5 @@
 #include "diagnosis/insert_card_prompt.h"
 
-#include "terminal/slot.h"
 #include "text/lines.h"
 
 namespace kartocheck {
@@ -21,9 +20,8 @@ QString FixedLines(bool mobile) {
   return card + (mobile ? mobileHint : QString()) + port;
 }
 
-QString PortLine(int pn) {
-  if (IsUsbPort(pn)) return u" USB Device " + QString::number(UsbDeviceNumber(pn));
-  return u" COM  " + QString::number(pn);
+QString PortLine(Port port) {
+  return (port.IsUsb() ? u" USB Device " : u" COM  ") + QString::number(port.ShownNumber());
 }
 
 Question Prompt(const QString& text, Answer preselected) {
@@ -36,12 +34,12 @@ Question Prompt(const QString& text, Answer preselected) {
 
 }  // namespace
 
-Question InsertCardPrompt(int pn, bool mobile) {
-  return Prompt(FixedLines(mobile) + PortLine(pn), Answer::Cancel);
+Question InsertCardPrompt(Port port, bool mobile) {
+  return Prompt(FixedLines(mobile) + PortLine(port), Answer::Cancel);
 }
 
-Question InsertCardPromptOfDiagnosis(int pn, bool mobile) {
-  return Prompt(FixedLines(mobile) + QString::number(pn) + u") ",
+Question InsertCardPromptOfDiagnosis(Port port, bool mobile) {
+  return Prompt(FixedLines(mobile) + QString::number(port.Number()) + u") ",
                 mobile ? Answer::Cancel : Answer::Ok);
 }
 

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include "platform/dialogs.h"
+#include "platform/port.h"
 
 namespace kartocheck {
 
@@ -10,10 +11,10 @@ namespace kartocheck {
 // records, and that the record is erased.
 
 // As button 0 and button 3 ask it: the port at the end, Cancel preselected.
-[[nodiscard]] Question InsertCardPrompt(int pn, bool mobile);
+[[nodiscard]] Question InsertCardPrompt(Port port, bool mobile);
 
 // As the check of one port asks it: the bare port number and ") " at the end; Cancel preselected
 // for a mobile terminal, OK for a fixed one.
-[[nodiscard]] Question InsertCardPromptOfDiagnosis(int pn, bool mobile);
+[[nodiscard]] Question InsertCardPromptOfDiagnosis(Port port, bool mobile);
 
 }  // namespace kartocheck

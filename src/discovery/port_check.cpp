@@ -8,33 +8,31 @@ namespace kartocheck {
 
 namespace {
 
-constexpr int LastTestedComPort = 4;
-
 // The verdict with a blank at its end marks a port on which a link was tried for a line signal or
 // answered with a transmission error; without it, a free port without a terminal.
 constexpr QStringView AvailableTried = u"Ist verfügbar! ";
 constexpr QStringView AvailableFree = u"Ist verfügbar!";
 
 // Probes the line settings and opens the link; a link still open is ended first.
-std::int16_t ProbeAndOpen(int pn, const PortCheckTarget& with) {
+std::int16_t ProbeAndOpen(Port port, const PortCheckTarget& with) {
   with.port.PortPresent = true;
   with.port.PortError = false;
   with.port.SettingsFound = false;
-  ProbeSerialSettings(pn, with.serial, with.eventLoop, with.port);
+  ProbeSerialSettings(port, with.serial, with.eventLoop, with.port);
   if (with.link.IsOpen()) ResetAndClose(with.link);
-  const std::int16_t code = with.link.CtOpen(pn);
+  const std::int16_t code = with.link.CtOpen(port.Number());
   if (code == ct_code::Success && !with.port.SettingsFound) {
     with.port.AvailText = with.port.BaudText.Padded();
   }
   return code;
 }
 
-// A terminal that was exchanged inherits nothing. That one once answered here survives until a link
-// opens: the status check's advice depends on it.
-void ForgetTerminal(TerminalInfo& info) {
-  const bool answered = info.Answered;
-  info = {};
-  info.Answered = answered;
+// A terminal that was exchanged inherits nothing.
+void ClearForCheck(const PortCheckTarget& with) {
+  const bool answered = with.info.Answered && with.remember == Remember::ThatItAnswered;
+  with.info = {};
+  with.info.Answered = answered;
+  with.port = {};
 }
 
 void MarkUnopened(std::int16_t code, TerminalInfo& info) {
@@ -43,11 +41,11 @@ void MarkUnopened(std::int16_t code, TerminalInfo& info) {
       code == ct_code::TransmissionError ? u"Modell nicht bekannt!" : u"Unbekanntes Gerät?! ";
 }
 
-void CheckFurtherPort(int pn, const PortCheckTarget& with) {
-  const std::int16_t code = ProbeAndOpen(pn, with);
+void CheckFurtherPort(Port port, const PortCheckTarget& with) {
+  const std::int16_t code = ProbeAndOpen(port, with);
   with.port.ScanResult = code;
   if (code != ct_code::Success) return MarkUnopened(code, with.info);
-  (void)IdentifyTerminal(with.link, pn, with.info, with.port);
+  (void)IdentifyTerminal(with.link, port.Number(), with.info, with.port);
   with.link.CtClose();
 }
 
@@ -72,14 +70,15 @@ void MarkUnusable(SerialTest test, PortEntry& port) {
   }
 }
 
-void CheckWithLineSignal(int pn, std::int16_t code, const PortCheckTarget& with) {
+void CheckWithLineSignal(Port port, std::int16_t code, const PortCheckTarget& with) {
   with.port.ScanResult = code;
   if (code != ct_code::Success) {
     MarkUnopened(code, with.info);
   } else {
-    const std::int16_t identified = IdentifyTerminal(with.link, pn, with.info, with.port);
+    const std::int16_t identified =
+        IdentifyTerminal(with.link, port.Number(), with.info, with.port);
     const std::int16_t closed = with.link.CtClose();
-    const QString settings = with.settingsOf(pn);
+    const QString settings = with.settingsOf(port);
     if (identified == 0 && closed == ct_code::Success && !settings.isEmpty()) {
       with.info.SerialSettings = settings;
     }
@@ -87,62 +86,60 @@ void CheckWithLineSignal(int pn, std::int16_t code, const PortCheckTarget& with)
   with.port.PortText = AvailableTried;
 }
 
-void CheckWithoutLineSignal(int pn, std::int16_t code, const PortCheckTarget& with) {
-  PortEntry& port = with.port;
+void CheckWithoutLineSignal(Port port, std::int16_t code, const PortCheckTarget& with) {
+  PortEntry& entry = with.port;
   switch (code) {
     case ct_code::Success:
-      port.ScanResult = scan_result::NoLineSignal;
-      (void)IdentifyTerminal(with.link, pn, with.info, port);
+      entry.ScanResult = scan_result::NoLineSignal;
+      (void)IdentifyTerminal(with.link, port.Number(), with.info, entry);
       if (!with.info.UsbVirtualCom) {
-        port.PortText = u"USB-Kabel oder falsches RS 232 Kabel/Verbinder!";
+        entry.PortText = u"USB-Kabel oder falsches RS 232 Kabel/Verbinder!";
       }
       with.link.CtClose();
       break;
     case ct_code::HostError:
-      port.ScanResult = code;
-      port.PortText = u"Wird vom System benutzt!";
-      port.AvailText = u"";
-      port.PortPresent = true;
+      entry.ScanResult = code;
+      entry.PortText = u"Wird vom System benutzt!";
+      entry.AvailText = u"";
+      entry.PortPresent = true;
       break;
     case ct_code::TransmissionError:
-      port.PortText = AvailableTried;
+      entry.PortText = AvailableTried;
       with.info.ModelName = u"Modell nicht bekannt!";
       break;
     default:
-      port.ScanResult = scan_result::NoTerminal;
-      port.PortText = AvailableFree;
-      port.AvailText = u"";
+      entry.ScanResult = scan_result::NoTerminal;
+      entry.PortText = AvailableFree;
+      entry.AvailText = u"";
   }
 }
 
-void CheckComPort(int pn, const PortCheckTarget& with) {
+void CheckComPort(Port port, const PortCheckTarget& with) {
   with.eventLoop.Yield();
   bool lineState = false;
-  const SerialTest test = TestSerialPort(pn, with.serial, with.eventLoop, lineState);
+  const SerialTest test = TestSerialPort(port, with.serial, with.eventLoop, lineState);
   with.eventLoop.Yield();
   with.port.LineState = lineState;
   if (test != SerialTest::Opened) return MarkUnusable(test, with.port);
 
-  const std::int16_t code = ProbeAndOpen(pn, with);
+  const std::int16_t code = ProbeAndOpen(port, with);
   if (lineState) {
-    CheckWithLineSignal(pn, code, with);
+    CheckWithLineSignal(port, code, with);
   } else {
-    CheckWithoutLineSignal(pn, code, with);
+    CheckWithoutLineSignal(port, code, with);
   }
 }
 
 }  // namespace
 
-void CheckPort(int pn, const PortCheckTarget& target) {
-  ForgetTerminal(target.info);
-  target.port = {};
-  if (pn <= LastTestedComPort) {
-    CheckComPort(pn, target);
+void CheckPort(Port port, const PortCheckTarget& target) {
+  ClearForCheck(target);
+  if (port.IsTested()) {
+    CheckComPort(port, target);
   } else {
-    CheckFurtherPort(pn, target);
-    if (target.port.PortText.IsBlank()) target.port.PortText = target.description;
+    CheckFurtherPort(port, target);
+    if (target.port.PortText.IsBlank()) target.port.PortText = port.Line();
   }
-  target.display.ShowSlot(SlotOf(pn));
 }
 
 }  // namespace kartocheck

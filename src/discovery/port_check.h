@@ -5,13 +5,17 @@
 #include <functional>
 
 #include "discovery/terminal_info.h"
-#include "platform/display.h"
 #include "platform/event_loop.h"
+#include "platform/port.h"
 #include "platform/serial_port.h"
 #include "terminal/ct_session.h"
 #include "terminal/port_entry.h"
 
 namespace kartocheck {
+
+// What a check keeps of the terminal that was on the port before. The status check's advice depends
+// on whether one once answered there; a scan begins anew.
+enum class Remember { ThatItAnswered, Nothing };
 
 // The link and the records of one slot, and what a check needs of the outside.
 struct PortCheckTarget {
@@ -19,12 +23,10 @@ struct PortCheckTarget {
   TerminalInfo& info;
   PortEntry& port;
   SerialPort& serial;
-  Display& display;
   EventLoop& eventLoop;
-  // Stands as the port's text where identification wrote none; empty for COM 1 to 4.
-  QString description;
   // Serial settings that the list of further ports tells for a port; empty where it tells none.
-  std::function<QString(int pn)> settingsOf;
+  std::function<QString(Port port)> settingsOf;
+  Remember remember = Remember::ThatItAnswered;
 };
 
 // Outcomes in PortEntry::ScanResult beside the CT-API codes.
@@ -38,8 +40,8 @@ inline constexpr int NoTerminal = 5;    // the port is free, but no link could b
 
 // Decides whether the port exists and is free, whether a terminal answers on it, and which one.
 // COM 1 to 4 are tested through the serial-port control first, further ports (5 and up) through the
-// CT-API library only. The outcome is in the slot's two records, which keep nothing of an earlier
-// terminal but that one answered; the slot is shown and the link is closed in every case.
-void CheckPort(int pn, const PortCheckTarget& target);
+// CT-API library only. The outcome is in the slot's two records, which are emptied first; the link
+// is closed in every case.
+void CheckPort(Port port, const PortCheckTarget& target);
 
 }  // namespace kartocheck

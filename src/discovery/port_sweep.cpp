@@ -4,32 +4,31 @@ namespace kartocheck {
 
 namespace {
 
-constexpr int PortsPerKind = 256;
-// COM 1 to 4 are checked through the serial-port control and neither told nor listed here.
-constexpr int PortsCheckedElsewhere = 4;
+// COM 1 to 4 are opened as well, but neither told nor listed: they are checked through the
+// serial-port control.
+void TryPort(Port port, CtSession& link, Display& display, std::vector<Port>& found) {
+  if (!port.IsTested()) display.ShowStatusText(PortCheckText(port));
+  const bool answers = link.CtTryPort(port.Number()) == ct_code::Success;
+  if (answers && !port.IsTested()) found.push_back(port);
+}
 
 }  // namespace
 
-QString PortCheckText(int pn) {
-  if (IsUsbPort(pn)) return u"Programm prüft USB Device " + QString::number(UsbDeviceNumber(pn));
-  return u"Programm prüft die serielle Schnittstelle COM " + QString::number(pn);
+QString PortCheckText(Port port) {
+  const QString number = QString::number(port.ShownNumber());
+  if (port.IsUsb()) return u"Programm prüft USB Device " + number;
+  return u"Programm prüft die serielle Schnittstelle COM " + number;
 }
 
-std::vector<int> SweepCtApiPorts(CtSession& link, Display& display,
-                                 const std::function<bool(int done)>& beforePort) {
-  std::vector<int> found;
-  for (int i = 0; i < PortsPerKind; ++i) {
-    if (!beforePort(i)) return found;
-    const int pn = FirstComPort + i;
-    const bool isFurther = i >= PortsCheckedElsewhere;
-    if (isFurther) display.ShowStatusText(PortCheckText(pn));
-    if (link.CtTryPort(pn) == ct_code::Success && isFurther) found.push_back(pn);
-  }
-  for (int i = 0; i < PortsPerKind; ++i) {
-    if (!beforePort(PortsPerKind + i)) return found;
-    const int pn = FirstUsbPort + i;
-    display.ShowStatusText(PortCheckText(pn));
-    if (link.CtTryPort(pn) == ct_code::Success) found.push_back(pn);
+std::vector<Port> SweepCtApiPorts(CtSession& link, Display& display,
+                                  const std::function<bool(int done)>& beforePort) {
+  std::vector<Port> found;
+  int done = 0;
+  for (const ctapi::PortRange& range : {ctapi::ComPorts, ctapi::UsbPorts}) {
+    for (int pn = range.First; pn <= range.Last; ++pn) {
+      if (!beforePort(done++)) return found;
+      TryPort(Port(pn), link, display, found);
+    }
   }
   return found;
 }

@@ -43,7 +43,7 @@ constexpr std::size_t TriedSettings = 5;
 // The port from Open to the end of the scope.
 class OpenPort {
  public:
-  OpenPort(SerialPort& serial, int pn) : serial_(serial) { serial_.Open(pn); }
+  OpenPort(SerialPort& serial, Port port) : serial_(serial) { serial_.Open(port.Number()); }
   ~OpenPort() { serial_.Close(); }
   OpenPort(const OpenPort&) = delete;
   OpenPort& operator=(const OpenPort&) = delete;
@@ -73,9 +73,9 @@ bool IsAnswered(const SerialSettings& settings, SerialPort& serial, EventLoop& e
 
 }  // namespace
 
-SerialTest TestSerialPort(int pn, SerialPort& serial, EventLoop& eventLoop, bool& lineState) {
+SerialTest TestSerialPort(Port port, SerialPort& serial, EventLoop& eventLoop, bool& lineState) {
   try {
-    const OpenPort port(serial, pn);
+    const OpenPort open(serial, port);
     serial.SetDtr(true);
     eventLoop.Wait(LineStateWait);
     lineState = serial.ReadDsr();
@@ -86,10 +86,10 @@ SerialTest TestSerialPort(int pn, SerialPort& serial, EventLoop& eventLoop, bool
   }
 }
 
-void ProbeSerialSettings(int pn, SerialPort& serial, EventLoop& eventLoop, PortEntry& entry) {
+void ProbeSerialSettings(Port port, SerialPort& serial, EventLoop& eventLoop, PortEntry& entry) {
   entry.AvailText = u"Unbekannt! ";
   try {
-    const OpenPort port(serial, pn);
+    const OpenPort open(serial, port);
     serial.SetDtr(true);
     serial.SetRts(true);
     for (std::size_t row = 0; row < TriedSettings; ++row) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/event_loop.h"
+#include "platform/port.h"
 #include "platform/serial_port.h"
 #include "terminal/port_entry.h"
 
@@ -14,14 +15,14 @@ enum class SerialTest {
   Failed = 3,      // any other failure
 };
 
-// Opens the port, 1 to 4, raises DTR, waits 500 ms and reads DSR into lineState (true: a device
+// Opens the port, COM 1 to 4, raises DTR, waits 500 ms and reads DSR into lineState (true: a device
 // drives the line). lineState is written on success only.
-[[nodiscard]] SerialTest TestSerialPort(int pn, SerialPort& serial, EventLoop& eventLoop,
+[[nodiscard]] SerialTest TestSerialPort(Port port, SerialPort& serial, EventLoop& eventLoop,
                                         bool& lineState);
 
 // Asks a terminal on the port for a resynchronisation at 9600, 19200, 38400, 57600 and 115200 baud
 // in turn, even parity, 210 ms each. The first rate that is answered goes into the entry's
 // AvailText; "Unbekannt! " stands there otherwise. Any failure of the port ends the probe.
-void ProbeSerialSettings(int pn, SerialPort& serial, EventLoop& eventLoop, PortEntry& entry);
+void ProbeSerialSettings(Port port, SerialPort& serial, EventLoop& eventLoop, PortEntry& entry);
 
 }  // namespace kartocheck

@@ -56,8 +56,8 @@ void ProbeUsbVirtualCom(CtSession& link, TerminalInfo& info) {
 }
 
 void WritePortText(int pn, bool usbVirtualCom, PortEntry& port) {
-  port.PortText = PortDescription(pn, usbVirtualCom);
-  if (usbVirtualCom && pn <= LastComPort) port.AvailText = u"";
+  port.PortText = Port(pn).Description(usbVirtualCom);
+  if (usbVirtualCom && Port(pn).Kind() == PortKind::Com) port.AvailText = u"";
 }
 
 // Terminals of the Delta series are mobile or stationary; their answer to RESET CT tells.
@@ -113,9 +113,9 @@ void IdentifyByReset(CtSession& link, int pn, TerminalInfo& info, PortEntry& por
     return;
   }
   WritePortText(pn, false, port);
-  if (pn <= LastComPort) {
+  if (Port(pn).Kind() == PortKind::Com) {
     info.ModelName = u"Modell Vedra F/Serie Delta/Sigma";
-  } else if (IsUsbPort(pn)) {
+  } else if (Port(pn).IsUsb()) {
     // A USB device of this family answers like a Delta terminal and is recorded as one.
     info.ModelName = u"Serie Delta";
     info.ProductCode = product_code::SerieDelta;
@@ -186,16 +186,6 @@ void ResetTerminalInfo(TerminalInfo& info) {
   info.SoftwareVersion = u"";
   info.DisplayText = u"";
   info.SerialSettings = u"";
-}
-
-QString PortDescription(int pn, bool usbVirtualCom) {
-  QString kind = QStringLiteral("? ");
-  if (pn <= LastComPort) {
-    kind = usbVirtualCom ? QStringLiteral("USB Virtuell COM ") : QStringLiteral("COM ");
-  } else if (IsUsbPort(pn)) {
-    kind = QStringLiteral("USB ");
-  }
-  return kind + QStringLiteral("(CTAPI pn=") + QString::number(pn) + u')';
 }
 
 }  // namespace kartocheck

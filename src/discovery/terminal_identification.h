@@ -22,7 +22,4 @@ std::int16_t ReadManufacturerData(CtSession& link, TerminalInfo& info);
 // Empties the texts of the record. Flags stay.
 void ResetTerminalInfo(TerminalInfo& info);
 
-// The description of a port: kind text and "(CTAPI pn=N)".
-[[nodiscard]] QString PortDescription(int pn, bool usbVirtualCom);
-
 }  // namespace kartocheck

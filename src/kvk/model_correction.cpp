@@ -1,12 +1,12 @@
 #include "kvk/model_correction.h"
 
-#include "terminal/slot.h"
+#include "platform/port.h"
 
 namespace kartocheck {
 
 void CorrectModel(QStringView approvalNumber, KvkFormat format, int pn, TerminalInfo& info) {
   if (approvalNumber == u"103") {
-    if (info.ProductCode == product_code::SerieDelta || IsUsbPort(pn)) {
+    if (info.ProductCode == product_code::SerieDelta || Port(pn).IsUsb()) {
       info.ModelName = u"Serie Delta";
       info.ProductCode = product_code::SerieDelta;
     } else {

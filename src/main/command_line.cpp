@@ -3,8 +3,6 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
-#include "terminal/slot.h"
-
 namespace kartocheck {
 
 namespace {
@@ -21,10 +19,6 @@ void CompleteSimulate(QStringList& arguments) {
 
 CommandLineText Usage(const QString& problem) {
   return {.text = problem + QStringLiteral("\nHilfe: kartocheck --help"), .isError = true};
-}
-
-bool IsPortNumber(int pn) {
-  return (pn >= FirstComPort && pn <= LastComPort) || IsUsbPort(pn);
 }
 
 constexpr QStringView HelpText =
@@ -75,19 +69,19 @@ QString ProblemOf(const QCommandLineParser& parser) {
   return QStringLiteral("Unbekannte Option: ") + dashes + name;
 }
 
-// The port number that an option names; nothing where it is none.
-std::optional<int> PortOf(const QString& value) {
+// The port whose number an option names; nothing where it is none.
+std::optional<Port> PortOf(const QString& value) {
   bool isNumber = false;
-  const int pn = value.toInt(&isNumber);
-  return isNumber && IsPortNumber(pn) ? std::optional(pn) : std::nullopt;
+  const Port port(value.toInt(&isNumber));
+  return isNumber && port.Kind() != PortKind::Other ? std::optional(port) : std::nullopt;
 }
 
 // Takes "N=DEVICE" into the table; false where it is anything else.
 bool TakeSerialPort(const QString& value, QMap<int, QString>& table) {
   const QString device = value.section(u'=', 1);
-  const auto number = PortOf(value.section(u'=', 0, 0));
-  if (!number || *number > LastComPort || device.isEmpty()) return false;
-  table.insert(*number, device);
+  const auto port = PortOf(value.section(u'=', 0, 0));
+  if (!port || port->Kind() != PortKind::Com || device.isEmpty()) return false;
+  table.insert(port->Number(), device);
   return true;
 }
 

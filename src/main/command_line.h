@@ -7,6 +7,8 @@
 #include <optional>
 #include <variant>
 
+#include "platform/port.h"
+
 namespace kartocheck {
 
 // What the program was called with.
@@ -19,8 +21,8 @@ struct CommandLine {
   bool json = false;
   bool eraseRecords = false;
   bool validate = false;
-  std::optional<int> port;
-  std::optional<int> diagnose;  // port number of the guided questions
+  std::optional<Port> port;
+  std::optional<Port> diagnose;  // the port of the guided questions
 };
 
 // A call that only wants to be told something, or that cannot be carried out: the text to print,

@@ -134,9 +134,12 @@ int RunConsoleFrontEnd(const CommandLine& line, Outside& outside) {
                        .serial = outside.Serial(),
                        .directory = outside.Directory(),
                        .terminate = TerminateNow});
-  LoadSchemas(module.Validation, SchemaDirectories(line));
-  module.Validation.isOn = line.validate;
-  const TerminationSignal signal([&] { module.ExitRequested = endRequested = true; });
+  module.LoadSchemas(SchemaDirectories(line));
+  module.SetValidation(line.validate);
+  const TerminationSignal signal([&] {
+    endRequested = true;
+    module.RequestExit();
+  });
   if (line.diagnose) return RunConsoleDiagnosis(*line.diagnose, module, frontEnd, std::cout);
   return RunConsole({.json = line.json, .port = line.port}, module, frontEnd, std::cout);
 }

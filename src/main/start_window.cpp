@@ -60,12 +60,12 @@ int RunWindow(const WindowSetup& setup) {
                        .serial = setup.serial,
                        .directory = setup.directory,
                        .terminate = setup.terminate});
-  LoadSchemas(module.Validation, setup.schemaDirectories);
-  TestFlow flow(module, recorder, recorder, window);
-  window.Attach(flow);
-  window.OfferReport([&] {
-    return TestReportText(QDateTime::currentDateTime(), facts(), module, flow, recorder);
-  });
+  module.LoadSchemas(setup.schemaDirectories);
+  ViewState view;
+  TestFlow flow(module, recorder, recorder, view, window);
+  window.Attach(flow, view, module);
+  window.OfferReport(
+      [&] { return TestReportText(QDateTime::currentDateTime(), facts(), module, recorder); });
   const TerminationSignal signal([&] { window.CloseForSystem(); });
   window.show();
   return QCoreApplication::exec();

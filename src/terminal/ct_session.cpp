@@ -63,13 +63,13 @@ void CtSession::Fail(QStringView message) {
 }
 
 void CtSession::SetLamps(LampState state) {
-  with_.display.SetLamp(Lamp::Card, state);
-  with_.display.SetLamp(Lamp::Terminal, state);
+  with_.lamps[Lamp::Card].Set(state);
+  with_.lamps[Lamp::Terminal].Set(state);
 }
 
 std::int16_t CtSession::CtOpen(int pn) {
   return Guarded([&]() -> std::int16_t {
-    FixedText<8>& baudText = with_.ports[SlotOf(pn)].BaudText;
+    FixedText<8>& baudText = with_.ports[Port(pn).Slot()].BaudText;
     with_.eventLoop.Yield();
     baudText = u"";
     pn_ = pn;
@@ -112,7 +112,7 @@ CtAnswer CtSession::CtExchange(QStringView command, Unit dad) {
     // A library that tells of more than it wrote gets none of an earlier response.
     buffer_.Clear();
 
-    with_.display.SetLamp(LampOf(address), LampState::Waiting);
+    with_.lamps[LampOf(address)].Set(LampState::Waiting);
     with_.eventLoop.Yield();
     CtAnswer answer;
     answer.code = with_.api.Data(Ctn, address, sad,
@@ -122,7 +122,7 @@ CtAnswer CtSession::CtExchange(QStringView command, Unit dad) {
     // With a failure code the length may tell what size would have been needed.
     const bool overlong = answer.Succeeded() && length > ResponseSize;
     if (overlong || !buffer_.IsIntact()) throw CallFailure("response exceeds its buffer");
-    with_.display.SetLamp(LampOf(sad), LampState::Answered);
+    with_.lamps[LampOf(sad)].Set(LampState::Answered);
 
     if (answer.code == ct_code::Success && length < 2) answer.code = ct_code::MemoryError;
     if (answer.code == ct_code::Success) {

@@ -7,8 +7,8 @@
 
 #include "platform/ct_api.h"
 #include "platform/dialogs.h"
-#include "platform/display.h"
 #include "platform/event_loop.h"
+#include "platform/lamps.h"
 #include "platform/terminate.h"
 #include "terminal/guarded_buffer.h"
 #include "terminal/port_entry.h"
@@ -57,7 +57,7 @@ class CtSession {
   struct Surroundings {
     CtApi& api;
     Dialogs& dialogs;
-    Display& display;
+    Lamps& lamps;
     EventLoop& eventLoop;
     PerSlot<PortEntry>& ports;
     Terminate terminate;

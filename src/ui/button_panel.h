@@ -4,6 +4,8 @@
 
 #include <array>
 
+#include "ui/main_window/view_state.h"
+
 class QToolButton;
 
 namespace kartocheck {
@@ -13,7 +15,7 @@ class ButtonPanel final : public QFrame {
   Q_OBJECT
 
  public:
-  static constexpr int ButtonCount = 6;
+  static constexpr int ButtonCount = ActionCount;
 
   explicit ButtonPanel(QWidget* parent);
 

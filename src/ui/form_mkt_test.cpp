@@ -253,10 +253,47 @@ void Form_MKT_Test::RestoreGeometry() {
   if (settings_ != nullptr) restoreGeometry(settings_->value(GeometryKey()).toByteArray());
 }
 
-void Form_MKT_Test::Attach(TestFlow& flow) {
+void Form_MKT_Test::Attach(TestFlow& flow, ViewState& view, Bas_MKT_Test& module) {
   flow_ = &flow;
-  mnuValidierung->setChecked(flow.IsValidating());
-  for (int slot = 1; slot <= SlotCount; ++slot) ShowSlot(slot);
+  mnuValidierung->setChecked(module.Validation().isOn);
+  for (const Lamp lamp : {Lamp::Card, Lamp::Terminal}) {
+    module.LinkLamps()[lamp].Watch(
+        [this, lamp](LampState state) { Fram_MKTStatus->SetLamp(lamp, state); });
+  }
+  DrawView(view);
+  DrawPorts(view);
+}
+
+void Form_MKT_Test::DrawView(ViewState& view) {
+  view.progress.Watch(
+      [this](int percent) { ProgressBar1->setValue(std::clamp(percent, 0, FullProgress)); });
+  view.frame.Watch([this](Frame frame) { ShowFrameX(static_cast<int>(frame)); });
+  view.data.Watch([this](const DataFrame& shown) { insuredData_->ShowData(shown); });
+  view.isActionRunning.Watch([this](bool running) { SetActionRunning(running); });
+  view.nextButton.Watch([this](std::optional<Action> button) {
+    if (button) focusBefore_ = Pict_MKT_Test->Button(static_cast<int>(*button));
+  });
+  view.diagnosedPort.Watch([this](const QString& name) { dialogCheck_->ShowPort(name); });
+  view.diagnosisStep.Watch([this](const QString& step) { dialogCheck_->ShowStep(step); });
+}
+
+void Form_MKT_Test::DrawPorts(ViewState& view) {
+  for (int slot = 1; slot <= SlotCount; ++slot) {
+    view.statusTabs[slot].Watch(
+        [this, slot](const StatusTab& values) { terminalStatus_->ShowSlot(slot, values); });
+    view.isPortEnabled[slot].Watch(
+        [this, slot](bool enabled) { Fram_Comx->EnablePort(slot, enabled); });
+    view.portHints[slot].Watch(
+        [this, slot](const QString& hint) { Fram_Comx->ShowPortHint(slot, hint); });
+  }
+  view.tabInFront.Watch([this](int slot) { terminalStatus_->ShowTab(slot); });
+  view.furtherPortName.Watch(
+      [this](const QString& name) { terminalStatus_->NameFurtherPort(name); });
+  view.markedPort.Watch([this](int member) { Fram_Comx->MarkPort(member); });
+  view.furtherPorts.Watch(
+      [this](const PortList& list) { Fram_Comx->ShowPortList(list.lines, list.chosen); });
+  view.hintsWithoutReader.Watch(
+      [this](const QStringList& hints) { Fram_Comx->ShowHintsWithoutReader(hints); });
 }
 
 void Form_MKT_Test::OfferReport(std::function<QString()> makeReport) {
@@ -270,10 +307,6 @@ void Form_MKT_Test::ShowStatusText(const QString& text) {
   Labl_StatusText->setToolTip(PlainToolTip(text));
 }
 
-void Form_MKT_Test::ShowProgress(int percent) {
-  ProgressBar1->setValue(std::clamp(percent, 0, FullProgress));
-}
-
 bool Form_MKT_Test::ShowFrameX(int frame) {
   if (frame < 0 || frame >= static_cast<int>(Fram_Show.size())) return false;
   QWidget* wanted = Fram_Show.at(static_cast<std::size_t>(frame));
@@ -283,62 +316,6 @@ bool Form_MKT_Test::ShowFrameX(int frame) {
   if (visible != Fram_Show.end()) (*visible)->hide();
   wanted->show();
   return true;
-}
-
-void Form_MKT_Test::EnablePort(int slot, bool enabled) {
-  Fram_Comx->EnablePort(slot, enabled);
-}
-
-void Form_MKT_Test::SetLamp(Lamp lamp, LampState state) {
-  Fram_MKTStatus->SetLamp(lamp, state);
-}
-
-void Form_MKT_Test::ShowSlot(int slot) {
-  if (flow_ != nullptr) terminalStatus_->ShowSlot(slot, flow_->StatusTabOf(slot));
-}
-
-void Form_MKT_Test::ShowData(const DataFrame& frame) {
-  insuredData_->ShowData(frame);
-}
-
-void Form_MKT_Test::ClearData() {
-  insuredData_->ClearData();
-}
-
-void Form_MKT_Test::ShowPortList(const QStringList& lines, int chosen) {
-  Fram_Comx->ShowPortList(lines, chosen);
-}
-
-void Form_MKT_Test::ShowPortHint(int slot, const QString& hint) {
-  Fram_Comx->ShowPortHint(slot, hint);
-}
-
-void Form_MKT_Test::ShowHintsWithoutReader(const QStringList& hints) {
-  Fram_Comx->ShowHintsWithoutReader(hints);
-}
-
-void Form_MKT_Test::MarkPort(int member) {
-  Fram_Comx->MarkPort(member);
-}
-
-void Form_MKT_Test::NameFurtherPort(const QString& name) {
-  terminalStatus_->NameFurtherPort(name);
-}
-
-void Form_MKT_Test::ShowStatusTab(int slot) {
-  terminalStatus_->ShowTab(slot);
-}
-
-void Form_MKT_Test::MarkButton(int index) {
-  focusBefore_ = Pict_MKT_Test->Button(index);
-}
-
-void Form_MKT_Test::ShowDiagnosedPort(const QString& name) {
-  dialogCheck_->ShowPort(name);
-}
-
-void Form_MKT_Test::ShowDiagnosisStep(const QString& step) {
-  dialogCheck_->ShowStep(step);
 }
 
 void Form_MKT_Test::ShowScanResult(const ScanResult& result) {

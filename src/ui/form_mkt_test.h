@@ -48,10 +48,9 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   // The window's message boxes.
   [[nodiscard]] Dialogs& Boxes() { return boxes_; }
 
-  // Who is told of what is pressed; outlives the window's use. The flow needs the window to be
-  // made, so it comes after construction.
-  void Attach(TestFlow& flow);
-
+  // Draws the view state and the module's lamps from now on, and tells the flow what is pressed.
+  // All three need the window to be made, so they come after construction; they end before it does.
+  void Attach(TestFlow& flow, ViewState& view, Bas_MKT_Test& module);
   // Where the text of a test report comes from; without one the menu does not offer it.
   void OfferReport(std::function<QString()> makeReport);
 
@@ -60,26 +59,12 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   // the running action if there is one.
   void CloseForSystem();
 
-  void ShowStatusText(const QString& text) override;
-  void ShowProgress(int percent) override;
-  bool ShowFrameX(int frame) override;
-  void ShowDiagnosisStep(const QString& step) override;
-  void EnablePort(int slot, bool enabled) override;
-  void SetLamp(Lamp lamp, LampState state) override;
-  void ShowSlot(int slot) override;
+  // Makes one of the frames 0 to 3 the visible one (wait, dialog check, terminal status, data).
+  // False where it was visible already, or there is none of this index; nothing changes then.
+  bool ShowFrameX(int frame);
 
-  void ShowData(const DataFrame& frame) override;
-  void ClearData() override;
-  void ShowPortList(const QStringList& lines, int chosen) override;
-  void ShowPortHint(int slot, const QString& hint) override;
-  void ShowHintsWithoutReader(const QStringList& hints) override;
-  void MarkPort(int member) override;
-  void NameFurtherPort(const QString& name) override;
-  void ShowStatusTab(int slot) override;
-  void MarkButton(int index) override;
-  void ShowDiagnosedPort(const QString& name) override;
+  void ShowStatusText(const QString& text) override;
   void ShowScanResult(const ScanResult& result) override;
-  void SetActionRunning(bool running) override;
   void CopyToClipboard(const QString& text) override;
   void CloseNow() override;
 
@@ -97,6 +82,9 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   void CreateFrames();
   void CreateStatusBar(bool simulation);
   void CreateLayout();
+  void DrawView(ViewState& view);
+  void DrawPorts(ViewState& view);
+  void SetActionRunning(bool running);
   void UpdateEnabled();
   void RestoreGeometry();
 
@@ -113,7 +101,7 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   PortFrame* Fram_Comx = nullptr;
   TerminalAccessFrame* Fram_MKTStatus = nullptr;
   QPushButton* cmdeGK = nullptr;
-  std::array<QWidget*, 4> Fram_Show{};
+  std::array<QWidget*, FrameCount> Fram_Show{};
   WaitFrame* wait_ = nullptr;
   DialogCheckFrame* dialogCheck_ = nullptr;
   TerminalStatusFrame* terminalStatus_ = nullptr;

@@ -25,8 +25,4 @@ void InsuredDataFrame::ShowData(const DataFrame& frame) {
   }
 }
 
-void InsuredDataFrame::ClearData() {
-  for (int row = 0; row < DataRowCount; ++row) grid_->SetValue(row, QString());
-}
-
 }  // namespace kartocheck

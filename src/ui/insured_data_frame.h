@@ -16,8 +16,6 @@ class InsuredDataFrame final : public QGroupBox {
   explicit InsuredDataFrame(QWidget* parent);
 
   void ShowData(const DataFrame& frame);
-  // Empties the value fields; title and labels stay.
-  void ClearData();
 
  private:
   FieldGrid* grid_;

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "terminal/slot.h"
+#include "platform/port.h"
 
 class QLabel;
 class QListWidget;

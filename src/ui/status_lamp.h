@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "platform/display.h"
+#include "platform/lamps.h"
 
 namespace kartocheck {
 

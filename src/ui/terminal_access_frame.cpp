@@ -9,7 +9,7 @@ namespace kartocheck {
 
 namespace {
 
-constexpr std::array<QStringView, 2> LampTexts{u"Kartenzugriff", u"MKT-Zugriff"};
+constexpr std::array<QStringView, LampCount> LampTexts{u"Kartenzugriff", u"MKT-Zugriff"};
 
 }  // namespace
 

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "platform/display.h"
+#include "platform/lamps.h"
 
 namespace kartocheck {
 
@@ -20,7 +20,7 @@ class TerminalAccessFrame final : public QGroupBox {
   void SetLamp(Lamp lamp, LampState state);
 
  private:
-  std::array<StatusLamp*, 2> Shap_Lampe{};
+  std::array<StatusLamp*, LampCount> Shap_Lampe{};
 };
 
 }  // namespace kartocheck

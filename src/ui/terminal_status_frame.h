@@ -4,7 +4,6 @@
 
 #include <array>
 
-#include "terminal/slot.h"
 #include "ui/main_window/status_tab.h"
 
 class QTabWidget;

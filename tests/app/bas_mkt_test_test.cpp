@@ -14,6 +14,7 @@
 #include "support/fake_port_directory.h"
 #include "support/fake_serial_port.h"
 #include "support/link_fixture.h"
+#include "support/open_module.h"
 #include "support/printing.h"
 
 namespace kartocheck::test {
@@ -35,7 +36,7 @@ class Module {
   FakeEventLoop eventLoop;
   FakeSerialPort serial{FakeSerialPort::FourPorts()};
   FakePortDirectory directory;
-  Bas_MKT_Test state;
+  OpenModule state;
 };
 
 constexpr const char* CheckAndRead = R"(
@@ -72,8 +73,8 @@ constexpr const char* CheckAndRead = R"(
 TEST(BasMktTestTest, StartsWithPortOneAndNothingKnown) {
   FakeApi api;
   const Module module(api);
-  EXPECT_EQ(module.state.SelectedPort, 1);
-  EXPECT_EQ(module.state.CurrentPort, 1);
+  EXPECT_EQ(module.state.SelectedPort, Port(1));
+  EXPECT_EQ(module.state.CurrentSlot, 1);
   EXPECT_FALSE(module.state.Busy);
   EXPECT_FALSE(module.state.ExitRequested);
   EXPECT_FALSE(module.state.IsLinkOpen());
@@ -91,17 +92,17 @@ TEST(BasMktTestTest, AHintIsForAPortThatCannotBeUsed) {
   module.directory.hints[8192] = hint;
   std::vector<QString> whileOpen;
   module.eventLoop.onYield = [&] {
-    if (module.state.IsLinkOpen()) whileOpen.push_back(module.state.HintFor(8192));
+    if (module.state.IsLinkOpen()) whileOpen.push_back(module.state.HintFor(Port(8192)));
   };
-  EXPECT_EQ(module.state.HintFor(8192), hint);
-  EXPECT_EQ(module.state.HintFor(8193), QString());
-  module.state.CheckPort(8192);
-  EXPECT_EQ(module.state.HintFor(8192), hint);
-  EXPECT_EQ(module.state.StatusCheck(8192), ReadyToRead);
-  EXPECT_EQ(module.state.ReadCardData(8192), 0);
-  EXPECT_EQ(module.state.HintFor(8192), QString()) << "data were read";
+  EXPECT_EQ(module.state.HintFor(Port(8192)), hint);
+  EXPECT_EQ(module.state.HintFor(Port(8193)), QString());
+  module.state.CheckPort(Port(8192));
+  EXPECT_EQ(module.state.HintFor(Port(8192)), hint);
+  EXPECT_EQ(module.state.StatusCheck(Port(8192)), ReadyToRead);
+  EXPECT_EQ(module.state.ReadCardData(Port(8192)), 0);
+  EXPECT_EQ(module.state.HintFor(Port(8192)), QString()) << "data were read";
   module.state.ClearSlot(5);
-  EXPECT_EQ(module.state.HintFor(8192), hint);
+  EXPECT_EQ(module.state.HintFor(Port(8192)), hint);
   ASSERT_FALSE(whileOpen.empty());
   EXPECT_EQ(std::count(whileOpen.begin(), whileOpen.end(), QString()),
             static_cast<std::ptrdiff_t>(whileOpen.size()))
@@ -114,10 +115,10 @@ TEST(BasMktTestTest, HintsWithoutAReaderAreForASweepThatFoundNoUsbDevice) {
   const QStringList hints{QStringLiteral("Ein Hinweis."), QStringLiteral("Noch einer.")};
   module.directory.hintsWithoutReader = hints;
   EXPECT_EQ(module.state.HintsWithoutReader(), hints);
-  module.state.FurtherPorts = {5, 256};
+  module.state.FurtherPorts = {Port(5), Port(256)};
   EXPECT_EQ(module.state.HintsWithoutReader(), hints);
   for (const int reader : {8192, 8447}) {
-    module.state.FurtherPorts = {5, reader};
+    module.state.FurtherPorts = {Port(5), Port(reader)};
     EXPECT_EQ(module.state.HintsWithoutReader(), QStringList());
   }
 }
@@ -125,11 +126,11 @@ TEST(BasMktTestTest, HintsWithoutAReaderAreForASweepThatFoundNoUsbDevice) {
 TEST(BasMktTestTest, AFurtherPortIsOpenedByItsNumberAndKeptInSlotFive) {
   Dialogue dialogue(CheckAndRead);
   Module module(dialogue);
-  module.state.CheckPort(8192);
+  module.state.CheckPort(Port(8192));
   EXPECT_EQ(module.state.Terminals[5].ModelName.Trimmed(), u"Serie Omega");
   EXPECT_EQ(module.state.Ports[5].PortText.Trimmed(), u"USB (CTAPI pn=8192)");
-  EXPECT_EQ(module.state.StatusCheck(8192), ReadyToRead);
-  EXPECT_EQ(module.state.ReadCardData(8192), 0);
+  EXPECT_EQ(module.state.StatusCheck(Port(8192)), ReadyToRead);
+  EXPECT_EQ(module.state.ReadCardData(Port(8192)), 0);
   EXPECT_TRUE(module.state.Terminals[5].DataRead);
   EXPECT_EQ(module.state.Insured[5][Element::LastName], u"Übermaß");
   for (int slot = 1; slot <= 4; ++slot) {
@@ -157,14 +158,14 @@ TEST(BasMktTestTest, ACheckEmptiesTheSlotWhateverItFinds) {
   api.init = [](auto, auto) -> std::int8_t { return -127; };
   Module module(api);
   for (const int pn : {2, 8192}) {
-    const int slot = SlotOf(pn);
+    const int slot = Port(pn).Slot();
     module.state.Insured[slot][Element::Town] = QStringLiteral("Musterstadt");
     module.state.Egk[slot].iccsn = QStringLiteral("80276001011234567890");
     TerminalInfo& info = module.state.Terminals[slot];
     info.ModelName = u"Serie Delta";
     info.Answered = info.DataRead = info.EgkData = info.Reset95 = info.Reset9501 = true;
     info.UsbVirtualCom = info.SelectRefused = true;
-    module.state.CheckPort(pn);
+    module.state.CheckPort(Port(pn));
     EXPECT_TRUE(module.state.Insured[slot].IsEmpty());
     EXPECT_TRUE(module.state.Egk[slot].IsEmpty());
     EXPECT_EQ(info.ModelName.Trimmed(), u"Unbekanntes Gerät?!");
@@ -178,7 +179,7 @@ TEST(BasMktTestTest, AFurtherPortWithoutAPortTextHasItsLineOfTheList) {
   FakeApi api;
   api.init = [](auto, auto) -> std::int8_t { return -10; };
   Module module(api);
-  module.state.CheckPort(8193);
+  module.state.CheckPort(Port(8193));
   EXPECT_EQ(module.state.Ports[5].PortText.Trimmed(), u"USB Device 2 (CTAPI pn=8193)");
 }
 
@@ -198,16 +199,16 @@ TEST(BasMktTestTest, ComPortsHaveNoSerialSettings) {
   FakeApi api;
   api.data = omega;
   Module module(api);
-  module.state.CheckPort(2);
+  module.state.CheckPort(Port(2));
   EXPECT_EQ(module.state.Terminals[2].ModelName.Trimmed(), u"Serie Omega");
   EXPECT_TRUE(module.state.Terminals[2].SerialSettings.IsBlank());
 
-  module.state.FurtherPorts = {2};
-  module.state.CheckPort(2);
+  module.state.FurtherPorts = {Port(2)};
+  module.state.CheckPort(Port(2));
   EXPECT_EQ(module.state.Terminals[2].SerialSettings.Trimmed(), u"CTAPI pn=2");
 }
 
-void FillSlotFive(Bas_MKT_Test& state) {
+void FillSlotFive(OpenModule& state) {
   state.Insured[5][Element::Town] = QStringLiteral("Musterstadt");
   state.Egk[5].iccsn = QStringLiteral("80276001011234567890");
   state.Terminals[5].ModelName = u"Serie Delta";
@@ -218,14 +219,14 @@ void FillSlotFive(Bas_MKT_Test& state) {
 TEST(BasMktTestTest, AnotherFurtherPortEmptiesSlotFive) {
   FakeApi api;
   Module module(api);
-  module.state.UseFurtherPort(8192);
+  module.state.UseFurtherPort(Port(8192));
   FillSlotFive(module.state);
 
-  module.state.UseFurtherPort(8192);
+  module.state.UseFurtherPort(Port(8192));
   EXPECT_TRUE(module.state.Terminals[5].DataRead) << "the same port keeps its records";
 
-  module.state.UseFurtherPort(7);
-  EXPECT_EQ(module.state.FurtherPort, 7);
+  module.state.UseFurtherPort(Port(7));
+  EXPECT_EQ(module.state.FurtherPort, Port(7));
   EXPECT_EQ(module.state.Ports[5].PortText.Trimmed(), u"COM 7 (CTAPI pn=7)");
   EXPECT_TRUE(module.state.Ports[5].AvailText.IsBlank());
   EXPECT_TRUE(module.state.Terminals[5].ModelName.IsBlank());
@@ -244,11 +245,11 @@ TEST(BasMktTestTest, AnotherFurtherPortEmptiesSlotFive) {
 TEST(BasMktTestTest, TheFurtherPortIsSelectedWhileSlotFiveIsTheCurrentOne) {
   FakeApi api;
   Module module(api);
-  module.state.UseFurtherPort(8192);
-  EXPECT_EQ(module.state.SelectedPort, 1) << "slot 1 is the current one";
-  module.state.CurrentPort = 5;
-  module.state.UseFurtherPort(9);
-  EXPECT_EQ(module.state.SelectedPort, 9);
+  module.state.UseFurtherPort(Port(8192));
+  EXPECT_EQ(module.state.SelectedPort, Port(1)) << "slot 1 is the current one";
+  module.state.CurrentSlot = 5;
+  module.state.UseFurtherPort(Port(9));
+  EXPECT_EQ(module.state.SelectedPort, Port(9));
   module.state.UseFurtherPort(std::nullopt);
   EXPECT_EQ(module.state.SelectedPort, std::nullopt);
 }
@@ -261,7 +262,7 @@ TEST(BasMktTestTest, TheSystemsIdentificationOfASlotIsThatOfItsPort) {
   EXPECT_EQ(module.state.IdentificationOf(3), u"USB VID_0403 PID_6001");
   EXPECT_EQ(module.state.IdentificationOf(1), QString());
   EXPECT_EQ(module.state.IdentificationOf(5), QString()) << "no further port yet";
-  module.state.UseFurtherPort(8200);
+  module.state.UseFurtherPort(Port(8200));
   EXPECT_EQ(module.state.IdentificationOf(5), u"a reader");
 }
 
@@ -269,9 +270,9 @@ TEST(BasMktTestTest, ASweepReplacesTheListOfFurtherPorts) {
   FakeApi api;
   api.init = [](auto, std::uint16_t pn) -> std::int8_t { return pn == 6 || pn == 8194 ? 0 : -1; };
   Module module(api);
-  module.state.FurtherPorts = {100};
+  module.state.FurtherPorts = {Port(100)};
   module.state.SweepPorts([](int) { return true; });
-  EXPECT_EQ(module.state.FurtherPorts, (std::vector{6, 8194}));
+  EXPECT_EQ(module.state.FurtherPorts, (std::vector{Port(6), Port(8194)}));
 }
 
 TEST(BasMktTestTest, ProceduresAskNothingOnceTheProgramIsAskedToEnd) {
@@ -287,7 +288,7 @@ TEST(BasMktTestTest, ProceduresAskNothingOnceTheProgramIsAskedToEnd) {
   )");
   Module module(dialogue);
   module.state.ExitRequested = true;
-  EXPECT_EQ(module.state.ReadCardData(1), -1);
+  EXPECT_EQ(module.state.ReadCardData(Port(1)), -1);
   EXPECT_TRUE(module.dialogs.boxes.empty());
 }
 
@@ -296,7 +297,7 @@ TEST(BasMktTestTest, AFatalMessageIsShownEvenThen) {
   api.init = [](auto, auto) -> std::int8_t { throw LibraryNotFound("no such file"); };
   Module module(api);
   module.state.ExitRequested = true;
-  EXPECT_THROW((void)module.state.ReadCardData(1), Terminated);
+  EXPECT_THROW((void)module.state.ReadCardData(Port(1)), Terminated);
   EXPECT_EQ(module.dialogs.Texts(),
             std::vector{QStringLiteral("Datei nicht gefunden, CTNRV32.dll !!!")});
 }

@@ -9,6 +9,7 @@
 #include "platform/simulated/serial_port_simulated.h"
 #include "support/fake_event_loop.h"
 #include "support/link_fixture.h"
+#include "support/open_module.h"
 #include "support/simulated_ports.h"
 
 namespace kartocheck::test {
@@ -35,7 +36,9 @@ class Console {
   [[nodiscard]] int Run(const ConsoleOptions& options = {}) {
     return RunConsole(options, module, frontEnd, out);
   }
-  [[nodiscard]] int Diagnose(int pn) { return RunConsoleDiagnosis(pn, module, frontEnd, out); }
+  [[nodiscard]] int Diagnose(int pn) {
+    return RunConsoleDiagnosis(Port(pn), module, frontEnd, out);
+  }
 
   ctapi::SimulatedPractice practice;
   CtApiSimulated api{practice};
@@ -47,7 +50,7 @@ class Console {
   std::ostringstream messages;
   std::deque<std::string> typed;
   ConsoleFrontEnd frontEnd;
-  Bas_MKT_Test module;
+  OpenModule module;
 
  private:
   [[nodiscard]] Bas_MKT_Test::Surroundings Surroundings() {

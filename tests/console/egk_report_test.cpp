@@ -29,12 +29,12 @@ class EgkReportTest : public testing::Test {
   }
 
   QString Text(int pn) {
-    EXPECT_EQ(console.Run({.port = pn}), exit_status::DataRead);
+    EXPECT_EQ(console.Run({.port = Port(pn)}), exit_status::DataRead);
     return QString::fromStdString(console.out.str());
   }
 
   QJsonObject Json(int pn) {
-    EXPECT_EQ(console.Run({.json = true, .port = pn}), exit_status::DataRead);
+    EXPECT_EQ(console.Run({.json = true, .port = Port(pn)}), exit_status::DataRead);
     const QByteArray bytes = QByteArray::fromStdString(console.out.str());
     const QJsonObject ports = QJsonDocument::fromJson(bytes).object().value(u"ports").toObject();
     return ports.value(QString::number(pn)).toObject().value(u"egk").toObject();

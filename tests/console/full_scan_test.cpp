@@ -166,7 +166,7 @@ TEST(ConsoleScanTest, ExitStatusTellsWhatWasFound) {
     EXPECT_EQ(console.Run(), row.expected) << row.scenario;
     Console onePort;
     onePort.practice.Attach(1, PortOf(row.scenario));
-    EXPECT_EQ(onePort.Run({.port = 1}), row.expected) << row.scenario;
+    EXPECT_EQ(onePort.Run({.port = Port(1)}), row.expected) << row.scenario;
   }
   EXPECT_EQ(exit_status::DataRead, 0);
   EXPECT_EQ(exit_status::NoTerminal, 1);
@@ -187,7 +187,7 @@ TEST(ConsoleScanTest, OnePortMeansNoSweepAndNoOtherPort) {
     for (const std::uint16_t other : std::initializer_list<std::uint16_t>{1, 2, 7, 8192, 8200}) {
       console.practice.Attach(other, PortOf("kvk-60"));
     }
-    EXPECT_EQ(console.Run({.port = pn}), exit_status::DataRead);
+    EXPECT_EQ(console.Run({.port = Port(pn)}), exit_status::DataRead);
     EXPECT_EQ(CountOf(console.messages.str(), "Programm prüft "), 1);
     EXPECT_EQ(CountOf(console.out.str(), "(CTAPI pn=" + std::to_string(pn) + ")\n"), pn > 4 ? 2 : 1)
         << "its heading, and of a further port its description";
@@ -254,7 +254,7 @@ TEST(ConsoleScanTest, ControlCharactersOfACardDoNotReachTheTerminal) {
   for (const bool json : {false, true}) {
     Console console;
     console.practice.Attach(1, port);
-    (void)console.Run({.json = json, .port = 1});
+    (void)console.Run({.json = json, .port = Port(1)});
     for (const std::string& text : {console.out.str(), console.messages.str()}) {
       const bool hasControl = std::any_of(text.begin(), text.end(), [](char byte) {
         return byte != '\n' && (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F);

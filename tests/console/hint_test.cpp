@@ -82,7 +82,7 @@ TEST(ConsoleHintTest, WithoutASweepNothingIsSaidOfReaders) {
   FakePortDirectory machine;
   machine.hintsWithoutReader = {FirstHint, SecondHint};
   Console console(machine);
-  (void)console.Run({.json = true, .port = 8192});
+  (void)console.Run({.json = true, .port = Port(8192)});
   EXPECT_EQ(Hints(console), QJsonArray());
 }
 
@@ -120,7 +120,7 @@ TEST(ConsoleHintTest, APortThatWasReadNeedsNone) {
   machine.hints = {{8192, SecondHint}};
   Console console(machine);
   console.practice.Attach(8192, PortOf("omega"));
-  EXPECT_EQ(console.Run({.json = true, .port = 8192}), exit_status::DataRead);
+  EXPECT_EQ(console.Run({.json = true, .port = Port(8192)}), exit_status::DataRead);
   EXPECT_EQ(PortHint(console, QStringLiteral("8192")), QString());
 }
 
@@ -129,7 +129,7 @@ TEST(ConsoleHintTest, BeforeTheCardIsAskedForTheReasonStandsAmongTheMessages) {
   machine.hints = {{8192, SecondHint}};
   Console console(machine);
   console.practice.Attach(8192, PortOf("keine-karte"));
-  (void)console.Run({.port = 8192});
+  (void)console.Run({.port = Port(8192)});
   EXPECT_NE(console.messages.str().find("\nDer Dienst läuft nicht.\nKartoCheck: Bitte eine "),
             std::string::npos)
       << console.messages.str();

@@ -92,7 +92,7 @@ TEST(JsonReportTest, AFullScanIsOneDocumentWithAnEntryAPort) {
 TEST(JsonReportTest, APromptIsAMessageWithTheAnswerCancel) {
   Console console;
   console.practice.Attach(1, PortOf("keine-karte"));
-  EXPECT_EQ(console.Run({.json = true, .port = 1}), exit_status::NoData);
+  EXPECT_EQ(console.Run({.json = true, .port = Port(1)}), exit_status::NoData);
   const QJsonArray messages = At(At(Parsed(console), "ports"), "1").value(u"messages").toArray();
   ASSERT_EQ(messages.size(), 1);
   EXPECT_EQ(Text(messages[0].toObject(), "icon"), u"exclamation");
@@ -102,7 +102,7 @@ TEST(JsonReportTest, APromptIsAMessageWithTheAnswerCancel) {
 TEST(JsonReportTest, AMessageWithoutAQuestionHasNoAnswer) {
   Console console;
   console.practice.Attach(1, PortOf("keine-datensaetze"));
-  (void)console.Run({.json = true, .port = 1});
+  (void)console.Run({.json = true, .port = Port(1)});
   const QJsonArray messages = At(At(Parsed(console), "ports"), "1").value(u"messages").toArray();
   ASSERT_FALSE(messages.isEmpty());
   EXPECT_EQ(Text(messages[0].toObject(), "icon"), u"critical");
@@ -113,7 +113,7 @@ TEST(JsonReportTest, AMessageWithoutAQuestionHasNoAnswer) {
 TEST(JsonReportTest, AReadRecordOfAMobileTerminal) {
   Console console(StoredRecords::Erase);
   console.practice.Attach(1, PortOf("kvk-gespeichert"));
-  EXPECT_EQ(console.Run({.json = true, .port = 1}), exit_status::DataRead);
+  EXPECT_EQ(console.Run({.json = true, .port = Port(1)}), exit_status::DataRead);
   const QJsonObject port = At(At(Parsed(console), "ports"), "1");
   EXPECT_EQ(Text(At(port, "data"), "source"), u"record");
   EXPECT_FALSE(Text(At(At(port, "data"), "elements"), "readingDate").isEmpty());
@@ -126,7 +126,7 @@ TEST(JsonReportTest, ControlCharactersComeThroughAProgramUnchanged) {
   ctapi::SimulatedPort port;
   port.DeviceId = "A\x1B\x7F\xC2\x9B\xC2\x80\\ \"\u00fc";
   console.practice.Attach(1, port);
-  (void)console.Run({.json = true, .port = 1});
+  (void)console.Run({.json = true, .port = Port(1)});
   EXPECT_EQ(Text(At(At(Parsed(console), "ports"), "1"), "device"),
             QString::fromUtf8("A\x1B\x7F\xC2\x9B\xC2\x80\\ \"\u00fc"));
   EXPECT_NE(console.out.str().find("A\\u001b\\u007f\\u009b\\u0080\\\\ \\\"\u00fc"),

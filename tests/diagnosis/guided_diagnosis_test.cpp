@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "support/fake_dialogs.h"
-#include "support/fake_display.h"
 #include "support/printing.h"
 #include "support/sentence_name.h"
 
@@ -111,16 +110,16 @@ TEST_P(GuidedDiagnosisTest, Path) {
   const HintTexts hints;
   FakeDialogs dialogs;
   dialogs.answers.assign(row.answers.begin(), row.answers.end());
-  FakeDisplay display;
+  std::vector<QString> steps;
   std::vector<std::string> ends;
   RunGuidedDiagnosis({.hints = hints,
                       .dialogs = dialogs,
-                      .display = display,
+                      .showStep = [&](const QString& step) { steps.push_back(step); },
                       .checkPort = [&] { ends.emplace_back("port check"); },
                       .showTerminalStatus = [&] { ends.emplace_back("terminal status"); }});
   EXPECT_EQ(Describe(dialogs.boxes), Describe(row.boxes));
   EXPECT_TRUE(dialogs.answers.empty());
-  EXPECT_EQ(display.diagnosisSteps, row.steps);
+  EXPECT_EQ(steps, row.steps);
   EXPECT_EQ(ends, std::vector<std::string>{row.end});
 }
 

@@ -32,8 +32,8 @@ constexpr const char16_t* Mobile =
 
 struct PromptRow {
   const char* sentence;
-  Question (*prompt)(int pn, bool mobile);
-  int pn;
+  Question (*prompt)(Port port, bool mobile);
+  Port port;
   bool mobile;
   const char16_t* fixedLines;
   const char16_t* end;
@@ -48,7 +48,7 @@ class InsertCardPromptTest : public testing::TestWithParam<PromptRow> {};
 
 TEST_P(InsertCardPromptTest, Box) {
   const PromptRow& row = GetParam();
-  const Question question = row.prompt(row.pn, row.mobile);
+  const Question question = row.prompt(row.port, row.mobile);
   EXPECT_EQ(question.title, u" KartoCheck ");
   EXPECT_EQ(question.text, QString(QStringView(row.fixedLines) + QStringView(row.end)));
   EXPECT_EQ(question.icon, Icon::Exclamation);
@@ -62,24 +62,24 @@ constexpr auto Cancel = Answer::Cancel;
 
 INSTANTIATE_TEST_SUITE_P(
     Diagnosis, InsertCardPromptTest,
-    testing::Values(PromptRow{"a fixed terminal on COM 1", InsertCardPrompt, 1, false, Fixed,
+    testing::Values(PromptRow{"a fixed terminal on COM 1", InsertCardPrompt, Port(1), false, Fixed,
                               u" COM  1", Cancel},
-                    PromptRow{"a fixed terminal on COM 4", InsertCardPrompt, 4, false, Fixed,
+                    PromptRow{"a fixed terminal on COM 4", InsertCardPrompt, Port(4), false, Fixed,
                               u" COM  4", Cancel},
-                    PromptRow{"a fixed terminal on COM 256", InsertCardPrompt, 256, false, Fixed,
-                              u" COM  256", Cancel},
-                    PromptRow{"a mobile terminal on COM 2", InsertCardPrompt, 2, true, Mobile,
+                    PromptRow{"a fixed terminal on COM 256", InsertCardPrompt, Port(256), false,
+                              Fixed, u" COM  256", Cancel},
+                    PromptRow{"a mobile terminal on COM 2", InsertCardPrompt, Port(2), true, Mobile,
                               u" COM  2", Cancel},
-                    PromptRow{"the first USB device", InsertCardPrompt, 8192, false, Fixed,
+                    PromptRow{"the first USB device", InsertCardPrompt, Port(8192), false, Fixed,
                               u" USB Device 1", Cancel},
-                    PromptRow{"the last USB device", InsertCardPrompt, 8447, true, Mobile,
+                    PromptRow{"the last USB device", InsertCardPrompt, Port(8447), true, Mobile,
                               u" USB Device 256", Cancel},
                     PromptRow{"in the diagnosis a fixed terminal is offered OK",
-                              InsertCardPromptOfDiagnosis, 1, false, Fixed, u"1) ", Ok},
+                              InsertCardPromptOfDiagnosis, Port(1), false, Fixed, u"1) ", Ok},
                     PromptRow{"in the diagnosis a mobile terminal is offered Cancel",
-                              InsertCardPromptOfDiagnosis, 3, true, Mobile, u"3) ", Cancel},
+                              InsertCardPromptOfDiagnosis, Port(3), true, Mobile, u"3) ", Cancel},
                     PromptRow{"in the diagnosis of a further port", InsertCardPromptOfDiagnosis,
-                              8192, false, Fixed, u"8192) ", Ok}),
+                              Port(8192), false, Fixed, u"8192) ", Ok}),
     SentenceName());
 
 }  // namespace

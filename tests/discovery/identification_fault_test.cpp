@@ -107,9 +107,8 @@ TEST(IdentificationFaultTest, ThePortCheckClosesTheLinkWhateverFails) {
       TerminalInfo info;
       PortEntry port;
       FakeSerialPort serial(FakeSerialPort::FourPorts());
-      CheckPort(3, {link.session, info, port, serial, link.display, link.eventLoop, {}, [](int) {
-                      return QString();
-                    }});
+      CheckPort(Port(3),
+                {link.session, info, port, serial, link.eventLoop, [](Port) { return QString(); }});
       EXPECT_EQ(api.Calls().back(), u"close");
       EXPECT_FALSE(link.session.IsOpen());
       EXPECT_TRUE(link.dialogs.boxes.empty());

@@ -102,22 +102,19 @@ class CheckPortTest : public testing::TestWithParam<CheckRow> {
     FakeSerialPort serial;
     if (row.line) serial[row.pn] = *row.line;
     // The link writes the baud rate into the session's own entry of the slot.
-    PortEntry& port = link.ports[SlotOf(row.pn)];
+    PortEntry& port = link.ports[Port(row.pn).Slot()];
     port = std::move(portBefore);
     TerminalInfo info = std::move(before);
-    CheckPort(row.pn, {.link = link.session,
-                       .info = info,
-                       .port = port,
-                       .serial = serial,
-                       .display = link.display,
-                       .eventLoop = link.eventLoop,
-                       .description = QStringLiteral("the port's line of the list"),
-                       .settingsOf = [&](int pn) {
-                         EXPECT_EQ(pn, row.pn);
-                         return row.settings.toString();
-                       }});
+    CheckPort(Port(row.pn), {.link = link.session,
+                             .info = info,
+                             .port = port,
+                             .serial = serial,
+                             .eventLoop = link.eventLoop,
+                             .settingsOf = [&](Port asked) {
+                               EXPECT_EQ(asked, Port(row.pn));
+                               return row.settings.toString();
+                             }});
     EXPECT_EQ(Describe(info, port), Describe(expected, row.port.Entry()));
-    EXPECT_EQ(link.display.slots, std::vector<int>{SlotOf(row.pn)}) << "shown once";
     EXPECT_FALSE(link.session.IsOpen());
     EXPECT_TRUE(link.dialogs.boxes.empty());
   }
@@ -232,7 +229,7 @@ INSTANTIATE_TEST_SUITE_P(
                  .pn = 8193,
                  .line = std::nullopt,
                  .script = Open(8193) + "baud 9600" + IsVedraG + "close",
-                 .port = {.PortText = u"the port's line of the list",
+                 .port = {.PortText = u"USB Device 2 (CTAPI pn=8193)",
                           .AvailText = u"9600",
                           .PortPresent = true,
                           .BaudText = u"9600"},
@@ -241,7 +238,7 @@ INSTANTIATE_TEST_SUITE_P(
                  .pn = 7,
                  .line = std::nullopt,
                  .script = Open(7) + "baud 9600" + DoesNotAnswer + "close",
-                 .port = {.PortText = u"the port's line of the list",
+                 .port = {.PortText = u"COM 7 (CTAPI pn=7)",
                           .AvailText = u"9600",
                           .PortPresent = true,
                           .BaudText = u"9600"}},
@@ -249,7 +246,7 @@ INSTANTIATE_TEST_SUITE_P(
                  .pn = 8192,
                  .line = std::nullopt,
                  .script = "open 8192 -> -10",
-                 .port = {.PortText = u"the port's line of the list",
+                 .port = {.PortText = u"USB Device 1 (CTAPI pn=8192)",
                           .AvailText = u"Unbekannt! ",
                           .PortPresent = true,
                           .ScanResult = -10},
@@ -258,7 +255,7 @@ INSTANTIATE_TEST_SUITE_P(
                  .pn = 256,
                  .line = std::nullopt,
                  .script = "open 256 -> -127",
-                 .port = {.PortText = u"the port's line of the list",
+                 .port = {.PortText = u"COM 256 (CTAPI pn=256)",
                           .AvailText = u"Unbekannt! ",
                           .PortPresent = true,
                           .ScanResult = -127},
@@ -267,7 +264,7 @@ INSTANTIATE_TEST_SUITE_P(
                  .pn = 8192,
                  .line = std::nullopt,
                  .script = "open 8192 -> 5",
-                 .port = {.PortText = u"the port's line of the list",
+                 .port = {.PortText = u"USB Device 1 (CTAPI pn=8192)",
                           .AvailText = u"Unbekannt! ",
                           .PortPresent = true,
                           .ScanResult = 5},
@@ -491,8 +488,8 @@ TEST(CheckPortOrderTest, ALinkStillOpenIsEndedBetweenProbeAndOpen) {
       probed = probed || call == QStringLiteral("open %1").arg(pn);
     };
     TerminalInfo info;
-    CheckPort(pn, {link.session, info, link.ports[SlotOf(pn)], serial, link.display, link.eventLoop,
-                   QString(), [](int) { return QString(); }});
+    CheckPort(Port(pn), {link.session, info, link.ports[Port(pn).Slot()], serial, link.eventLoop,
+                         [](Port) { return QString(); }});
     EXPECT_TRUE(probed);
     EXPECT_FALSE(info.Reset95) << "the answer to the reset is another terminal's";
   }
@@ -504,8 +501,8 @@ TEST(CheckPortOrderTest, ThePortIsTestedProbedAndThenOpened) {
   Link link(book);
   FakeSerialPort serial(FakeSerialPort::FourPorts());
   TerminalInfo info;
-  CheckPort(1, {link.session, info, link.ports[1], serial, link.display, link.eventLoop, QString(),
-                [](int) { return QString(); }});
+  CheckPort(Port(1), {link.session, info, link.ports[1], serial, link.eventLoop,
+                      [](Port) { return QString(); }});
   using std::chrono::milliseconds;
   EXPECT_EQ(link.eventLoop.waits,
             (std::vector{milliseconds(500), milliseconds(210), milliseconds(210), milliseconds(210),
@@ -520,8 +517,8 @@ TEST(CheckPortOrderTest, AFurtherPortCostsNoWait) {
   Link link(book);
   FakeSerialPort serial(FakeSerialPort::FourPorts());
   TerminalInfo info;
-  CheckPort(9, {link.session, info, link.ports[5], serial, link.display, link.eventLoop, QString(),
-                [](int) { return QString(); }});
+  CheckPort(Port(9), {link.session, info, link.ports[5], serial, link.eventLoop,
+                      [](Port) { return QString(); }});
   EXPECT_TRUE(link.eventLoop.waits.empty());
   EXPECT_EQ(serial.Calls(), std::vector{QStringLiteral("open 9")}) << "one vain try";
 }

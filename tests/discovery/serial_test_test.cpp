@@ -46,7 +46,7 @@ TEST(TestSerialPortTest, RaisesDtrWaitsAndReadsDsr) {
     FakeSerialPort serial({{2, {.dsr = dsr}}});
     FakeEventLoop eventLoop;
     bool lineState = !dsr;
-    EXPECT_EQ(TestSerialPort(2, serial, eventLoop, lineState), SerialTest::Opened);
+    EXPECT_EQ(TestSerialPort(Port(2), serial, eventLoop, lineState), SerialTest::Opened);
     EXPECT_EQ(lineState, dsr);
     EXPECT_EQ(serial.Calls(),
               (Calls{QStringLiteral("open 2"), QStringLiteral("dtr on"), QStringLiteral("read dsr"),
@@ -71,7 +71,7 @@ TEST_P(SerialErrorTest, OnOpening) {
   FakeSerialPort serial({{1, {.openError = GetParam().error}}});
   FakeEventLoop eventLoop;
   bool lineState = false;
-  EXPECT_EQ(TestSerialPort(1, serial, eventLoop, lineState), GetParam().expected);
+  EXPECT_EQ(TestSerialPort(Port(1), serial, eventLoop, lineState), GetParam().expected);
   EXPECT_FALSE(lineState);
   EXPECT_EQ(serial.Calls(), Calls{QStringLiteral("open 1")});
   EXPECT_TRUE(eventLoop.waits.empty());
@@ -85,7 +85,7 @@ TEST_P(SerialErrorTest, AtEachCallOfTheTest) {
     serial.failure = GetParam().error;
     FakeEventLoop eventLoop;
     bool lineState = false;
-    EXPECT_EQ(TestSerialPort(1, serial, eventLoop, lineState), GetParam().expected);
+    EXPECT_EQ(TestSerialPort(Port(1), serial, eventLoop, lineState), GetParam().expected);
     EXPECT_EQ(serial.Calls().back(), u"close");
   }
 }
@@ -95,7 +95,7 @@ TEST_P(SerialErrorTest, EndsTheProbeQuietly) {
   FakeSerialPort whole({{1, {.replies = {{115200, Resynchronised}}}}});
   FakeEventLoop loop;
   PortEntry entry;
-  ProbeSerialSettings(1, whole, loop, entry);
+  ProbeSerialSettings(Port(1), whole, loop, entry);
   for (int call = 1; call <= whole.FallibleCalls(); ++call) {
     SCOPED_TRACE(call);
     FakeSerialPort serial({{1, {.replies = {{115200, Resynchronised}}}}});
@@ -103,7 +103,7 @@ TEST_P(SerialErrorTest, EndsTheProbeQuietly) {
     serial.failure = GetParam().error;
     FakeEventLoop eventLoop;
     PortEntry probed;
-    ProbeSerialSettings(1, serial, eventLoop, probed);
+    ProbeSerialSettings(Port(1), serial, eventLoop, probed);
     // Only the two calls that put the lines back come behind the answer.
     const bool answered = call > whole.FallibleCalls() - 2;
     EXPECT_EQ(probed.AvailText, FixedText<15>(answered ? QStringView(u"11520 Baud ") : Unknown));
@@ -148,7 +148,7 @@ TEST_P(ProbeTest, TriesTheRatesInOrderUntilOneIsAnswered) {
   FakeEventLoop eventLoop;
   PortEntry entry;
   entry.AvailText = u"from before";
-  ProbeSerialSettings(3, serial, eventLoop, entry);
+  ProbeSerialSettings(Port(3), serial, eventLoop, entry);
   EXPECT_EQ(entry.AvailText, FixedText<15>(row.availText));
   EXPECT_EQ(entry.SettingsFound, row.found);
   EXPECT_EQ(serial.Calls(), ProbeCalls(3, row.tried));
@@ -245,7 +245,7 @@ TEST(ProbeTest, APortThatDoesNotExistEndsTheProbeAtOnce) {
   FakeSerialPort serial;
   FakeEventLoop eventLoop;
   PortEntry entry;
-  ProbeSerialSettings(8192, serial, eventLoop, entry);
+  ProbeSerialSettings(Port(8192), serial, eventLoop, entry);
   EXPECT_EQ(entry.AvailText, FixedText<15>(Unknown));
   EXPECT_FALSE(entry.SettingsFound);
   EXPECT_EQ(serial.Calls(), Calls{QStringLiteral("open 8192")});

@@ -43,13 +43,14 @@ struct FuzzedLink {
         api(source),
         session({.api = api,
                  .dialogs = dialogs,
-                 .display = display,
+                 .lamps = lamps,
                  .eventLoop = eventLoop,
                  .ports = ports,
                  .terminate = [] { throw Terminated{}; }}) {}
 
   QuietDialogs dialogs;
   QuietDisplay display;
+  Lamps lamps;
   QuietEventLoop eventLoop;
   PerSlot<PortEntry> ports;
   AnswerSource api;

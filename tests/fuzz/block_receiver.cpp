@@ -9,6 +9,7 @@
 // how many bytes come next (0: silence, bit 7: one of them is damaged), these bytes, and so on.
 namespace {
 
+using namespace ctapi;
 using namespace ctapi::host;
 using kartocheck::fuzz::Require;
 

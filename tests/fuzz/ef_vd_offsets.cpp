@@ -102,11 +102,12 @@ void ReadOnce(const QByteArray& file, std::uint8_t flags) {
   ContainerCard card(file, flags);
   fuzz::QuietDialogs dialogs;
   fuzz::QuietDisplay display;
+  Lamps lamps;
   fuzz::QuietEventLoop eventLoop;
   PerSlot<PortEntry> ports;
   CtSession link({.api = card,
                   .dialogs = dialogs,
-                  .display = display,
+                  .lamps = lamps,
                   .eventLoop = eventLoop,
                   .ports = ports,
                   .terminate = [] { fuzz::Require(false, "nothing is fatal"); }});

@@ -29,7 +29,7 @@ void IdentifyOnce(fuzz::ByteSource& source) {
   fuzz::Require(!info.Reset9501 || info.Reset95, "extended records are a mobile terminal's");
   fuzz::Require(info.Answered || (!info.Reset95 && !info.UsbVirtualCom),
                 "nothing is told of a terminal that did not answer");
-  fuzz::Require(!info.ModelName.IsBlank() || !info.Answered || pn > LastComPort,
+  fuzz::Require(!info.ModelName.IsBlank() || !info.Answered || Port(pn).Kind() != PortKind::Com,
                 "a terminal on a serial port that answered has a name");
 }
 

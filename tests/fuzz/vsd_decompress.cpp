@@ -5,26 +5,10 @@
 
 #include "egk/vsd_decoder.h"
 #include "fuzz/fuzz_input.h"
+#include "fuzz/quiet_front_end.h"
 
 namespace kartocheck {
 namespace {
-
-class NoDisplay final : public Display {
- public:
-  void ShowStatusText(const QString&) override {}
-  void ShowProgress(int) override {}
-  bool ShowFrameX(int) override { return false; }
-  void ShowDiagnosisStep(const QString&) override {}
-  void EnablePort(int, bool) override {}
-  void SetLamp(Lamp, LampState) override {}
-  void ShowSlot(int) override {}
-};
-
-class NoEventLoop final : public EventLoop {
- public:
-  void Yield() override {}
-  void Wait(std::chrono::milliseconds) override {}
-};
 
 ValidationSettings& OwnSchemas() {
   static ValidationSettings settings = [] {
@@ -44,8 +28,8 @@ void Run(std::uint8_t choice, QByteArrayView compressed) {
 
   EgkData egk;
   InsuredData insured;
-  NoDisplay display;
-  NoEventLoop eventLoop;
+  fuzz::QuietDisplay display;
+  fuzz::QuietEventLoop eventLoop;
   const VsdTarget target{.egk = egk,
                          .insured = insured,
                          .validation = validation,

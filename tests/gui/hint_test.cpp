@@ -130,14 +130,14 @@ TEST_F(HintWindowTest, ALongStatusTextLeavesTheProgressItsPlace) {
 }
 
 TEST_F(HintWindowTest, ThePortThatCannotBeUsedSaysWhy) {
-  program.window.ShowPortHint(2, NotAllowed);
+  program.view.portHints[2].Set(NotAllowed);
   const auto& option = program.Find<QRadioButton>(QStringLiteral("Opti_Comx_1"));
   EXPECT_EQ(option.toolTip(), NotAllowed);
   EXPECT_EQ(option.accessibleDescription(), NotAllowed);
   EXPECT_EQ(program.Find(QStringLiteral("Labe_Comx_1")).toolTip(), NotAllowed);
   EXPECT_EQ(program.Find(QStringLiteral("Opti_Comx_0")).toolTip(), QString());
   EXPECT_EQ(program.Find(QStringLiteral("List1")).toolTip(), QString());
-  program.window.ShowPortHint(2, {});
+  program.view.portHints[2].Set({});
   EXPECT_EQ(option.toolTip(), QString());
   EXPECT_EQ(option.accessibleDescription(), QString());
   EXPECT_EQ(program.Find(QStringLiteral("Labe_Comx_1")).toolTip(), QString());

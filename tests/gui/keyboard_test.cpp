@@ -40,7 +40,7 @@ TEST_F(KeyboardTest, ArrowKeysChooseThePort) {
   program.Find(QStringLiteral("Opti_Comx_0")).setFocus();
   program.Press(QStringLiteral("Opti_Comx_0"), Qt::Key_Down);
   EXPECT_TRUE(program.Find<QRadioButton>(QStringLiteral("Opti_Comx_1")).isChecked());
-  EXPECT_EQ(program.module.CurrentPort, 2);
+  EXPECT_EQ(program.module.CurrentSlot, 2);
 }
 
 TEST_F(KeyboardTest, TabKeyWalksFromButtonsToPortsToData) {

@@ -109,7 +109,7 @@ TEST_F(LayoutTest, PortFrameOffersEveryPortAtStart) {
 TEST_F(LayoutTest, EnablePortSwitchesOptionAndLabel) {
   for (int slot = 1; slot <= 5; ++slot) {
     for (const bool enabled : {false, true}) {
-      program.window.EnablePort(slot, enabled);
+      program.view.isPortEnabled[slot].Set(enabled);
       EXPECT_EQ(program.Find(Member(u"Opti_Comx", slot - 1)).isEnabled(), enabled) << slot;
       EXPECT_EQ(program.Find(Member(u"Labe_Comx", slot - 1)).isEnabled(), enabled) << slot;
     }
@@ -119,16 +119,16 @@ TEST_F(LayoutTest, EnablePortSwitchesOptionAndLabel) {
 TEST_F(LayoutTest, ClickOnThePortsTextChoosesThePort) {
   program.Click(QStringLiteral("Labe_Comx_2"));
   EXPECT_TRUE(program.Find<QRadioButton>(QStringLiteral("Opti_Comx_2")).isChecked());
-  EXPECT_EQ(program.module.SelectedPort, 3);
+  EXPECT_EQ(program.module.SelectedPort, Port(3));
   EXPECT_EQ(program.Text(QStringLiteral("Labl_StatusText")),
             u"Die serielle Schnittstelle COM 3 wurde ausgewählt");
 }
 
 TEST_F(LayoutTest, ClickOnTheTextOfADisabledPortChoosesNothing) {
-  program.window.EnablePort(5, false);
+  program.view.isPortEnabled[5].Set(false);
   program.Click(QStringLiteral("Labe_Comx_4"));
   EXPECT_TRUE(program.Find<QRadioButton>(QStringLiteral("Opti_Comx_0")).isChecked());
-  EXPECT_EQ(program.module.SelectedPort, 1);
+  EXPECT_EQ(program.module.SelectedPort, Port(1));
 }
 
 TEST_F(LayoutTest, DataFrameIsEmptyAtStart) {
@@ -188,7 +188,8 @@ TEST_F(LayoutTest, StatusTabsNameTheirRows) {
 // The system knows the devices before the first scan.
 TEST_F(LayoutTest, StatusTabsNameTheDevicesFromTheStartOn) {
   program.directory.identifications = {{1, QStringLiteral("USB A")}, {4, QStringLiteral("USB B")}};
-  program.window.Attach(program.flow);
+  const TestFlow started(program.module, program.window.Boxes(), program.window, program.view,
+                         program.window);
   for (int tab = 0; tab < 5; ++tab) {
     const char16_t* device = tab == 0 ? u"USB A" : tab == 3 ? u"USB B" : u"";
     EXPECT_EQ(program.Text(QStringLiteral("Labl_Status_%1_7").arg(tab)), device) << tab;
@@ -272,7 +273,7 @@ TEST_F(LayoutTest, StatusBarHoldsTextAndProgress) {
   const auto& progress = program.Find<QProgressBar>(QStringLiteral("ProgressBar1"));
   const std::pair<int, int> rows[] = {{0, 0}, {50, 50}, {100, 100}, {120, 100}, {-1, 0}};
   for (const auto& [percent, shown] : rows) {
-    program.window.ShowProgress(percent);
+    program.view.progress.Set(percent);
     EXPECT_EQ(progress.value(), shown);
   }
 }
@@ -288,7 +289,7 @@ TEST_F(LayoutTest, StatusTextKeepsItsBlanks) {
 TEST_F(LayoutTest, ToolTipsGuessNoMarkup) {
   const QString text = QStringLiteral("Das Schema <b>x</b> & y.xsd wurde geladen");
   program.window.ShowStatusText(text);
-  program.window.ShowPortHint(5, text);
+  program.view.portHints[5].Set(text);
   for (const auto* name : {u"Labl_StatusText", u"Opti_Comx_4", u"Labe_Comx_4", u"List1"}) {
     QTextDocument shown;
     const QString toolTip = program.Find(QStringView(name).toString()).toolTip();

@@ -75,7 +75,7 @@ TEST_F(MenuTest, ValidationTogglesItsCheckMark) {
 
 TEST_F(MenuTest, TheCheckMarkShowsHowTheProgramStands) {
   program.module.Validation.isOn = true;
-  program.window.Attach(program.flow);
+  program.window.Attach(program.flow, program.view, program.module);
   EXPECT_TRUE(Entry(QStringLiteral("mnuValidierung")).isChecked());
 }
 

@@ -91,7 +91,7 @@ TEST(ReadCardTest, FillsTheStatusTabOfThePort) {
   program.Click(QStringLiteral("Opti_Comx_1"));
   program.Click(QStringLiteral("CmdB_MKt_Test_3"));
 
-  const StatusTab shown = program.flow.StatusTabOf(2);
+  const StatusTab shown = StatusTabOf(program.module, 2);
   EXPECT_EQ(shown.at(3), u"DENRV");
   EXPECT_EQ(shown.at(4), u"PKT-S");
   for (int row = 0; row < StatusRowCount; ++row) {
@@ -291,7 +291,7 @@ TEST(RunningActionTest, DisablesWhateverCouldStartASecondOne) {
     EXPECT_EQ(usable.cursor, Qt::BusyCursor);
   }
   ExpectValues(program, Anne);
-  EXPECT_EQ(program.module.SelectedPort, 1);
+  EXPECT_EQ(program.module.SelectedPort, Port(1));
 
   const Usable after(program);
   EXPECT_TRUE(after.panel);
@@ -305,8 +305,8 @@ TEST(RunningActionTest, PortsEnabledMeanwhileShowAtItsEnd) {
   Program program(practice::Identification(1) + practice::CardRead(1, practice::AnnesCard));
   program.library.beforeExchange = [&](int exchange) {
     if (exchange != 0) return;
-    program.window.EnablePort(2, false);
-    program.window.EnablePort(5, true);
+    program.view.isPortEnabled[2].Set(false);
+    program.view.isPortEnabled[5].Set(true);
     EXPECT_EQ(Usable(program).ports, 0);
   };
   program.Click(QStringLiteral("CmdB_MKt_Test_3"));

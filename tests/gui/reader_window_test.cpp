@@ -59,7 +59,7 @@ class ReaderWindowTest : public testing::Test {
     card_ = std::make_unique<VirtualCard>(ctapi::test::CardOf(Terminal()));
     ASSERT_TRUE(Eventually([this] { return IsCardAnnounced(); }));
     screen_.emplace(window_);
-    window_.Attach(flow_);
+    window_.Attach(flow_, view_, module_);
     window_.show();
     QApplication::setActiveWindow(&window_);
   }
@@ -103,7 +103,8 @@ class ReaderWindowTest : public testing::Test {
                         .serial = serial_,
                         .directory = directory_,
                         .terminate = [] { std::abort(); }}};
-  TestFlow flow_{module_, window_.Boxes(), window_, window_};
+  ViewState view_;
+  TestFlow flow_{module_, window_.Boxes(), window_, view_, window_};
   std::optional<Screen> screen_;
 };
 

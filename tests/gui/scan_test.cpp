@@ -207,10 +207,10 @@ TEST_F(ScanTest, AnEntryOfTheListChoosesTheFurtherPort) {
   };
   for (int round = 0; round < 2; ++round) {
     program.Click(QStringLiteral("Opti_Comx_0"));
-    EXPECT_EQ(program.module.SelectedPort, 1);
+    EXPECT_EQ(program.module.SelectedPort, Port(1));
     clickEntry();
-    EXPECT_EQ(program.module.SelectedPort, 8192);
-    EXPECT_EQ(program.module.CurrentPort, 5);
+    EXPECT_EQ(program.module.SelectedPort, Port(8192));
+    EXPECT_EQ(program.module.CurrentSlot, 5);
     EXPECT_TRUE(program.Find<QRadioButton>(QStringLiteral("Opti_Comx_4")).isChecked());
     EXPECT_EQ(StatusText(), u"Das USB device 1 wurde ausgewählt");
   }
@@ -219,11 +219,11 @@ TEST_F(ScanTest, AnEntryOfTheListChoosesTheFurtherPort) {
 TEST_F(ScanTest, TheFocusAloneChoosesNoFurtherPort) {
   const BoxAnswerer user(AnswersAtThePractice());
   Scan();
-  program.window.ShowPortList({QStringLiteral("USB Device 1 (CTAPI pn=8192)")}, -1);
+  program.view.furtherPorts.Set({.lines = {QStringLiteral("USB Device 1 (CTAPI pn=8192)")}});
   program.Find(QStringLiteral("List1")).setFocus(Qt::TabFocusReason);
-  EXPECT_EQ(program.module.SelectedPort, 1);
+  EXPECT_EQ(program.module.SelectedPort, Port(1));
   program.Press(QStringLiteral("List1"), Qt::Key_Down);
-  EXPECT_EQ(program.module.SelectedPort, 8192);
+  EXPECT_EQ(program.module.SelectedPort, Port(8192));
 }
 
 TEST(EmptyScanTest, NothingFoundIsToldAndTheStatusStays) {

@@ -18,6 +18,7 @@
 #include "gui/support/window_visitor.h"
 #include "platform/qt/qt_event_loop.h"
 #include "support/fake_dialogs.h"
+#include "support/open_module.h"
 #include "support/printing.h"
 #include "support/sentence_name.h"
 #include "support/simulated_ports.h"
@@ -144,7 +145,7 @@ class RuledProgram : public Screen {
                 .serial = serial,
                 .directory = directory,
                 .terminate = [] { std::abort(); }}),
-        flow(module, dialogs, window, window) {
+        flow(module, dialogs, window, view, window) {
     dialogs.answerSafely = true;
     dialogs.onAsk = [this](const Question& question) {
       const bool isDiagnosis = question.title == u" KartoCheck Diagnose ";
@@ -152,7 +153,7 @@ class RuledProgram : public Screen {
       if (question.consequence == Consequence::ErasesRecord) dialogs.answers = {Answer::Yes};
       if (isDiagnosis) dialogs.answers = {isCable ? Answer::Yes : Answer::No};
     };
-    window.Attach(flow);
+    window.Attach(flow, view, module);
     window.show();
   }
 
@@ -163,7 +164,8 @@ class RuledProgram : public Screen {
   FakeDialogs dialogs;
   Loop eventLoop;
   Form_MKT_Test window;
-  Bas_MKT_Test module;
+  OpenModule module;
+  ViewState view;
   TestFlow flow;
 };
 

@@ -113,7 +113,7 @@ void TakeFrames(Album& album) {
   Program program;
   (void)program.window.ShowFrameX(0);
   program.window.ShowStatusText(QStringLiteral("Programm prüft die serielle Schnittstelle COM 2"));
-  program.window.ShowProgress(40);
+  program.view.progress.Set(40);
   album.Add(program.window, QStringLiteral("warten"));
   (void)program.window.ShowFrameX(3);
   DataFrame frame = EmptyDataFrame();
@@ -124,7 +124,7 @@ void TakeFrames(Album& album) {
             "sich über mehr als eine Zeile zieht")
             .left(97);
   }
-  program.window.ShowData(frame);
+  program.view.data.Set(frame);
   album.Add(program.window, QStringLiteral("lange_werte"));
 }
 
@@ -216,18 +216,18 @@ void TakeHints(Album& album) {
           "pcscd\"; fehlt er, installieren Sie die Pakete \"pcscd\" und \"libccid\"."),
   };
   Program program;
-  program.window.ShowHintsWithoutReader(hints.mid(1));
+  program.view.hintsWithoutReader.Set(hints.mid(1));
   album.Add(program.window, QStringLiteral("hinweis_kein_leser"));
-  program.window.ShowHintsWithoutReader(hints);
+  program.view.hintsWithoutReader.Set(hints);
   album.Add(program.window, QStringLiteral("hinweise_kein_leser"));
   (void)program.window.ShowFrameX(2);
   album.Add(program.window, QStringLiteral("hinweise_mkt_status"));
-  program.window.ShowHintsWithoutReader({});
+  program.view.hintsWithoutReader.Set({});
   program.window.ShowStatusText(
       QStringLiteral("Ein anderes Programm benutzt die Karte im Kartenleser. Beenden Sie es und "
                      "versuchen Sie es noch einmal."));
   album.Add(program.window, QStringLiteral("hinweis_karte_belegt"));
-  program.window.ShowHintsWithoutReader(hints);
+  program.view.hintsWithoutReader.Set(hints);
   QCoreApplication::processEvents();
   program.window.resize(program.window.minimumSizeHint());
   album.Add(program.window, QStringLiteral("hinweise_kleines_fenster"));

@@ -59,7 +59,7 @@ TEST(KeyboardTourTest, ScanReadCopyEgkWindowExit) {
 
   TabTo(QStringLiteral("Opti_Comx_0"));
   Press(Qt::Key_Down);
-  EXPECT_EQ(program.module.SelectedPort, 2);
+  EXPECT_EQ(program.module.SelectedPort, Port(2));
   Press(Qt::Key_Z, Qt::AltModifier);
   ASSERT_TRUE(WaitUntil([&] { return !program.module.Terminals[2].DataRead && isIdle(); }));
   Press(Qt::Key_L, Qt::AltModifier);
@@ -104,7 +104,7 @@ TEST(KeyboardTourTest, TheMenusOpenWithTheirMnemonics) {
   Press(Qt::Key_D, Qt::AltModifier);
   ASSERT_TRUE(WaitUntil([] { return QApplication::activePopupWidget() != nullptr; }));
   QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_V);
-  EXPECT_TRUE(program.flow.IsValidating());
+  EXPECT_TRUE(program.module.Validation.isOn);
 }
 
 }  // namespace

@@ -24,11 +24,11 @@ class ValueFieldTest : public testing::Test {
   void ShowEverywhere(const QString& text) {
     DataFrame frame = EmptyDataFrame();
     frame.values.fill(text);
-    program.window.ShowData(frame);
+    program.view.data.Set(frame);
     TerminalInfo& info = program.module.Terminals[1];
     info.ModelName = text;
     info.DisplayText = text;
-    program.window.ShowSlot(1);
+    program.view.statusTabs[1].Set(StatusTabOf(program.module, 1));
     program.window.ShowStatusText(text);
   }
 

@@ -105,19 +105,19 @@ INSTANTIATE_TEST_SUITE_P(
                     "--console --json --port 8447 --erase-records --validate",
                     ConsoleWith([](CommandLine& line) {
                       line.json = line.eraseRecords = line.validate = true;
-                      line.port = 8447;
+                      line.port = Port(8447);
                     })},
         AcceptedRow{"the first serial port", "--console --port 1",
-                    ConsoleWith([](CommandLine& line) { line.port = 1; })},
+                    ConsoleWith([](CommandLine& line) { line.port = Port(1); })},
         AcceptedRow{"the last serial port", "--console --port 256",
-                    ConsoleWith([](CommandLine& line) { line.port = 256; })},
+                    ConsoleWith([](CommandLine& line) { line.port = Port(256); })},
         AcceptedRow{"the first USB device", "--console --port 8192",
-                    ConsoleWith([](CommandLine& line) { line.port = 8192; })},
+                    ConsoleWith([](CommandLine& line) { line.port = Port(8192); })},
         AcceptedRow{"the guided questions", "--console --diagnose 3",
-                    ConsoleWith([](CommandLine& line) { line.diagnose = 3; })},
+                    ConsoleWith([](CommandLine& line) { line.diagnose = Port(3); })},
         AcceptedRow{"the guided questions with validation", "--console --diagnose 8192 --validate",
                     ConsoleWith([](CommandLine& line) {
-                      line.diagnose = 8192;
+                      line.diagnose = Port(8192);
                       line.validate = true;
                     })}),
     SentenceName());

@@ -84,7 +84,7 @@ TEST_P(ProbedLineTest, TheProbeFindsTheRate) {
   PortEntry entry;
   QElapsedTimer clock;
   clock.start();
-  ProbeSerialSettings(2, port, eventLoop, entry);
+  ProbeSerialSettings(Port(2), port, eventLoop, entry);
   EXPECT_EQ(entry.AvailText, FixedText<15>(row.availText));
   EXPECT_EQ(entry.SettingsFound, row.found);
   EXPECT_EQ(terminal.RequestedRates(), row.tried);
@@ -169,7 +169,7 @@ TEST_F(QtSerialPortTest, ADeviceWithoutModemLinesGivesNoLineSignal) {
   bool lineState = true;
   QElapsedTimer clock;
   clock.start();
-  EXPECT_EQ(TestSerialPort(3, port, eventLoop, lineState), SerialTest::Opened);
+  EXPECT_EQ(TestSerialPort(Port(3), port, eventLoop, lineState), SerialTest::Opened);
   EXPECT_FALSE(lineState);
   EXPECT_GE(clock.elapsed(), 500);
 }
@@ -180,7 +180,7 @@ TEST_F(QtSerialPortTest, APortCanBeOpenedAgain) {
   QtEventLoop eventLoop;
   for (int time = 0; time < 3; ++time) {
     PortEntry entry;
-    ProbeSerialSettings(1, port, eventLoop, entry);
+    ProbeSerialSettings(Port(1), port, eventLoop, entry);
     EXPECT_TRUE(entry.SettingsFound) << time;
   }
   EXPECT_EQ(OpenError({{1, terminal.Device()}}, 1), 0) << "and by another program";
@@ -193,7 +193,7 @@ TEST_F(QtSerialPortTest, ADeviceUnpluggedInTheMiddleEndsTheProbe) {
     QtSerialPort port({{1, terminal.Device()}});
     QtEventLoop eventLoop;
     PortEntry entry;
-    ProbeSerialSettings(1, port, eventLoop, entry);
+    ProbeSerialSettings(Port(1), port, eventLoop, entry);
     EXPECT_EQ(entry.AvailText, FixedText<15>(u"Unbekannt! "));
     EXPECT_FALSE(entry.SettingsFound);
     EXPECT_EQ(terminal.RequestedRates().back(), baud) << "nothing is sent behind it";
@@ -216,7 +216,7 @@ TEST_F(QtSerialPortTest, ADeviceUnpluggedInTheMiddleEndsThePortTest) {
   } eventLoop(terminal);
   bool lineState = false;
   const std::clock_t before = std::clock();
-  EXPECT_EQ(TestSerialPort(1, port, eventLoop, lineState), SerialTest::Failed);
+  EXPECT_EQ(TestSerialPort(Port(1), port, eventLoop, lineState), SerialTest::Failed);
   EXPECT_FALSE(lineState);
   EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 4) << "the wait of 500 ms is no busy one";
 }
@@ -412,7 +412,7 @@ TEST_F(QtSerialPortTest, ADeviceThatTheUserMayNotOpenNamesTheGroupThatMay) {
   QtSerialPort port(table);
   QtEventLoop eventLoop;
   bool lineState = false;
-  EXPECT_EQ(TestSerialPort(1, port, eventLoop, lineState), SerialTest::Failed);
+  EXPECT_EQ(TestSerialPort(Port(1), port, eventLoop, lineState), SerialTest::Failed);
 }
 
 // To join a group that may not open the device itself would be of no use.

@@ -16,7 +16,7 @@ class Link {
   explicit Link(CtApi& api)
       : session({.api = api,
                  .dialogs = dialogs,
-                 .display = display,
+                 .lamps = display.panel,
                  .eventLoop = eventLoop,
                  .ports = ports,
                  .terminate = [] { throw Terminated{}; }}) {}

@@ -5,22 +5,21 @@
 
 namespace kartocheck::test {
 
-// A display and an event loop that do nothing, where only the work behind them matters.
+// A display and an event loop where only the work behind them matters; they count what they are
+// asked for.
 class QuietDisplay final : public Display {
  public:
-  void ShowStatusText(const QString& /*text*/) override {}
-  void ShowProgress(int /*percent*/) override {}
-  bool ShowFrameX(int /*frame*/) override { return false; }
-  void ShowDiagnosisStep(const QString& /*step*/) override {}
-  void EnablePort(int /*slot*/, bool /*enabled*/) override {}
-  void SetLamp(Lamp /*lamp*/, LampState /*state*/) override {}
-  void ShowSlot(int /*slot*/) override {}
+  void ShowStatusText(const QString& /*text*/) override { ++texts; }
+
+  int texts = 0;
 };
 
 class QuietEventLoop final : public EventLoop {
  public:
-  void Yield() override {}
-  void Wait(std::chrono::milliseconds /*duration*/) override {}
+  void Yield() override { ++turns; }
+  void Wait(std::chrono::milliseconds /*duration*/) override { ++turns; }
+
+  int turns = 0;
 };
 
 }  // namespace kartocheck::test

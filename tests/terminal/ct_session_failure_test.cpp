@@ -214,7 +214,7 @@ TEST(CtSessionDeathTest, ATerminateFunctionThatComesBackEndsTheProgramAllTheSame
   PerSlot<PortEntry> ports;
   CtSession session({.api = api,
                      .dialogs = dialogs,
-                     .display = display,
+                     .lamps = display.panel,
                      .eventLoop = eventLoop,
                      .ports = ports,
                      .terminate = [] {}});

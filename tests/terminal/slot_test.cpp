@@ -7,21 +7,21 @@ namespace kartocheck::test {
 namespace {
 
 TEST(SlotTest, PortsOneToFourHaveASlotEachAndAllFurtherPortsShareOne) {
-  EXPECT_EQ(SlotOf(1), 1);
-  EXPECT_EQ(SlotOf(4), 4);
-  EXPECT_EQ(SlotOf(5), 5);
-  EXPECT_EQ(SlotOf(6), 5);
-  EXPECT_EQ(SlotOf(7), 5);
-  EXPECT_EQ(SlotOf(256), 5);
-  EXPECT_EQ(SlotOf(8193), 5);
+  EXPECT_EQ(Port(1).Slot(), 1);
+  EXPECT_EQ(Port(4).Slot(), 4);
+  EXPECT_EQ(Port(5).Slot(), 5);
+  EXPECT_EQ(Port(6).Slot(), 5);
+  EXPECT_EQ(Port(7).Slot(), 5);
+  EXPECT_EQ(Port(256).Slot(), 5);
+  EXPECT_EQ(Port(8193).Slot(), 5);
 }
 
 TEST(SlotTest, UsbPortsAreThoseOfTheDriver) {
-  EXPECT_FALSE(IsUsbPort(256));
-  EXPECT_FALSE(IsUsbPort(8191));
-  EXPECT_TRUE(IsUsbPort(8192));
-  EXPECT_TRUE(IsUsbPort(8447));
-  EXPECT_FALSE(IsUsbPort(8448));
+  EXPECT_FALSE(Port(256).IsUsb());
+  EXPECT_FALSE(Port(8191).IsUsb());
+  EXPECT_TRUE(Port(8192).IsUsb());
+  EXPECT_TRUE(Port(8447).IsUsb());
+  EXPECT_FALSE(Port(8448).IsUsb());
 }
 
 TEST(SlotTest, ATableIsIndexedByTheSlotNumber) {

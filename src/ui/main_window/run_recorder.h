@@ -35,12 +35,6 @@ class RunRecorder final : public Dialogs, public Display {
   [[nodiscard]] Answer Ask(const Question& question) override;
 
   void ShowStatusText(const QString& text) override;
-  void ShowProgress(int percent) override { display_.ShowProgress(percent); }
-  bool ShowFrameX(int frame) override { return display_.ShowFrameX(frame); }
-  void ShowDiagnosisStep(const QString& step) override { display_.ShowDiagnosisStep(step); }
-  void EnablePort(int slot, bool enabled) override { display_.EnablePort(slot, enabled); }
-  void SetLamp(Lamp lamp, LampState state) override { display_.SetLamp(lamp, state); }
-  void ShowSlot(int slot) override { display_.ShowSlot(slot); }
 
  private:
   void Keep(const QString& text);

@@ -5,13 +5,16 @@
 
 #include <array>
 
-#include "terminal/slot.h"
+#include "platform/port.h"
 
 namespace kartocheck {
+
+class Bas_MKT_Test;
 
 // The rows of a status tab, top to bottom: port, baud rate, model, maker, CT type, software
 // version, output medium, PnP device.
 inline constexpr int StatusRowCount = 8;
+
 using StatusTab = std::array<QString, StatusRowCount>;
 
 inline constexpr std::array<QStringView, StatusRowCount> StatusRowLabels{
@@ -24,5 +27,8 @@ inline constexpr std::array<QStringView, StatusRowCount> StatusRowLabels{
   if (slot == FurtherPortSlot && row == 0) return u"Schnittstelle:";
   return StatusRowLabels.at(static_cast<std::size_t>(row));
 }
+
+// The values of a slot's tab.
+[[nodiscard]] StatusTab StatusTabOf(const Bas_MKT_Test& module, int slot);
 
 }  // namespace kartocheck

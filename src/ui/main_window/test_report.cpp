@@ -1,6 +1,6 @@
 #include "ui/main_window/test_report.h"
 
-#include "discovery/port_names.h"
+#include "ui/main_window/status_tab.h"
 
 namespace kartocheck {
 
@@ -42,27 +42,21 @@ QString DataKind(const TerminalInfo& info) {
   return info.EgkData ? QStringLiteral("eGK gelesen") : QStringLiteral("KVK gelesen");
 }
 
-QString NameOfSlot(int slot, const Bas_MKT_Test& module) {
-  if (slot < FurtherPortSlot) return PortName(slot);
-  return module.FurtherPort ? PortLine(*module.FurtherPort) : QString();
-}
-
-void AddPort(ReportLines& lines, int slot, const Bas_MKT_Test& module, const TestFlow& flow) {
-  const QString name = NameOfSlot(slot, module);
-  if (name.isEmpty()) return;
-  const PortEntry& port = module.Ports[slot];
-  const TerminalInfo& info = module.Terminals[slot];
-  lines.Line(name);
-  lines.Field(u"Anschluss:", Presence(port));
-  lines.Field(u"Leitungssignal:", port.LineState ? QStringLiteral("ja") : QStringLiteral("nein"));
-  lines.Field(u"Ergebnis der Prüfung:", QString::number(port.ScanResult));
-  const StatusTab values = flow.StatusTabOf(slot);
+void AddPort(ReportLines& lines, Port port, const Bas_MKT_Test& module) {
+  const int slot = port.Slot();
+  const PortEntry& entry = module.PortOf(slot);
+  const TerminalInfo& info = module.TerminalOf(slot);
+  lines.Line(port.IsTested() ? port.Name() : port.Line());
+  lines.Field(u"Anschluss:", Presence(entry));
+  lines.Field(u"Leitungssignal:", entry.LineState ? QStringLiteral("ja") : QStringLiteral("nein"));
+  lines.Field(u"Ergebnis der Prüfung:", QString::number(entry.ScanResult));
+  const StatusTab values = StatusTabOf(module, slot);
   for (int row = 0; row < StatusRowCount; ++row) {
     lines.Field(StatusRowLabel(slot, row), values.at(static_cast<std::size_t>(row)));
   }
   lines.Field(u"Terminal:", TerminalKind(info));
   lines.Field(u"Daten:", DataKind(info));
-  lines.Field(u"Hinweis:", module.HintFor(slot < FurtherPortSlot ? slot : *module.FurtherPort));
+  lines.Field(u"Hinweis:", module.HintFor(port));
 }
 
 // The lines of a message stand below each other, behind the time.
@@ -82,26 +76,28 @@ QString SchemaState(const ValidationSettings& validation, VsdKind kind) {
 }  // namespace
 
 QString TestReportText(const QDateTime& time, const ProgramFacts& facts, const Bas_MKT_Test& module,
-                       const TestFlow& flow, const RunRecorder& run) {
+                       const RunRecorder& run) {
   ReportLines lines;
   lines.Line(QStringLiteral("Prüfbericht KartoCheck"));
   lines.Field(u"Erstellt:", time.toString(QStringLiteral("dd.MM.yyyy HH:mm:ss")));
   lines.Field(u"Version:", facts.version);
   lines.Field(u"CT-API-Bibliothek:", facts.library);
   lines.Field(u"Betriebssystem:", facts.system);
-  lines.Field(u"Validierung:", module.Validation.isOn ? QStringLiteral("eingeschaltet")
-                                                      : QStringLiteral("ausgeschaltet"));
+  lines.Field(u"Validierung:", module.Validation().isOn ? QStringLiteral("eingeschaltet")
+                                                        : QStringLiteral("ausgeschaltet"));
   for (const auto& [kind, caption] :
        {std::pair(VsdKind::Pd, u"PD:"), {VsdKind::Vd, u"VD:"}, {VsdKind::Gvd, u"GVD:"}}) {
-    lines.Field(caption, SchemaState(module.Validation, kind));
+    lines.Field(caption, SchemaState(module.Validation(), kind));
   }
 
   lines.Heading(u"Schnittstellen");
-  for (int slot = 1; slot <= SlotCount; ++slot) AddPort(lines, slot, module, flow);
+  for (int slot = 1; slot <= SlotCount; ++slot) {
+    if (const std::optional<Port> port = module.PortAt(slot)) AddPort(lines, *port, module);
+  }
 
   lines.Heading(u"Weitere Schnittstellen");
-  if (module.FurtherPorts.empty()) lines.Line(QStringLiteral("  keine"));
-  for (const int pn : module.FurtherPorts) lines.Line(u"  " + PortLine(pn));
+  if (module.FurtherPorts().empty()) lines.Line(QStringLiteral("  keine"));
+  for (const Port port : module.FurtherPorts()) lines.Line(u"  " + port.Line());
   for (const QString& hint : module.HintsWithoutReader()) lines.Field(u"Hinweis:", hint);
 
   lines.Heading(u"Statustexte und Meldungen");

@@ -6,7 +6,6 @@
 #include "app/bas_mkt_test.h"
 #include "ui/main_window/program_facts.h"
 #include "ui/main_window/run_recorder.h"
-#include "ui/main_window/test_flow.h"
 
 namespace kartocheck {
 
@@ -14,7 +13,6 @@ namespace kartocheck {
 // ports and terminals, status texts and messages of the run. It holds nothing that was read from a
 // card or a stored record.
 [[nodiscard]] QString TestReportText(const QDateTime& time, const ProgramFacts& facts,
-                                     const Bas_MKT_Test& module, const TestFlow& flow,
-                                     const RunRecorder& run);
+                                     const Bas_MKT_Test& module, const RunRecorder& run);
 
 }  // namespace kartocheck

@@ -18,8 +18,8 @@ Program::Program(const std::string& script, const Form_MKT_Test::Options& option
               .serial = serial,
               .directory = directory,
               .terminate = [] { std::abort(); }}),
-      flow(module, window.Boxes(), window, window) {
-  window.Attach(flow);
+      flow(module, window.Boxes(), window, view, window) {
+  window.Attach(flow, view, module);
   window.show();
   QApplication::setActiveWindow(&window);
 }

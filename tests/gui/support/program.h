@@ -9,6 +9,7 @@
 #include "support/dialogue.h"
 #include "support/fake_port_directory.h"
 #include "support/fake_serial_port.h"
+#include "support/open_module.h"
 #include "ui/form_mkt_test.h"
 #include "ui/main_window/test_flow.h"
 
@@ -26,7 +27,8 @@ class Program : public Screen {
   QuickEventLoop eventLoop;
   FakeSerialPort serial{FakeSerialPort::FourPorts()};
   FakePortDirectory directory;
-  Bas_MKT_Test module;
+  OpenModule module;
+  ViewState view;
   TestFlow flow;
 };
 

@@ -32,8 +32,8 @@ SimulatedProgram::SimulatedProgram(const QString& scenario, const Form_MKT_Test:
               .serial = serial,
               .directory = machine == nullptr ? directory : *machine,
               .terminate = [] { std::abort(); }}),
-      flow(module, recorder, recorder, window) {
-  window.Attach(flow);
+      flow(module, recorder, recorder, view, window) {
+  window.Attach(flow, view, module);
   window.OfferReport([this] { return Report(); });
   window.show();
   QApplication::setActiveWindow(&window);
@@ -45,7 +45,7 @@ QString SimulatedProgram::Report() const {
                         {.version = QStringLiteral("0.1.0"),
                          .library = QStringLiteral("Simulation"),
                          .system = QStringLiteral("Testsystem 1")},
-                        module, flow, recorder);
+                        module, recorder);
 }
 
 }  // namespace kartocheck::test

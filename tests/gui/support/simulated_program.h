@@ -9,6 +9,7 @@
 #include "platform/simulated/ct_api_simulated.h"
 #include "platform/simulated/serial_port_simulated.h"
 #include "simulator/simulated_practice.h"
+#include "support/open_module.h"
 #include "ui/form_mkt_test.h"
 #include "ui/main_window/run_recorder.h"
 #include "ui/main_window/test_flow.h"
@@ -33,7 +34,8 @@ class SimulatedProgram : public Screen {
   QuickEventLoop eventLoop;
   Form_MKT_Test window;
   RunRecorder recorder;
-  Bas_MKT_Test module;
+  OpenModule module;
+  ViewState view;
   TestFlow flow;
 };
 

@@ -71,7 +71,7 @@ TEST(DiagnosisButtonTest, AnAbsentPortIsDisabled) {
   SimulatedWindow window;
   window.dialogs.answers = PowerFault;
   window.flow.Button(DiagnosisButton);
-  EXPECT_EQ(window.display.enabledPorts, (std::vector<std::pair<int, bool>>{{1, false}}));
+  EXPECT_EQ(window.frontEnd.enabledPorts, (std::vector<std::pair<int, bool>>{{1, false}}));
 }
 
 TEST(DiagnosisButtonTest, AnsweringNoToTheCableEndsWithTheStatusTabsAndNoCheck) {
@@ -94,10 +94,10 @@ TEST(DiagnosisButtonTest, FourTimesYesEndsWithTheStatusTabsAndNoCheck) {
   window.flow.Button(DiagnosisButton);
   EXPECT_EQ(window.dialogs.boxes.size(), 5U);
   EXPECT_EQ(window.dialogs.boxes.back().text, u"Es ist keine weitere Fehlerquelle bekannt.\r\n");
-  EXPECT_EQ(window.display.frames, (std::vector{1, 2}));
+  EXPECT_EQ(window.frontEnd.shownFrames, (std::vector{1, 2}));
   EXPECT_EQ(window.display.statusTexts.back(), u"Der MKT Status wird angezeigt");
   EXPECT_FALSE(window.module.Terminals[1].Answered);
-  EXPECT_TRUE(window.display.slots.empty());
+  EXPECT_TRUE(window.frontEnd.slots.empty());
 }
 
 // The prompt's text and default are those of the diagnosis.
@@ -111,7 +111,7 @@ TEST(DiagnosisButtonTest, AFixedTerminalWithoutACardIsPromptedForWithOkPreselect
   EXPECT_TRUE(prompt.text.endsWith(u" Schnittstelle: \r\n\r\n1) "));
   EXPECT_EQ(prompt.preselected, Answer::Ok);
   EXPECT_EQ(prompt.title, u" KartoCheck ");
-  EXPECT_EQ(window.display.frames.back(), 2) << "nothing was read";
+  EXPECT_EQ(window.frontEnd.shownFrames.back(), 2) << "nothing was read";
 }
 
 TEST(DiagnosisButtonTest, AMobileTerminalIsPromptedForWithCancelPreselected) {
@@ -136,7 +136,7 @@ TEST(DiagnosisButtonTest, AnotherTryRepeatsStatusCheckAndRead) {
   window.dialogs.answers = {Answer::Yes, Answer::No, Answer::Ok, Answer::Yes, Answer::Cancel};
   window.flow.Button(DiagnosisButton);
   EXPECT_TRUE(window.dialogs.answers.empty());
-  EXPECT_EQ(window.display.enabledPorts.size(), 1U);
+  EXPECT_EQ(window.frontEnd.enabledPorts.size(), 1U);
   EXPECT_EQ(std::count(window.display.statusTexts.begin(), window.display.statusTexts.end(),
                        QStringLiteral("Die Krankenversichertendaten lesen")),
             2);
@@ -155,7 +155,7 @@ TEST(DiagnosisButtonTest, AKnownTerminalThatIsGoneBringsTheAdvice) {
   EXPECT_EQ(window.dialogs.boxes[3].text,
             u" Bitte Chipkartenterminal überprüfen! \r\n Ist das Terminal eingeschaltet?! \r\n"
             u" Ist die KeyCard nicht mehr aktiv?! ");
-  EXPECT_EQ(window.display.frames.back(), 2);
+  EXPECT_EQ(window.frontEnd.shownFrames.back(), 2);
   EXPECT_TRUE(window.module.Insured[1].IsEmpty());
 }
 
@@ -169,8 +169,8 @@ TEST(DiagnosisButtonTest, AFurtherPortHasNoScanText) {
   EXPECT_EQ(window.log.at(4), "diagnosed port USB Device 1");
   EXPECT_EQ(window.log.at(7), "status ");
   EXPECT_TRUE(window.module.Terminals[5].DataRead);
-  EXPECT_EQ(window.display.frames.back(), 3);
-  EXPECT_EQ(window.module.CurrentPort, 5);
+  EXPECT_EQ(window.frontEnd.shownFrames.back(), 3);
+  EXPECT_EQ(window.module.CurrentSlot, 5);
 }
 
 TEST(DiagnosisButtonTest, ACloseRequestDuringTheQuestionsEndsWithoutAnotherBox) {
@@ -187,7 +187,7 @@ TEST(DiagnosisButtonTest, ACloseRequestDuringTheQuestionsEndsWithoutAnotherBox) 
     window.flow.Button(DiagnosisButton);
     EXPECT_EQ(window.dialogs.boxes.size(), question);
     EXPECT_EQ(window.log.back(), "close window");
-    EXPECT_TRUE(window.display.enabledPorts.empty()) << "no port is checked any more";
+    EXPECT_TRUE(window.frontEnd.enabledPorts.empty()) << "no port is checked any more";
   }
 }
 
@@ -248,8 +248,8 @@ TEST(StatusTabTest, TheDeviceIsNamedAsTheSystemNamesIt) {
   ctapi::SimulatedPort port = PortOf("gamma");
   port.DeviceId = "USB VID_FFFE PID_0001 SIM0001";
   window.practice.Attach(3, port);
-  EXPECT_EQ(window.flow.StatusTabOf(3).at(7), u"USB VID_FFFE PID_0001 SIM0001");
-  EXPECT_EQ(window.flow.StatusTabOf(1).at(7), QString());
+  EXPECT_EQ(StatusTabOf(window.module, 3).at(7), u"USB VID_FFFE PID_0001 SIM0001");
+  EXPECT_EQ(StatusTabOf(window.module, 1).at(7), QString());
 }
 
 // The status check finds that the terminal writes to its display; the tab says so although nothing
@@ -259,7 +259,7 @@ TEST(StatusTabTest, ShowsWhatTheStatusCheckFound) {
   window.practice.Attach(1, PortOf("ausgabemedium"));
   QString shown;
   window.onCall = [&](const std::string& call) {
-    if (call == "slot 1") shown = window.flow.StatusTabOf(1).at(6);
+    if (call == "slot 1") shown = StatusTabOf(window.module, 1).at(6);
     if (call == "status Die Krankenversichertendaten werden gelesen") {
       EXPECT_EQ(shown, u"LCD-Anzeige/Drucker");
     }

@@ -55,9 +55,9 @@ void Act(SimulatedWindow& window, Acting action) {
 // All that can be seen of the port.
 struct Seen {
   explicit Seen(SimulatedWindow& window)
-      : tab(window.flow.StatusTabOf(Port)),
+      : tab(StatusTabOf(window.module, Port)),
         data(window.frontEnd.frames.empty() ? EmptyDataFrame() : window.frontEnd.frames.back()),
-        frame(window.display.frames.back()) {
+        frame(window.frontEnd.shownFrames.back()) {
     window.flow.Button(CopyButton);
     clipboard = window.frontEnd.clipboard.back();
     const EgkInfo egk = window.flow.CurrentEgkInfo();

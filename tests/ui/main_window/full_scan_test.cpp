@@ -120,7 +120,7 @@ TEST(FullScanTest, ProgressNeverGoesBackAndMovesDuringTheSweep) {
   SimulatedWindow window;
   window.practice.Attach(8447, PortOf("omega"));
   window.flow.Button(ScanButton);
-  const Numbers& progress = window.display.progress;
+  const Numbers& progress = window.frontEnd.progress;
   ASSERT_GT(progress.size(), 512U);
   EXPECT_EQ(progress.front(), 0);
   EXPECT_EQ(progress.back(), 0) << "back at the end of the action";
@@ -134,12 +134,12 @@ TEST(FullScanTest, ProgressNeverGoesBackAndMovesDuringTheSweep) {
 TEST(FullScanTest, AScanOfAnEmptyPracticeShowsTheStatusTabs) {
   SimulatedWindow window;
   window.flow.Button(ScanButton);
-  EXPECT_EQ(window.display.frames, (Numbers{0, 2}));
+  EXPECT_EQ(window.frontEnd.shownFrames, (Numbers{0, 2}));
   EXPECT_EQ(window.display.statusTexts.back(), u"Der MKT Status wird angezeigt");
   ASSERT_EQ(window.frontEnd.scanResults.size(), 1U);
   EXPECT_EQ(window.frontEnd.scanResults[0].rows[1].text, u"Keinen Chipkartenleser gefunden!");
   EXPECT_TRUE(window.frontEnd.scanResults[0].summary.isEmpty());
-  EXPECT_EQ(window.display.enabledPorts,
+  EXPECT_EQ(window.frontEnd.enabledPorts,
             (std::vector<std::pair<int, bool>>{
                 {1, false}, {2, false}, {3, false}, {4, false}, {5, false}}));
 }
@@ -152,7 +152,7 @@ TEST(FullScanTest, EnablesWhatIsPresentAndHasNoError) {
   window.practice.Attach(3, LineIn(State::Absent));
   window.practice.Attach(4, Empty());
   window.flow.Button(ScanButton);
-  EXPECT_EQ(window.display.enabledPorts,
+  EXPECT_EQ(window.frontEnd.enabledPorts,
             (std::vector<std::pair<int, bool>>{
                 {1, false}, {2, true}, {3, false}, {4, true}, {5, false}}));
 }
@@ -165,8 +165,8 @@ TEST(FullScanTest, TheFirstPortThatWasReadIsShown) {
   window.practice.Attach(4, PortOf("gamma"));
   window.dialogs.answers = {Answer::Cancel};
   window.flow.Button(ScanButton);
-  EXPECT_EQ(window.module.CurrentPort, 3);
-  EXPECT_EQ(window.module.SelectedPort, 3);
+  EXPECT_EQ(window.module.CurrentSlot, 3);
+  EXPECT_EQ(window.module.SelectedPort, Port(3));
   EXPECT_EQ(window.frontEnd.frames.back().values,
             DataFrameOf(window.module.Terminals[3], window.module.Insured[3]).values);
   EXPECT_FALSE(window.frontEnd.frames.back().values[0].isEmpty());
@@ -177,10 +177,10 @@ TEST(FullScanTest, WithoutDataOnComPortsTheFurtherPortIsShown) {
   window.practice.Attach(8192, PortOf("omega"));
   window.practice.Attach(8193, PortOf("gamma"));
   window.flow.Button(ScanButton);
-  EXPECT_EQ(window.module.FurtherPorts, (Numbers{8192, 8193}));
-  EXPECT_EQ(window.module.FurtherPort, 8192) << "the first one found is looked at";
-  EXPECT_EQ(window.module.CurrentPort, 5);
-  EXPECT_EQ(window.module.SelectedPort, 8192);
+  EXPECT_EQ(window.module.FurtherPorts, (std::vector{Port(8192), Port(8193)}));
+  EXPECT_EQ(window.module.FurtherPort, Port(8192)) << "the first one found is looked at";
+  EXPECT_EQ(window.module.CurrentSlot, 5);
+  EXPECT_EQ(window.module.SelectedPort, Port(8192));
   EXPECT_TRUE(window.module.Terminals[5].DataRead);
   EXPECT_EQ(window.frontEnd.portList,
             (QStringList{QStringLiteral("USB Device 1 (CTAPI pn=8192)"),
@@ -228,18 +228,18 @@ TEST(FullScanTest, AFurtherPortThatIsGoneLeavesNothing) {
   ASSERT_TRUE(window.module.Terminals[5].DataRead);
   window.practice.Detach(8192);
   window.flow.Button(ScanButton);
-  EXPECT_EQ(window.flow.StatusTabOf(5), StatusTab{});
+  EXPECT_EQ(StatusTabOf(window.module, 5), StatusTab{});
   EXPECT_TRUE(window.module.Insured[5].IsEmpty());
   EXPECT_EQ(window.module.FurtherPort, std::nullopt);
   EXPECT_EQ(window.module.SelectedPort, std::nullopt);
   EXPECT_TRUE(window.frontEnd.portList.isEmpty());
-  EXPECT_EQ(window.display.frames.back(), 2) << "nothing was read";
+  EXPECT_EQ(window.frontEnd.shownFrames.back(), 2) << "nothing was read";
   EXPECT_EQ(window.frontEnd.frames.back().values, EmptyDataFrame().values);
   const auto name = std::find_if(window.log.rbegin(), window.log.rend(), [](const auto& line) {
     return line.starts_with("name further port ");
   });
   EXPECT_EQ(*name, "name further port weitere ...");
-  EXPECT_EQ(window.display.enabledPorts.back(), (std::pair{5, false}));
+  EXPECT_EQ(window.frontEnd.enabledPorts.back(), (std::pair{5, false}));
 }
 
 TEST(FullScanTest, ATerminalWithoutACardAsksForOne) {
@@ -365,7 +365,7 @@ TEST(FullScanTest, TheSweepEndsEarlyWithWhatWasFound) {
     if (call.ends_with(" COM 20")) window.flow.EndSweep();
   };
   window.flow.Button(ScanButton);
-  EXPECT_EQ(window.module.FurtherPorts, Numbers{6});
+  EXPECT_EQ(window.module.FurtherPorts, std::vector{Port(6)});
   EXPECT_TRUE(window.module.Terminals[5].DataRead) << "what was found is read";
   EXPECT_EQ(window.frontEnd.scanResults.size(), 1U);
   EXPECT_EQ(window.log.back(), "action ends");
@@ -379,7 +379,7 @@ TEST(FullScanTest, AnEarlierOrderToEndDoesNotEndTheSweep) {
     if (call.ends_with(" COM 2")) window.flow.EndSweep();
   };
   window.flow.Button(ScanButton);
-  EXPECT_EQ(window.module.FurtherPorts, Numbers{8447});
+  EXPECT_EQ(window.module.FurtherPorts, std::vector{Port(8447)});
 }
 
 TEST(FullScanTest, AMobileTerminalIsAskedAboutItsRecord) {

@@ -37,9 +37,9 @@ TEST(FurtherPortsTest, ChoosingThemWithoutAListSweepsFirstAndTakesTheFirst) {
              "name further port weitere ...", "slot 5", "progress 0", "frame 3", "action ends",
              "show port list", "name further port COM 7 (CTAPI pn=7)", "slot 5", "show data",
              "status Die serielle Schnittstelle COM 7 wurde ausgewählt"}));
-  EXPECT_EQ(window.display.progress.at(window.display.progress.size() - 2), 99);
-  EXPECT_EQ(window.module.CurrentPort, 5);
-  EXPECT_EQ(window.module.SelectedPort, 7);
+  EXPECT_EQ(window.frontEnd.progress.at(window.frontEnd.progress.size() - 2), 99);
+  EXPECT_EQ(window.module.CurrentSlot, 5);
+  EXPECT_EQ(window.module.SelectedPort, Port(7));
   EXPECT_EQ(window.frontEnd.chosenLine, 0);
   EXPECT_EQ(window.frontEnd.portList,
             (QStringList{QStringLiteral("COM 7 (CTAPI pn=7)"),
@@ -52,7 +52,7 @@ TEST(FurtherPortsTest, TheFrameBeforeTheSweepComesBack) {
   window.practice.Attach(7, PortOf("gamma"));
   window.flow.Button(StatusButton);
   window.flow.ChoosePort(4);
-  EXPECT_EQ(window.display.frames, (std::vector{2, 0, 2}));
+  EXPECT_EQ(window.frontEnd.shownFrames, (std::vector{2, 0, 2}));
 }
 
 TEST(FurtherPortsTest, ChoosingThemAgainDoesNotSweepAgain) {
@@ -64,7 +64,7 @@ TEST(FurtherPortsTest, ChoosingThemAgainDoesNotSweepAgain) {
   window.flow.ChoosePort(4);
   EXPECT_EQ(window.log,
             (Lines{"show data", "status Die serielle Schnittstelle COM 7 wurde ausgewählt"}));
-  EXPECT_EQ(window.module.SelectedPort, 7);
+  EXPECT_EQ(window.module.SelectedPort, Port(7));
 }
 
 TEST(FurtherPortsTest, WhileThereAreNoneReadAndDiagnosisOnlySaySo) {
@@ -72,7 +72,7 @@ TEST(FurtherPortsTest, WhileThereAreNoneReadAndDiagnosisOnlySaySo) {
   window.practice.Attach(1, PortOf("gamma"));
   window.flow.ChoosePort(4);
   EXPECT_EQ(window.display.statusTexts.back(), u"Keinen Chipkartenleser gefunden!");
-  EXPECT_EQ(window.module.CurrentPort, 5);
+  EXPECT_EQ(window.module.CurrentSlot, 5);
   EXPECT_EQ(window.module.SelectedPort, std::nullopt);
   for (const int button : {DiagnosisButton, ReadButton}) {
     window.log.clear();
@@ -92,7 +92,7 @@ TEST(FurtherPortsTest, AnEmptyListIsSweptAnewAtTheNextChoice) {
   window.flow.ChoosePort(4);
   window.practice.Attach(8192, PortOf("omega"));
   window.flow.ChoosePort(4);
-  EXPECT_EQ(window.module.SelectedPort, 8192);
+  EXPECT_EQ(window.module.SelectedPort, Port(8192));
 }
 
 TEST(FurtherPortsTest, AClickDuringAnActionStartsNoSweep) {
@@ -103,8 +103,8 @@ TEST(FurtherPortsTest, AClickDuringAnActionStartsNoSweep) {
     window.flow.ChooseFurtherPort(0);
   };
   window.flow.Button(ReadButton);
-  EXPECT_EQ(window.module.CurrentPort, 1);
-  EXPECT_EQ(window.module.SelectedPort, 1);
+  EXPECT_EQ(window.module.CurrentSlot, 1);
+  EXPECT_EQ(window.module.SelectedPort, Port(1));
 }
 
 TEST(FurtherPortsTest, ACloseRequestDuringTheSweepClosesAtItsEnd) {
@@ -134,7 +134,7 @@ TEST(FurtherPortsTest, EachKindOfPortHasItsNameAndText) {
       {8448, u"Das ?device 8448 wurde ausgewählt", "?Device 8448 (CTAPI pn=8448)"},
   };
   SimulatedWindow window;
-  for (const ChosenRow& row : rows) window.module.FurtherPorts.push_back(row.pn);
+  for (const ChosenRow& row : rows) window.module.FurtherPorts.emplace_back(row.pn);
   int index = 0;
   for (const ChosenRow& row : rows) {
     window.log.clear();
@@ -143,20 +143,20 @@ TEST(FurtherPortsTest, EachKindOfPortHasItsNameAndText) {
     EXPECT_NE(std::find(window.log.begin(), window.log.end(), "name further port " + row.tab),
               window.log.end());
     EXPECT_NE(std::find(window.log.begin(), window.log.end(), "mark port 4"), window.log.end());
-    EXPECT_EQ(window.module.SelectedPort, row.pn);
-    EXPECT_EQ(window.module.CurrentPort, 5);
+    EXPECT_EQ(window.module.SelectedPort, Port(row.pn));
+    EXPECT_EQ(window.module.CurrentSlot, 5);
     EXPECT_EQ(window.frontEnd.chosenLine, index);
-    EXPECT_EQ(window.flow.StatusTabOf(5).at(0).toStdString(), row.tab);
+    EXPECT_EQ(StatusTabOf(window.module, 5).at(0).toStdString(), row.tab);
     ++index;
   }
 }
 
 TEST(FurtherPortsTest, AnIndexOutsideTheListIsIgnored) {
   SimulatedWindow window;
-  window.module.FurtherPorts = {7};
+  window.module.FurtherPorts = {Port(7)};
   for (const int index : {-1, 1, 512}) window.flow.ChooseFurtherPort(index);
   EXPECT_TRUE(window.log.empty());
-  EXPECT_EQ(window.module.CurrentPort, 1);
+  EXPECT_EQ(window.module.CurrentSlot, 1);
 }
 
 TEST(FurtherPortsTest, AFurtherPortIsReadLikeAComPort) {
@@ -183,9 +183,9 @@ TEST(FurtherPortsTest, AnotherEntryOfTheListEmptiesTheSlot) {
   window.flow.ChooseFurtherPort(1);
   EXPECT_TRUE(window.module.Insured[5].IsEmpty());
   EXPECT_EQ(window.frontEnd.frames.back().values, EmptyDataFrame().values);
-  EXPECT_EQ(window.flow.StatusTabOf(5).at(0), u"USB Device 2 (CTAPI pn=8193)");
+  EXPECT_EQ(StatusTabOf(window.module, 5).at(0), u"USB Device 2 (CTAPI pn=8193)");
   for (std::size_t row = 1; row < 7; ++row) {
-    EXPECT_EQ(window.flow.StatusTabOf(5).at(row), QString()) << row;
+    EXPECT_EQ(StatusTabOf(window.module, 5).at(row), QString()) << row;
   }
 }
 
@@ -196,11 +196,11 @@ TEST(FurtherPortsTest, AScanThatTakesAnotherPortSelectsIt) {
   window.practice.Attach(8193, PortOf("omega"));
   window.flow.ChoosePort(4);
   window.flow.ChooseFurtherPort(1);
-  ASSERT_EQ(window.module.SelectedPort, 8193);
+  ASSERT_EQ(window.module.SelectedPort, Port(8193));
   window.dialogs.answers = {Answer::Cancel};
   window.flow.Button(ScanButton);
-  EXPECT_EQ(window.module.FurtherPort, 8192);
-  EXPECT_EQ(window.module.SelectedPort, 8192);
+  EXPECT_EQ(window.module.FurtherPort, Port(8192));
+  EXPECT_EQ(window.module.SelectedPort, Port(8192));
 }
 
 }  // namespace

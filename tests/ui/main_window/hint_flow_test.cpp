@@ -75,10 +75,10 @@ TEST(HintFlowTest, APortWithoutTerminalShowsItsHintAfterTheCheck) {
   FakePortDirectory machine;
   machine.hints[3] = NoService;
   SimulatedWindow window(machine);
-  window.flow.ScanPort(3);
+  window.ports.Scan(Port(3));
   EXPECT_EQ(window.frontEnd.portHints[3], NoService);
   machine.hints.clear();
-  window.flow.ScanPort(3);
+  window.ports.Scan(Port(3));
   EXPECT_EQ(window.frontEnd.portHints[3], QString());
 }
 
@@ -93,7 +93,7 @@ TEST(HintFlowTest, TheFurtherPortsHintIsThatOfTheChosenOne) {
   window.flow.ChooseFurtherPort(1);
   EXPECT_EQ(window.frontEnd.portHints[5], Held);
   window.practice = {};
-  window.flow.SweepFurtherPorts();
+  window.ports.SweepFurtherPorts();
   EXPECT_EQ(window.frontEnd.portHints[5], QString()) << "there is none any more";
 }
 
@@ -106,7 +106,7 @@ TEST(HintFlowTest, AfterASweepWithoutAReaderTheReasonsAreShown) {
   window.flow.ChoosePort(4);
   EXPECT_EQ(window.frontEnd.hintsWithoutReader, (QStringList{Held, NoService}));
   window.practice.Attach(8192, PortOf("omega"));
-  window.flow.SweepFurtherPorts();
+  window.ports.SweepFurtherPorts();
   EXPECT_EQ(window.frontEnd.hintsWithoutReader, QStringList());
 }
 

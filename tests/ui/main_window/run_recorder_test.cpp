@@ -70,21 +70,7 @@ TEST_F(RunRecorderTest, PassesEverythingOnUnchanged) {
   EXPECT_EQ(dialogs.boxes[1].consequence, Consequence::ErasesRecord);
 
   recorder.ShowStatusText(QStringLiteral(" mit Leerzeichen "));
-  recorder.ShowProgress(40);
-  EXPECT_TRUE(recorder.ShowFrameX(2));
-  EXPECT_FALSE(recorder.ShowFrameX(2));
-  recorder.ShowDiagnosisStep(QStringLiteral("Kabel"));
-  recorder.EnablePort(3, false);
-  recorder.SetLamp(Lamp::Terminal, LampState::Answered);
-  recorder.ShowSlot(4);
   EXPECT_EQ(display.statusTexts, std::vector<QString>{QStringLiteral(" mit Leerzeichen ")});
-  EXPECT_EQ(display.progress, std::vector<int>{40});
-  EXPECT_EQ(display.frames, std::vector<int>{2});
-  EXPECT_EQ(display.diagnosisSteps, std::vector<QString>{QStringLiteral("Kabel")});
-  EXPECT_EQ(display.enabledPorts, (std::vector<std::pair<int, bool>>{{3, false}}));
-  EXPECT_EQ(display.lamps,
-            (std::vector<std::pair<Lamp, LampState>>{{Lamp::Terminal, LampState::Answered}}));
-  EXPECT_EQ(display.slots, std::vector<int>{4});
 }
 
 TEST_F(RunRecorderTest, KeepsOnlyTheLastOfALongRun) {

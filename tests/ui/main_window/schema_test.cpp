@@ -65,10 +65,9 @@ TEST_F(SchemaTest, AFileWithoutATextIsToldAndTheHeldOneStays) {
 }
 
 TEST_F(SchemaTest, ValidationIsSwitched) {
-  EXPECT_FALSE(window.flow.IsValidating());
+  EXPECT_FALSE(window.module.Validation.isOn);
   window.flow.SetValidation(true);
   EXPECT_TRUE(window.module.Validation.isOn);
-  EXPECT_TRUE(window.flow.IsValidating());
   window.flow.SetValidation(false);
   EXPECT_FALSE(window.module.Validation.isOn);
 }
@@ -87,10 +86,10 @@ TEST_F(SchemaTest, TheEgkWindowShowsTheCurrentSlot) {
   window.module.Egk[2].stored.statusText = QStringLiteral("22");
   window.module.Terminals[2].Reset95 = true;
   EXPECT_EQ(window.flow.CurrentEgkInfo().lines[3].text, u"ICC Serial Number:       0x11");
-  window.module.CurrentPort = 2;
+  window.module.CurrentSlot = 2;
   EXPECT_EQ(window.flow.CurrentEgkInfo().lines[3].text, u"VSDStatus: 0x22");
   for (const int slot : {0, -1, 6}) {
-    window.module.CurrentPort = slot;
+    window.module.CurrentSlot = slot;
     EXPECT_THROW((void)window.flow.CurrentEgkInfo(), std::out_of_range) << slot;
   }
 }

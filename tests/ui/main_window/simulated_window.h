@@ -9,6 +9,7 @@
 #include "support/fake_display.h"
 #include "support/fake_event_loop.h"
 #include "support/link_fixture.h"
+#include "support/open_module.h"
 #include "support/simulated_ports.h"
 #include "ui/main_window/fake_front_end.h"
 #include "ui/main_window/test_flow.h"
@@ -32,13 +33,16 @@ class SimulatedWindow {
                 .serial = serial,
                 .directory = machine == nullptr ? directory : *machine,
                 .terminate = [] { throw Terminated{}; }}),
-        flow(module, dialogs, display, frontEnd) {
+        flow(module, dialogs, display, view, frontEnd),
+        ports(module, display, view) {
+    frontEnd.Watch(view);
     const auto note = [this](const std::string& call) {
       log.push_back(call);
       if (onCall) onCall(call);
     };
     display.onCall = note;
     frontEnd.onCall = note;
+    frontEnd.onChange = note;
   }
 
  public:
@@ -50,8 +54,10 @@ class SimulatedWindow {
   FakeDisplay display;
   FakeEventLoop eventLoop;
   FakeFrontEnd frontEnd;
-  Bas_MKT_Test module;
+  OpenModule module;
+  ViewState view;
   TestFlow flow;
+  PortFlow ports;
 
   // What display and front end were called for, in order.
   std::vector<std::string> log;

@@ -95,13 +95,13 @@ void FillSlot(Window& window, int slot) {
 TEST(ReadButtonTest, ChecksReadsAndShowsTheSelectedPort) {
   Dialogue dialogue(Check(2) + ReadsRecordB(2));
   Window window(dialogue);
-  window.module.SelectedPort = 2;
-  window.module.CurrentPort = 2;
+  window.module.SelectedPort = Port(2);
+  window.module.CurrentSlot = 2;
   window.flow.Button(ReadButton);
-  EXPECT_EQ(window.display.frames, Numbers{3});
-  EXPECT_EQ(window.display.progress, (Numbers{0, 50, 100, 0}));
+  EXPECT_EQ(window.frontEnd.shownFrames, Numbers{3});
+  EXPECT_EQ(window.frontEnd.progress, (Numbers{0, 50, 100, 0}));
   EXPECT_EQ(window.display.statusTexts, (std::vector{Prompting, Reading, Shown, Shown}));
-  EXPECT_EQ(window.display.slots, (Numbers{2, 2, 2}))
+  EXPECT_EQ(window.frontEnd.slots, (Numbers{2, 2, 2}))
       << "after the check, after the status check and after the read";
   EXPECT_EQ(window.frontEnd.calls,
             (Calls{"action starts", "show data", "show data", "action ends"}));
@@ -119,7 +119,7 @@ TEST(ReadButtonTest, DataThatWereReadAlreadyAreShownWithoutAnotherRead) {
   Window window(dialogue);
   FillSlot(window, 1);
   window.flow.Button(ReadButton);
-  EXPECT_EQ(window.display.progress, (Numbers{0, 100, 0}));
+  EXPECT_EQ(window.frontEnd.progress, (Numbers{0, 100, 0}));
   EXPECT_EQ(window.display.statusTexts, std::vector{Shown});
   ASSERT_EQ(window.frontEnd.frames.size(), 1U);
   EXPECT_EQ(window.frontEnd.frames[0].values[0], u"element 0");
@@ -131,7 +131,7 @@ TEST(ReadButtonTest, YesToAnotherTryChecksAndReadsAgain) {
   Window window(dialogue);
   window.dialogs.answers = {Answer::Ok, Answer::Yes, Answer::Ok, Answer::Yes};
   window.flow.Button(ReadButton);
-  EXPECT_EQ(window.display.progress, (Numbers{0, 50, 50, 50, 100, 0}));
+  EXPECT_EQ(window.frontEnd.progress, (Numbers{0, 50, 50, 50, 100, 0}));
   EXPECT_EQ(window.display.statusTexts, (std::vector{Prompting, Reading, Shown, Prompting, Reading,
                                                      Shown, Prompting, Reading, Shown, Shown}));
   EXPECT_EQ(window.frontEnd.frames.back().values[9], u"Übermaß");
@@ -142,7 +142,7 @@ TEST(ReadButtonTest, NoToAnotherTryEndsWithAnEmptyFrame) {
   Window window(dialogue);
   window.dialogs.answers = {Answer::Ok, Answer::No};
   window.flow.Button(ReadButton);
-  EXPECT_EQ(window.display.progress, (Numbers{0, 50, 100, 0}));
+  EXPECT_EQ(window.frontEnd.progress, (Numbers{0, 50, 100, 0}));
   const DataFrame& frame = window.frontEnd.frames.back();
   EXPECT_EQ(frame.title, u"Krankenversicherten Kartendaten");
   for (const QString& value : frame.values) EXPECT_EQ(value, QString());
@@ -181,8 +181,8 @@ TEST(ReadButtonTest, AnotherTerminalOnThePortInheritsNothing) {
 TEST(ReadButtonTest, AFurtherPortIsReadByItsNumberIntoSlotFive) {
   Dialogue dialogue(Check(8193) + ReadsRecordB(8193));
   Window window(dialogue);
-  window.module.SelectedPort = 8193;
-  window.module.CurrentPort = 5;
+  window.module.SelectedPort = Port(8193);
+  window.module.CurrentSlot = 5;
   window.flow.Button(ReadButton);
   EXPECT_EQ(window.frontEnd.frames.back().values[9], u"Übermaß");
   EXPECT_TRUE(window.module.Terminals[5].DataRead);
@@ -229,7 +229,7 @@ TEST(CopyButtonTest, CopiesTheDataOfTheCurrentPort) {
   FakeApi api;
   Window window(api);
   FillSlot(window, 3);
-  window.module.CurrentPort = 3;
+  window.module.CurrentSlot = 3;
   window.flow.Button(CopyButton);
   EXPECT_EQ(window.display.statusTexts,
             std::vector{QStringLiteral(
@@ -238,7 +238,7 @@ TEST(CopyButtonTest, CopiesTheDataOfTheCurrentPort) {
   EXPECT_EQ(window.frontEnd.clipboard[0].count(u"\r\n"), 16);
   EXPECT_TRUE(window.frontEnd.clipboard[0].startsWith(u"element 0\r\nelement 1\r\n"));
   EXPECT_TRUE(window.frontEnd.clipboard[0].endsWith(u"element 15\r\n"));
-  EXPECT_TRUE(window.display.frames.empty()) << "the frame stays";
+  EXPECT_TRUE(window.frontEnd.shownFrames.empty()) << "the frame stays";
 }
 
 TEST(CopyButtonTest, AMobileTerminalsDataHaveTwoLinesMore) {
@@ -266,13 +266,13 @@ TEST(ResetButtonTest, EmptiesFrameAndSlotSoThatButtonThreeReadsAgain) {
   window.flow.Button(ResetButton);
   EXPECT_EQ(window.display.statusTexts,
             std::vector{QStringLiteral("Die Anzeigefelder wurden zurückgesetzt")});
-  EXPECT_EQ(window.frontEnd.calls, (Calls{"action starts", "clear data", "action ends"}));
+  EXPECT_EQ(window.frontEnd.calls, (Calls{"action starts", "show data", "action ends"}));
   EXPECT_TRUE(window.module.Insured[1].IsEmpty());
   EXPECT_FALSE(window.module.Terminals[1].DataRead);
   EXPECT_TRUE(window.module.Terminals[1].Answered);
   EXPECT_FALSE(window.module.Insured[2].IsEmpty());
   EXPECT_TRUE(window.module.Terminals[2].DataRead);
-  EXPECT_TRUE(window.display.frames.empty());
+  EXPECT_TRUE(window.frontEnd.shownFrames.empty());
 
   window.flow.Button(ReadButton);
   EXPECT_TRUE(window.module.Terminals[1].DataRead);
@@ -281,20 +281,20 @@ TEST(ResetButtonTest, EmptiesFrameAndSlotSoThatButtonThreeReadsAgain) {
 TEST(ScanPortTest, ReadsWhereATerminalAnswers) {
   Dialogue dialogue(Check(3) + ReadsRecordB(3));
   Window window(dialogue);
-  window.flow.ScanPort(3);
+  window.ports.Scan(Port(3));
   EXPECT_EQ(window.module.Insured[3][Element::LastName], u"Übermaß");
   EXPECT_EQ(window.display.statusTexts,
             (std::vector{QStringLiteral("Programm prüft die serielle Schnittstelle COM 3"),
                          Prompting, Reading, Shown}));
-  EXPECT_EQ(window.display.progress, Numbers{20});
-  EXPECT_TRUE(window.display.frames.empty());
+  EXPECT_EQ(window.frontEnd.progress, Numbers{20});
+  EXPECT_TRUE(window.frontEnd.shownFrames.empty());
 }
 
 TEST(ScanPortTest, AnotherTryDoesNotCheckThePortAgain) {
   Dialogue dialogue(Check(3) + FindsNoCard(3) + ReadsRecordB(3));
   Window window(dialogue);
   window.dialogs.answers = {Answer::Ok, Answer::Yes};
-  window.flow.ScanPort(3);
+  window.ports.Scan(Port(3));
   EXPECT_TRUE(window.module.Terminals[3].DataRead);
 }
 
@@ -303,10 +303,10 @@ TEST(ScanPortTest, ReadsNothingWhereNoTerminalAnswers) {
                              "open 3\n> 20 13 00 81 00\n< 6E 00\nclose"}) {
     Dialogue dialogue(script);
     Window window(dialogue);
-    window.flow.ScanPort(3);
+    window.ports.Scan(Port(3));
     EXPECT_EQ(window.display.statusTexts,
               std::vector{QStringLiteral("Programm prüft die serielle Schnittstelle COM 3")});
-    EXPECT_EQ(window.display.slots, Numbers{3});
+    EXPECT_EQ(window.frontEnd.slots, Numbers{3});
   }
 }
 
@@ -317,7 +317,7 @@ TEST(ButtonTest, TheFirstFourShowTheFrameOfTheirIndex) {
     Window window(api);
     window.dialogs.answerSafely = true;
     window.flow.Button(index);
-    EXPECT_EQ(window.display.frames.at(0), index);
+    EXPECT_EQ(window.frontEnd.shownFrames.at(0), index);
   }
 }
 
@@ -334,9 +334,9 @@ TEST(ButtonTest, AnIndexOutsideZeroToFiveDoesNothing) {
     FakeApi api;
     Window window(api);
     window.flow.Button(index);
-    EXPECT_TRUE(window.display.frames.empty());
+    EXPECT_TRUE(window.frontEnd.shownFrames.empty());
     EXPECT_TRUE(window.display.statusTexts.empty());
-    EXPECT_TRUE(window.display.progress.empty());
+    EXPECT_TRUE(window.frontEnd.progress.empty());
     EXPECT_TRUE(window.dialogs.boxes.empty());
     EXPECT_EQ(window.frontEnd.calls, (Calls{"action starts", "action ends"}));
     EXPECT_FALSE(window.module.Busy);
@@ -354,7 +354,7 @@ TEST(ButtonTest, AClickDuringAnActionDoesNothing) {
   };
   window.flow.Button(ReadButton);
   EXPECT_GT(clicks, 0);
-  EXPECT_EQ(window.display.frames, Numbers{3});
+  EXPECT_EQ(window.frontEnd.shownFrames, Numbers{3});
   EXPECT_TRUE(window.frontEnd.clipboard.empty());
   EXPECT_EQ(window.frontEnd.calls,
             (Calls{"action starts", "show data", "show data", "action ends"}));

@@ -41,8 +41,8 @@ TEST(ChoosePortTest, MembersZeroToThreeSelectTheirPortAndSaySo) {
     FakeApi api;
     Window window(api);
     window.flow.ChoosePort(member);
-    EXPECT_EQ(window.module.SelectedPort, member + 1);
-    EXPECT_EQ(window.module.CurrentPort, member + 1);
+    EXPECT_EQ(window.module.SelectedPort, Port(member + 1));
+    EXPECT_EQ(window.module.CurrentSlot, member + 1);
     EXPECT_EQ(window.display.statusTexts,
               std::vector{Texts.at(static_cast<std::size_t>(member)).toString()});
   }
@@ -76,8 +76,8 @@ TEST(ChoosePortTest, NothingHappensDuringAnAction) {
   window.dialogs.answers = {Answer::Cancel};
   window.eventLoop.onYield = [&] { window.flow.ChoosePort(2); };
   window.flow.Button(ReadButton);
-  EXPECT_EQ(window.module.SelectedPort, 1);
-  EXPECT_EQ(window.module.CurrentPort, 1);
+  EXPECT_EQ(window.module.SelectedPort, Port(1));
+  EXPECT_EQ(window.module.CurrentSlot, 1);
 }
 
 TEST(StatusTabTest, TheRowsOfATab) {
@@ -93,11 +93,11 @@ TEST(StatusTabTest, TheRowsOfATab) {
   info.SoftwareVersion = u"1.002";
   info.DisplayText = u"PC (ASN-1)";
   EXPECT_EQ(
-      window.flow.StatusTabOf(4),
+      StatusTabOf(window.module, 4),
       (StatusTab{QStringLiteral("COM (CTAPI pn=4)"), QStringLiteral("9600 Baud"),
                  QStringLiteral("Serie Delta"), QStringLiteral("DENRV"), QStringLiteral("PKTD"),
                  QStringLiteral("1.002"), QStringLiteral("PC (ASN-1)"), QString()}));
-  EXPECT_EQ(window.flow.StatusTabOf(1), StatusTab{});
+  EXPECT_EQ(StatusTabOf(window.module, 1), StatusTab{});
 }
 
 void ExpectExitQuestion(const Window& window) {

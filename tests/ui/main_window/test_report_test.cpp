@@ -14,8 +14,9 @@
 #include "support/fake_event_loop.h"
 #include "support/fake_port_directory.h"
 #include "support/link_fixture.h"
+#include "support/open_module.h"
 #include "support/printing.h"
-#include "ui/main_window/fake_front_end.h"
+#include "ui/main_window/port_flow.h"
 
 // The test report, over bundled practices of simulated terminals.
 
@@ -47,9 +48,9 @@ class Practice {
   }
 
   void ReadEveryPort() {
-    for (const int pn : {1, 2, 3, 4}) flow.ScanPort(pn);
-    flow.SweepFurtherPorts();
-    if (!module.FurtherPorts.empty()) flow.ScanPort(module.FurtherPorts.front());
+    for (const int pn : {1, 2, 3, 4}) ports.Scan(Port(pn));
+    ports.SweepFurtherPorts();
+    if (!module.FurtherPorts.empty()) ports.Scan(module.FurtherPorts.front());
   }
 
   [[nodiscard]] QString Report() const {
@@ -57,7 +58,7 @@ class Practice {
                           {.version = QStringLiteral("1.2.3"),
                            .library = QStringLiteral("/opt/libCTNRV32.so"),
                            .system = QStringLiteral("Testsystem 1")},
-                          module, flow, recorder);
+                          module, recorder);
   }
 
  private:
@@ -67,19 +68,19 @@ class Practice {
   FakeEventLoop eventLoop_;
   AgreeableUser user_;
   FakeDisplay display_;
-  FakeFrontEnd frontEnd_;
 
  public:
   FakePortDirectory directory;
   RunRecorder recorder{user_, display_, [] { return QTime(14, 7); }};
-  Bas_MKT_Test module{{.api = api_,
-                       .dialogs = recorder,
-                       .display = recorder,
-                       .eventLoop = eventLoop_,
-                       .serial = serial_,
-                       .directory = directory,
-                       .terminate = [] { throw Terminated{}; }}};
-  TestFlow flow{module, recorder, recorder, frontEnd_};
+  OpenModule module{{.api = api_,
+                     .dialogs = recorder,
+                     .display = recorder,
+                     .eventLoop = eventLoop_,
+                     .serial = serial_,
+                     .directory = directory,
+                     .terminate = [] { throw Terminated{}; }}};
+  ViewState view;
+  PortFlow ports{module, recorder, view};
 };
 
 QStringList Scenarios() {
@@ -101,9 +102,9 @@ std::set<QString> CardTexts(const Bas_MKT_Test& module, int slot) {
     if (text.trimmed().size() >= ShortestTelling) texts.insert(text.trimmed());
   };
   for (int element = 0; element < ElementCount; ++element) {
-    add(module.Insured[slot][static_cast<Element>(element)]);
+    add(module.InsuredOf(slot)[static_cast<Element>(element)]);
   }
-  const EgkData& egk = module.Egk[slot];
+  const EgkData& egk = module.EgkOf(slot);
   add(egk.iccsn);
   add(egk.statusText);
   add(egk.stored.statusText);
@@ -170,7 +171,7 @@ TEST(TestReportTest, TellsTheProgramFirst) {
 
 TEST(TestReportTest, TellsWhatIsValidated) {
   Practice practice(QStringLiteral("leer"));
-  practice.flow.SetValidation(true);
+  practice.module.SetValidation(true);
   practice.module.Validation.schemas[VsdKind::Vd].SetText(QStringLiteral("<x/>"));
   const QString report = practice.Report();
   EXPECT_TRUE(report.contains(u"  Validierung:            eingeschaltet\r\n"));
@@ -242,8 +243,8 @@ TEST(TestReportTest, TellsWhyPortsAndReadersCannotBeUsed) {
                       u"  Hinweis:                Der Dienst läuft nicht.\r\n"
                       u"  Hinweis:                Noch ein Hinweis.\r\n"))
       << report.toStdString();
-  practice.module.FurtherPorts = {8193};
-  practice.module.UseFurtherPort(8193);
+  practice.module.FurtherPorts = {Port(8193)};
+  practice.module.UseFurtherPort(Port(8193));
   const QString found = practice.Report();
   EXPECT_TRUE(found.contains(u"  Hinweis:                Die Karte ist belegt.\r\n"));
   EXPECT_FALSE(found.contains(u"Noch ein Hinweis."));

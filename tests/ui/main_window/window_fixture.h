@@ -6,6 +6,7 @@
 #include "support/fake_port_directory.h"
 #include "support/fake_serial_port.h"
 #include "support/link_fixture.h"
+#include "support/open_module.h"
 #include "ui/main_window/fake_front_end.h"
 #include "ui/main_window/test_flow.h"
 
@@ -23,7 +24,10 @@ class Window {
                 .serial = serial,
                 .directory = directory,
                 .terminate = [] { throw Terminated{}; }}),
-        flow(module, dialogs, display, frontEnd) {}
+        flow(module, dialogs, display, view, frontEnd),
+        ports(module, display, view) {
+    frontEnd.Watch(view);
+  }
 
   FakeDialogs dialogs;
   FakeDisplay display;
@@ -31,8 +35,10 @@ class Window {
   FakeSerialPort serial{FakeSerialPort::FourPorts()};
   FakePortDirectory directory;
   FakeFrontEnd frontEnd;
-  Bas_MKT_Test module;
+  OpenModule module;
+  ViewState view;
   TestFlow flow;
+  PortFlow ports;
 };
 
 // Button indices.

@@ -1,8 +1,7 @@
-#include "discovery/port_names.h"
-
 #include <gtest/gtest.h>
 #include <ostream>
 
+#include "platform/port.h"
 #include "support/printing.h"
 #include "support/sentence_name.h"
 
@@ -23,12 +22,12 @@ struct NameRow {
 class PortNameTest : public testing::TestWithParam<NameRow> {};
 
 TEST_P(PortNameTest, NameAndLine) {
-  EXPECT_EQ(PortName(GetParam().pn), GetParam().name);
-  EXPECT_EQ(PortLine(GetParam().pn), GetParam().line);
+  EXPECT_EQ(Port(GetParam().pn).Name(), GetParam().name);
+  EXPECT_EQ(Port(GetParam().pn).Line(), GetParam().line);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Discovery, PortNameTest,
+    Platform, PortNameTest,
     testing::Values(
         NameRow{"the first further serial port", 5, u"COM 5", u"COM 5 (CTAPI pn=5)"},
         NameRow{"the last serial port", 256, u"COM 256", u"COM 256 (CTAPI pn=256)"},

@@ -2,7 +2,7 @@
 #include <ostream>
 #include <vector>
 
-#include "discovery/terminal_identification.h"
+#include "platform/port.h"
 #include "support/printing.h"
 #include "support/sentence_name.h"
 
@@ -24,11 +24,11 @@ class PortDescriptionTest : public testing::TestWithParam<PortRow> {};
 
 TEST_P(PortDescriptionTest, Text) {
   const PortRow& row = GetParam();
-  EXPECT_EQ(PortDescription(row.pn, row.usbVirtualCom), row.expected);
+  EXPECT_EQ(Port(row.pn).Description(row.usbVirtualCom), row.expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Discovery, PortDescriptionTest,
+    Platform, PortDescriptionTest,
     testing::ValuesIn(std::vector<PortRow>{
         {"the first serial port", 1, false, u"COM (CTAPI pn=1)"},
         {"the last serial port", 256, false, u"COM (CTAPI pn=256)"},

@@ -1,0 +1,227 @@
+#include "ui/main_window/port_flow.h"
+
+#include <algorithm>
+#include <array>
+
+#include "diagnosis/guided_diagnosis.h"
+#include "diagnosis/insert_card_prompt.h"
+#include "discovery/port_sweep.h"
+#include "text/status_texts.h"
+
+namespace kartocheck {
+
+namespace {
+
+// Title of the fifth tab while it stands for no port.
+constexpr QStringView FurtherPorts = u"weitere ...";
+// Progress in percent: a step a COM port, then the sweep, up to the end.
+constexpr int ScanStep = 20;
+constexpr int DiagnosisStep = 25;
+constexpr int ReadCheckDone = 50;
+constexpr int Done = 100;
+
+QStringList Lines(const std::vector<Port>& ports) {
+  QStringList lines;
+  for (const Port port : ports) lines.append(port.Line());
+  return lines;
+}
+
+QString ChosenText(Port port) {
+  constexpr std::array<QStringView, ctapi::TestedComPorts.Count()> Tested{
+      u"Die serielle Schnittstelle COM 1 wurde ausgewählt",
+      u"Die serielle Schnittstelle COM 2 wurde ausgewählt",
+      u"Die serielle Schnittstelle COM 3 wurde ausgewählt",
+      u"Die serielle Schnittstelle COM 4 wurde ausgewählt",
+  };
+  if (port.IsTested()) return Tested.at(static_cast<std::size_t>(port.Slot() - 1)).toString();
+  const QString chosen = QString::number(port.ShownNumber()) + u" wurde ausgewählt";
+  switch (port.Kind()) {
+    case PortKind::Com:
+      return u"Die serielle Schnittstelle COM " + chosen;
+    case PortKind::Usb:
+      return u"Das USB device " + chosen;
+    case PortKind::Other:
+      break;
+  }
+  return u"Das ?device " + chosen;
+}
+
+}  // namespace
+
+void PortFlow::Scan(Port port) {
+  if (port.IsTested()) {
+    ShowStatusText(status_text::ScanCom.at(static_cast<std::size_t>(port.Slot() - 1)));
+    ShowProgress(view_.progress.Value() + ScanStep);
+  } else {
+    UseFurtherPort(port);
+    ShowStatusText(PortCheckText(port));
+  }
+  Check(port, Remember::Nothing);
+  if (module_.TerminalOf(port.Slot()).Answered) {
+    RunReadLoop(LoopSteps(port), module_.Boxes(), display_);
+  }
+}
+
+void PortFlow::Check(Port port, Remember remember) {
+  const int slot = port.Slot();
+  module_.CheckPort(port, remember);
+  ShowSlot(slot);
+  const PortEntry& entry = module_.PortOf(slot);
+  view_.isPortEnabled[slot].Set(entry.PortPresent && !entry.PortError);
+  (void)ShowHint(port);
+  // The check has emptied the slot.
+  if (slot == module_.CurrentSlot()) ShowCurrentData();
+}
+
+void PortFlow::SweepFurtherPorts() {
+  const int before = view_.progress.Value();
+  sweepEnded_ = false;
+  module_.SweepPorts([&](int done) {
+    ShowProgress(before + (Done - before) * done / SweepPortCount);
+    return !sweepEnded_ && !module_.IsExitRequested();
+  });
+  // A port that has not been found again leaves nothing behind.
+  const std::optional<Port> used = module_.FurtherPort();
+  UseFurtherPort(used && LineOf(*used) >= 0 ? used : std::nullopt);
+  view_.hintsWithoutReader.Set(module_.HintsWithoutReader());
+}
+
+void PortFlow::Choose(Port port) {
+  if (!port.IsTested()) UseFurtherPort(port);
+  ChooseSlot(port.Slot());
+}
+
+void PortFlow::ChooseSlot(int slot) {
+  const TerminalInfo& info = module_.TerminalOf(slot);
+  view_.data.Set(info.Answered ? DataFrameOf(info, module_.InsuredOf(slot)) : EmptyDataFrame());
+  module_.SelectSlot(slot);
+  const std::optional<Port> port = module_.SelectedPort();
+  ShowStatusText(port ? ChosenText(*port) : status_text::NoReader.toString());
+}
+
+void PortFlow::UseFurtherPort(std::optional<Port> port) {
+  module_.UseFurtherPort(port);
+  view_.furtherPorts.Set(
+      {.lines = Lines(module_.FurtherPorts()), .chosen = port ? LineOf(*port) : -1});
+  view_.furtherPortName.Set(port ? port->Line() : FurtherPorts.toString());
+  ShowSlot(FurtherPortSlot);
+  if (port) {
+    (void)ShowHint(*port);
+  } else {
+    view_.portHints[FurtherPortSlot].Set({});
+  }
+  if (module_.CurrentSlot() == FurtherPortSlot) ShowCurrentData();
+}
+
+void PortFlow::Read(Port port) {
+  ShowProgress(0);
+  if (!module_.TerminalOf(port.Slot()).DataRead) {
+    ReadLoopSteps steps = LoopSteps(port);
+    steps.checkPort = [this, port] {
+      Check(port);
+      ShowProgress(ReadCheckDone);
+    };
+    RunReadLoop(steps, module_.Boxes(), display_);
+  }
+  ShowProgress(Done);
+  ShowCurrentData();
+  ShowStatusText(status_text::Shown);
+}
+
+void PortFlow::Diagnose(Port port) {
+  ShowStatusText(status_text::DialogCheck);
+  ShowProgress(0);
+  view_.diagnosisStep.Set({});
+  view_.diagnosedPort.Set(port.Name());
+  RunGuidedDiagnosis({.hints = module_.Hints(),
+                      .dialogs = module_.Boxes(),
+                      .showStep = [this](const QString& step) { view_.diagnosisStep.Set(step); },
+                      .checkPort = [this, port] { CheckInDiagnosis(port); },
+                      .showTerminalStatus = [this] { ShowTerminalStatus(); }});
+}
+
+void PortFlow::CheckInDiagnosis(Port port) {
+  if (module_.IsExitRequested()) return;
+  const int slot = port.Slot();
+  ShowStatusText(status_text::ScanCom.at(static_cast<std::size_t>(slot - 1)));
+  ShowProgress(view_.progress.Value() + DiagnosisStep);
+  view_.frame.Set(Frame::Wait);
+  Check(port);
+  view_.frame.Set(Frame::DialogCheck);
+  const TerminalInfo& info = module_.TerminalOf(slot);
+  if (info.Answered) {
+    ReadLoopSteps steps = LoopSteps(port);
+    steps.insertCardPrompt = [this, port] {
+      return InsertCardPromptOfDiagnosis(port, IsMobile(port));
+    };
+    RunReadLoop(steps, module_.Boxes(), display_);
+  }
+  ShowStatusText(status_text::Shown);
+  if (info.Answered && info.DataRead) {
+    view_.frame.Set(Frame::Data);
+    ShowCurrentData();
+  } else {
+    ShowTerminalStatus();
+  }
+}
+
+void PortFlow::ShowTerminalStatus() {
+  view_.frame.Set(Frame::TerminalStatus);
+  ShowStatusText(status_text::TerminalStatus);
+}
+
+void PortFlow::ShowProgress(int percent) {
+  view_.progress.Set(std::clamp(percent, 0, Done));
+}
+
+void PortFlow::ShowStatusText(QStringView text) {
+  display_.ShowStatusText(text.toString());
+}
+
+void PortFlow::ShowCurrentData() {
+  const int slot = module_.CurrentSlot();
+  view_.data.Set(DataFrameOf(module_.TerminalOf(slot), module_.InsuredOf(slot)));
+}
+
+void PortFlow::ShowSlot(int slot) {
+  view_.statusTabs[slot].Set(StatusTabOf(module_, slot));
+}
+
+QString PortFlow::ShowHint(Port port) {
+  const QString hint = module_.HintFor(port);
+  view_.portHints[port.Slot()].Set(hint);
+  return hint;
+}
+
+// The line of a port in the list of further ports, or -1.
+int PortFlow::LineOf(Port port) const {
+  const auto& ports = module_.FurtherPorts();
+  const auto found = std::find(ports.begin(), ports.end(), port);
+  return found == ports.end() ? -1 : static_cast<int>(found - ports.begin());
+}
+
+bool PortFlow::IsMobile(Port port) const {
+  return module_.TerminalOf(port.Slot()).IsMobile();
+}
+
+ReadLoopSteps PortFlow::LoopSteps(Port port) {
+  return {
+      .checkPort = {},
+      .checkStatus =
+          [this, port] {
+            const auto result = module_.StatusCheck(port);
+            ShowSlot(port.Slot());
+            return result;
+          },
+      .hint = [this, port] { return ShowHint(port); },
+      .insertCardPrompt = [this, port] { return InsertCardPrompt(port, IsMobile(port)); },
+      .read = [this, port] { return module_.ReadCardData(port); },
+      .showSlot =
+          [this, port] {
+            ShowSlot(port.Slot());
+            (void)ShowHint(port);
+          },
+  };
+}
+
+}  // namespace kartocheck

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+#include "app/bas_mkt_test.h"
+#include "diagnosis/read_loop.h"
+#include "ui/main_window/view_state.h"
+
+namespace kartocheck {
+
+// What the buttons do with one port, or with the search for further ports, each by its name: for
+// the window and the console alike. What there is to show stands in the view state afterwards.
+class PortFlow {
+ public:
+  PortFlow(Bas_MKT_Test& module, Display& display, ViewState& view)
+      : module_(module), display_(display), view_(view) {}
+
+  // One port of a scan: checks it, and reads where a terminal was found.
+  void Scan(Port port);
+  // Looks for further ports and lists them.
+  void SweepFurtherPorts();
+  // Ends a running sweep early.
+  void EndSweep() { sweepEnded_ = true; }
+
+  // Makes the port the selected one and shows its data.
+  void Choose(Port port);
+  // The same for what a slot, 1 to 5, stands for.
+  void ChooseSlot(int slot);
+  // Makes slot 5 stand for this port, or for none.
+  void UseFurtherPort(std::optional<Port> port);
+
+  // Reads the card or record on the port, unless its data are there already, and shows the data.
+  void Read(Port port);
+  // Asks the questions of the guided diagnosis.
+  void Diagnose(Port port);
+
+  // Fills the status tab of a slot, 1 to 5, from its records.
+  void ShowSlot(int slot);
+  void ShowTerminalStatus();
+  void ShowProgress(int percent);
+  void ShowStatusText(QStringView text);
+  // Draws the current slot's data.
+  void ShowCurrentData();
+
+ private:
+  void Check(Port port, Remember remember = Remember::ThatItAnswered);
+  // The check that ends a diagnosis whose advice the user can follow at once.
+  void CheckInDiagnosis(Port port);
+  QString ShowHint(Port port);
+  [[nodiscard]] int LineOf(Port port) const;
+  [[nodiscard]] bool IsMobile(Port port) const;
+  [[nodiscard]] ReadLoopSteps LoopSteps(Port port);
+
+  Bas_MKT_Test& module_;
+  Display& display_;
+  ViewState& view_;
+  bool sweepEnded_ = false;
+};
+
+}  // namespace kartocheck
