@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <algorithm>
 
 #include "protocol/port_number.h"
 
@@ -26,7 +27,7 @@ class Port {
   // COM 1 to COM 4: looked at through the serial-port control, with a slot of its own.
   [[nodiscard]] constexpr bool IsTested() const { return ctapi::TestedComPorts.Contains(number_); }
   // The slot, 1 to 5, whose records are the port's.
-  [[nodiscard]] constexpr int Slot() const { return IsTested() ? number_ : FurtherPortSlot; }
+  [[nodiscard]] constexpr int Slot() const { return std::min(number_, FurtherPortSlot); }
   // The number that users know it by: n of COM n, from 1 on for USB devices.
   [[nodiscard]] constexpr int ShownNumber() const {
     return IsUsb() ? number_ - ctapi::UsbPorts.First + 1 : number_;

@@ -18,17 +18,18 @@ constexpr int ProgressDone = 100;
 // From the click to the end of an action: busy, controls disabled.
 class TestFlow::RunningAction {
  public:
-  explicit RunningAction(TestFlow& flow) : flow_(flow) { Set(true); }
-  ~RunningAction() { Set(false); }
+  explicit RunningAction(TestFlow& flow) : flow_(flow) {
+    flow_.module_.SetBusy(true);
+    flow_.view_.isActionRunning.Set(true);
+  }
+  ~RunningAction() {
+    flow_.view_.isActionRunning.Set(false);
+    flow_.module_.SetBusy(false);
+  }
   RunningAction(const RunningAction&) = delete;
   RunningAction& operator=(const RunningAction&) = delete;
 
  private:
-  void Set(bool running) {
-    flow_.module_.SetBusy(running);
-    flow_.view_.isActionRunning.Set(running);
-  }
-
   TestFlow& flow_;
 };
 
