@@ -4,6 +4,8 @@
 #include <array>
 #include <stdexcept>
 
+#include "protocol/din66003.h"
+
 namespace ctapi {
 
 namespace {
@@ -29,17 +31,12 @@ constexpr auto TemplateOrder = [] {
   return order;
 }();
 
-struct Umlaut {
-  std::string_view Text;
-  std::uint8_t Code;
-};
-constexpr std::array<Umlaut, 7> Umlauts{
-    {{"Ä", 0x5B}, {"Ö", 0x5C}, {"Ü", 0x5D}, {"ä", 0x7B}, {"ö", 0x7C}, {"ü", 0x7D}, {"ß", 0x7E}}};
-
 // What an ASCII character has at its code in DIN 66003 too.
 bool IsCommonCharacter(char c) {
-  constexpr std::string_view TakenByUmlauts = "[\\]{|}~";
-  return c >= ' ' && c <= '~' && TakenByUmlauts.find(c) == std::string_view::npos;
+  return c >= ' ' && c <= '~' &&
+         std::none_of(GermanCharacters.begin(), GermanCharacters.end(), [c](const auto& german) {
+           return german.Code == static_cast<std::uint8_t>(c);
+         });
 }
 
 void AppendCheckObject(Bytes& bytes, std::uint8_t tag, CheckByte check, std::uint8_t computed) {
@@ -193,11 +190,12 @@ Bytes BuildKvk(const KvkElements& elements, KvkForm form, CheckByte check,
 Bytes Din66003(std::string_view text) {
   Bytes bytes;
   while (!text.empty()) {
-    const auto umlaut = std::find_if(Umlauts.begin(), Umlauts.end(),
-                                     [text](const Umlaut& u) { return text.starts_with(u.Text); });
-    if (umlaut != Umlauts.end()) {
-      bytes.push_back(umlaut->Code);
-      text.remove_prefix(umlaut->Text.size());
+    const auto* const german =
+        std::find_if(GermanCharacters.begin(), GermanCharacters.end(),
+                     [text](const auto& character) { return text.starts_with(character.Utf8); });
+    if (german != GermanCharacters.end()) {
+      bytes.push_back(german->Code);
+      text.remove_prefix(german->Utf8.size());
     } else if (IsCommonCharacter(text.front())) {
       bytes.push_back(static_cast<std::uint8_t>(text.front()));
       text.remove_prefix(1);

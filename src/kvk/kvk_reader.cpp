@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "kvk/model_correction.h"
+#include "protocol/din66003.h"
 #include "text/code_page.h"
 #include "text/hex_text.h"
 
@@ -95,24 +96,10 @@ std::int16_t ReadTemplate(QStringView data, const TemplateShape& shape, const Kv
 }
 
 QChar KvkCharacterOf(quint8 byte) {
-  switch (byte) {
-    case 0x5B:
-      return u'Ä';
-    case 0x5C:
-      return u'Ö';
-    case 0x5D:
-      return u'Ü';
-    case 0x7B:
-      return u'ä';
-    case 0x7C:
-      return u'ö';
-    case 0x7D:
-      return u'ü';
-    case 0x7E:
-      return u'ß';
-    default:
-      return CharacterOf(byte);
-  }
+  const auto* const german =
+      std::find_if(ctapi::GermanCharacters.begin(), ctapi::GermanCharacters.end(),
+                   [byte](const auto& character) { return character.Code == byte; });
+  return german == ctapi::GermanCharacters.end() ? CharacterOf(byte) : QChar(german->Character);
 }
 
 QStringView WithoutBlanks(QStringView field) {
