@@ -1,39 +1,42 @@
 #include "simulator/kvk_record.h"
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
+
+#include "protocol/din66003.h"
 
 namespace ctapi {
 
 namespace {
 
 constexpr std::uint8_t Template = 0x60;
-constexpr std::uint8_t CheckTag = 0x8E;
-constexpr std::uint8_t ReadingDateTag = 0x91;
-constexpr std::uint8_t ApprovalNumberTag = 0x92;
-constexpr std::uint8_t SupplementCheckTag = 0x93;
+constexpr std::uint8_t CheckTag = DescriptionOf(Element::Checksum).Tag;
+constexpr std::uint8_t SupplementCheckTag = DescriptionOf(Element::ChecksumSupplement).Tag;
 constexpr std::uint8_t Blank = 0x20;
 
 constexpr std::size_t LongestShortForm = 0x7F;
 constexpr std::size_t LongestOneByte = 0xFF;
 constexpr std::size_t LongestTwoBytes = 0xFFFF;
 
-// The fixed format has the insured number before the VKNR, the card behind it.
-constexpr std::array<std::size_t, KvkElementKinds.size()> FixedOrder{0, 1, 3,  2,  4,  5,  6,  7,
-                                                                     8, 9, 10, 11, 12, 13, 14, 15};
-constexpr std::size_t ReadingDateWidth = 8;
-
-struct Umlaut {
-  std::string_view Text;
-  std::uint8_t Code;
-};
-constexpr std::array<Umlaut, 7> Umlauts{
-    {{"Ä", 0x5B}, {"Ö", 0x5C}, {"Ü", 0x5D}, {"ä", 0x7B}, {"ö", 0x7C}, {"ü", 0x7D}, {"ß", 0x7E}}};
+// The table has the insured number before the VKNR, as the fixed format; the card behind it.
+constexpr auto TemplateOrder = [] {
+  auto order = ElementTable;
+  const auto place = [&order](Element element) {
+    return std::find_if(order.begin(), order.end(),
+                        [element](const auto& row) { return row.Which == element; });
+  };
+  const auto vknr = place(Element::Vknr);
+  std::rotate(place(Element::InsuredNumber), vknr, vknr + 1);
+  return order;
+}();
 
 // What an ASCII character has at its code in DIN 66003 too.
 bool IsCommonCharacter(char c) {
-  constexpr std::string_view TakenByUmlauts = "[\\]{|}~";
-  return c >= ' ' && c <= '~' && TakenByUmlauts.find(c) == std::string_view::npos;
+  return c >= ' ' && c <= '~' &&
+         std::none_of(GermanCharacters.begin(), GermanCharacters.end(), [c](const auto& german) {
+           return german.Code == static_cast<std::uint8_t>(c);
+         });
 }
 
 void AppendCheckObject(Bytes& bytes, std::uint8_t tag, CheckByte check, std::uint8_t computed) {
@@ -77,11 +80,29 @@ std::size_t LengthOfCheckObject(CheckByte check) {
   return check.How == CheckByte::Kind::Empty ? 2 : 3;
 }
 
+bool Holds(const ElementDescription& element, ElementPart part) {
+  return element.Part == part && !element.IsChecksum();
+}
+
+void RefuseOthers(const KvkElements& elements, ElementPart part) {
+  for (const auto& [element, text] : elements) {
+    if (!Holds(DescriptionOf(element), part)) {
+      throw std::invalid_argument("'" + std::string(DescriptionOf(element).Key) +
+                                  "' is no element of this part of a record");
+    }
+  }
+}
+
+void AppendObjects(Bytes& bytes, const KvkElements& elements) {
+  for (const ElementDescription& element : TemplateOrder) {
+    const auto found = elements.find(element.Which);
+    if (found != elements.end()) AppendObject(bytes, element.Tag, Din66003(found->second));
+  }
+}
+
 Bytes BuildTemplate(const KvkElements& elements, KvkForm form, CheckByte check) {
   Bytes content;
-  for (const auto& kind : KvkElementKinds) {
-    if (const auto& value = elements.*kind.Value) AppendObject(content, kind.Tag, Din66003(*value));
-  }
+  AppendObjects(content, elements);
   Bytes record = Header(form, content.size() + LengthOfCheckObject(check));
   Append(record, content);
 
@@ -98,20 +119,29 @@ Bytes BuildTemplate(const KvkElements& elements, KvkForm form, CheckByte check) 
 
 Bytes BuildSupplement(const KvkSupplement& supplement) {
   Bytes bytes;
-  if (supplement.ReadingDate)
-    AppendObject(bytes, ReadingDateTag, Din66003(*supplement.ReadingDate));
-  if (supplement.ApprovalNumber) {
-    AppendObject(bytes, ApprovalNumberTag, Din66003(*supplement.ApprovalNumber));
-  }
+  AppendObjects(bytes, supplement.Elements);
   AppendCheckObject(bytes, SupplementCheckTag, supplement.Check);
   return bytes;
 }
 
-void AppendField(Bytes& record, const std::optional<std::string>& text, std::size_t width) {
-  Bytes field = Din66003(text.value_or(""));
-  if (field.size() > width) throw std::invalid_argument("'" + *text + "' is wider than its field");
-  field.resize(width, Blank);
+void AppendField(Bytes& record, const std::string& text, int width) {
+  const auto size = static_cast<std::size_t>(width);
+  Bytes field = Din66003(text);
+  if (field.size() > size) throw std::invalid_argument("'" + text + "' is wider than its field");
+  field.resize(size, Blank);
   Append(record, field);
+}
+
+// The fields of one part, but for its checksum.
+Bytes BuildFields(const KvkElements& elements, ElementPart part, bool inLongRecord = false) {
+  Bytes fields;
+  for (const ElementDescription& element : ElementTable) {
+    if (!Holds(element, part)) continue;
+    const auto found = elements.find(element.Which);
+    AppendField(fields, found == elements.end() ? std::string() : found->second,
+                FieldWidth(element, inLongRecord));
+  }
+  return fields;
 }
 
 void AppendCheckField(Bytes& record, CheckByte check, std::uint8_t computed) {
@@ -124,20 +154,14 @@ void AppendCheckField(Bytes& record, CheckByte check, std::uint8_t computed) {
 
 Bytes BuildFixed(const KvkElements& elements, KvkForm form, CheckByte check,
                  const std::optional<KvkSupplement>& supplement) {
-  Bytes record;
-  for (const std::size_t index : FixedOrder) {
-    const auto& kind = KvkElementKinds[index];
-    AppendField(record, elements.*kind.Value, kind.Width);
-  }
+  Bytes record = BuildFields(elements, ElementPart::Card);
   AppendCheckField(record, check, XorOf(record));
   if (form == KvkForm::Fixed219) {
     if (supplement) throw std::invalid_argument("the fixed format of 219 bytes has no supplement");
     return record;
   }
   const KvkSupplement added = supplement.value_or(KvkSupplement{});
-  Bytes fields;
-  AppendField(fields, added.ReadingDate, ReadingDateWidth);
-  AppendField(fields, added.ApprovalNumber, form == KvkForm::Fixed231 ? 3 : 27);
+  Bytes fields = BuildFields(added.Elements, ElementPart::Supplement, form == KvkForm::Fixed255);
   AppendCheckField(fields, added.Check, XorOf(fields));
   Append(record, fields);
   return record;
@@ -153,6 +177,8 @@ void AppendCheckObject(Bytes& bytes, std::uint8_t tag, CheckByte check) {
 
 Bytes BuildKvk(const KvkElements& elements, KvkForm form, CheckByte check,
                const std::optional<KvkSupplement>& supplement) {
+  RefuseOthers(elements, ElementPart::Card);
+  if (supplement) RefuseOthers(supplement->Elements, ElementPart::Supplement);
   if (form == KvkForm::Fixed219 || form == KvkForm::Fixed231 || form == KvkForm::Fixed255) {
     return BuildFixed(elements, form, check, supplement);
   }
@@ -164,11 +190,12 @@ Bytes BuildKvk(const KvkElements& elements, KvkForm form, CheckByte check,
 Bytes Din66003(std::string_view text) {
   Bytes bytes;
   while (!text.empty()) {
-    const auto umlaut = std::find_if(Umlauts.begin(), Umlauts.end(),
-                                     [text](const Umlaut& u) { return text.starts_with(u.Text); });
-    if (umlaut != Umlauts.end()) {
-      bytes.push_back(umlaut->Code);
-      text.remove_prefix(umlaut->Text.size());
+    const auto* const german =
+        std::find_if(GermanCharacters.begin(), GermanCharacters.end(),
+                     [text](const auto& character) { return text.starts_with(character.Utf8); });
+    if (german != GermanCharacters.end()) {
+      bytes.push_back(german->Code);
+      text.remove_prefix(german->Utf8.size());
     } else if (IsCommonCharacter(text.front())) {
       bytes.push_back(static_cast<std::uint8_t>(text.front()));
       text.remove_prefix(1);

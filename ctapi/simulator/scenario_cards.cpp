@@ -8,10 +8,6 @@ namespace ctapi {
 
 namespace {
 
-std::string TextOf(const ScenarioValue& value) {
-  return value.Text();
-}
-
 KvkForm ReadForm(const ScenarioValue& value) {
   return value.OneOf<KvkForm>("form", {{"automatic", KvkForm::Automatic},
                                        {"60", KvkForm::Short60},
@@ -22,11 +18,18 @@ KvkForm ReadForm(const ScenarioValue& value) {
                                        {"fixed255", KvkForm::Fixed255}});
 }
 
-KvkElements ReadElementsOf(ScenarioObject object) {
+// The texts of one part of a record, by the elements' keys. Checksums are none of them.
+KvkElements ReadTexts(ScenarioObject& object, ElementPart part) {
   KvkElements elements;
-  for (const auto& kind : KvkElementKinds) {
-    object.Take(kind.Name, elements.*kind.Value, TextOf);
+  for (const ElementDescription& element : ElementTable) {
+    if (element.Part != part || element.IsChecksum()) continue;
+    if (const auto value = object.Find(element.Key)) elements[element.Which] = value->Text();
   }
+  return elements;
+}
+
+KvkElements ReadElementsOf(ScenarioObject object) {
+  KvkElements elements = ReadTexts(object, ElementPart::Card);
   object.Finish();
   return elements;
 }
@@ -45,8 +48,7 @@ KvkElements ReadElements(const ScenarioValue& value) {
 KvkSupplement ReadSupplement(const ScenarioValue& value) {
   ScenarioObject object = value.Object();
   KvkSupplement supplement;
-  object.Take("readingDate", supplement.ReadingDate, TextOf);
-  object.Take("approvalNumber", supplement.ApprovalNumber, TextOf);
+  supplement.Elements = ReadTexts(object, ElementPart::Supplement);
   object.Take("checksum", supplement.Check, ReadCheck);
   object.Finish();
   return supplement;

@@ -69,8 +69,8 @@ TerminalProfile StationaryHandheld() {
   return profile;
 }
 
-const std::array<TerminalFamily, 16>& Families() {
-  static const std::array<TerminalFamily, 16> families{{
+std::span<const TerminalFamily> Families() {
+  static const auto families = std::to_array<TerminalFamily>({
       {"gamma", Known(NorvaProduct("PKT-G", "1.20"), sw::Ok)},
       {"sigma", Known(NorvaProduct("PKT-S", "2.10"), sw::MobileTerminal)},
       {"omega", Known(NorvaProduct("PKTO ", "4.01"), sw::Ok, UsbQuery::OtherDevice)},
@@ -90,7 +90,7 @@ const std::array<TerminalFamily, 16>& Families() {
       {"unknownProduct",
        Known({.Maker = "XXTST", .ProductCode = "TST-1", .Version = "1.00"}, sw::Ok)},
       {"unknownAnswer", Older(sw::UnknownClass, sw::Ok)},
-  }};
+  });
   return families;
 }
 

@@ -5,20 +5,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <array>
-
 namespace kartocheck {
 
 namespace {
-
-// Keys of the insured data, in the order of the elements.
-constexpr std::array<const char16_t*, ElementCount> ElementKeys{
-    u"insurerName", u"insurerNumber",    u"insuredNumber",  u"vknr",
-    u"status",      u"statusSupplement", u"title",          u"firstName",
-    u"nameAffix",   u"lastName",         u"birthDate",      u"street",
-    u"countryCode", u"postalCode",       u"town",           u"validUntil",
-    u"checksum",    u"readingDate",      u"approvalNumber", u"checksumSupplement",
-};
 
 QString IconName(Icon icon) {
   switch (icon) {
@@ -71,11 +60,15 @@ QJsonObject TerminalJson(const TerminalInfo& terminal) {
   };
 }
 
+QLatin1String KeyOf(const ElementDescription& element) {
+  return {element.Key.data(), static_cast<qsizetype>(element.Key.size())};
+}
+
 QJsonValue DataJson(const PortReport& report) {
   if (!report.terminal.DataRead) return QJsonValue::Null;
   QJsonObject elements;
-  for (std::size_t i = 0; i < ElementKeys.size(); ++i) {
-    elements.insert(QStringView(ElementKeys[i]), report.insured[static_cast<Element>(i)]);
+  for (const ElementDescription& element : ElementTable) {
+    elements.insert(KeyOf(element), report.insured[element.Which]);
   }
   return QJsonObject{
       {QStringLiteral("card"),

@@ -28,15 +28,9 @@ QString Verdict(const PortReport& report) {
          (report.terminal.DataRead ? u"Daten gelesen" : u"keine Daten gelesen");
 }
 
-constexpr PerVsdKind<QStringView> DocumentTitles{{{
-    u"Persönliche Versichertendaten:",
-    u"Allgemeine Versicherungsdaten:",
-    u"Geschützte Versichertendaten:",
-}}};
-
 void WriteDocument(std::ostream& out, QStringView title, const VsdDocument& document) {
   if (document.IsEmpty()) return;
-  out << "\n  " << Printable(title.toString()) << '\n';
+  out << "\n  " << Printable(title.toString()) << ':' << '\n';
   // Names of elements may be longer than the labels elsewhere.
   qsizetype width = LabelWidth;
   for (const VsdField& field : document.fields) {
@@ -53,8 +47,8 @@ void WriteDocument(std::ostream& out, QStringView title, const VsdDocument& docu
 
 // What the eGK holds besides the fields that it shares with the KVK.
 void WriteEgk(std::ostream& out, const EgkData& egk) {
-  for (const VsdKind kind : {VsdKind::Pd, VsdKind::Vd, VsdKind::Gvd}) {
-    WriteDocument(out, DocumentTitles[kind], egk.documents[kind]);
+  for (const VsdKind kind : VsdKinds) {
+    WriteDocument(out, VsdTexts[kind].title, egk.documents[kind]);
   }
   out << '\n';
   WriteRow(out, u"ICCSN:", egk.iccsn);

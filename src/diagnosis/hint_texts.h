@@ -17,10 +17,10 @@ enum class Hint {
   FormatAdvice,
   BaudQuestion,
   BaudAdvice,
-  Closing,
+  Closing,  // the last one
 };
 
-inline constexpr int HintCount = 9;
+inline constexpr int HintCount = static_cast<int>(Hint::Closing);
 
 // The texts, built once: lines joined with CR LF.
 class HintTexts {

@@ -19,7 +19,7 @@ struct VsdField {
 };
 
 // The rows of a kind from 0 on; what lies behind the kind's last row stays empty.
-inline constexpr PerVsdKind<int> FieldRowCount{{{22, 21, 4}}};
+inline constexpr PerVsdKind<int> FieldRowCount({22, 21, 4});
 inline constexpr int FieldTableRows = 60;
 using FieldTable = std::array<VsdField, FieldTableRows>;
 

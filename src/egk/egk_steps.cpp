@@ -14,11 +14,11 @@ struct DecoderTexts {
   QStringView xmlError;
 };
 
-constexpr PerVsdKind<DecoderTexts> Texts{{{
+constexpr PerVsdKind<DecoderTexts> Texts({
     {u"Die Dekomprimierung der PD Daten war nicht erfolgreich!", u"Error PD XML Daten!"},
     {u"Die Dekomprimierung der VD Daten war nicht erfolgreich!", u"Error VD XML Daten!"},
     {u"Die Dekomprimierung der GVD Daten war nicht erfolgreich!", u"Error GVD XML Daten!"},
-}}};
+});
 
 std::int16_t Decompress(VsdKind kind, QByteArrayView compressed, const VsdTarget& target) {
   switch (kind) {

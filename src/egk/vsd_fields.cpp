@@ -1,5 +1,6 @@
 #include "egk/vsd_fields.h"
 
+#include <algorithm>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -119,6 +120,23 @@ constexpr FieldRule GvdRules[]{
     {"STATUS", 2, Place::Copayment},
     {"GUELTIG_BIS", 3, Place::Copayment},
 };
+
+// Whether the rules fill every row of the kind's table, and none behind it.
+constexpr bool FillTheirTable(std::span<const FieldRule> rules, VsdKind kind) {
+  const int rows = FieldRowCount[kind];
+  for (int row = 0; row < rows; ++row) {
+    if (std::none_of(rules.begin(), rules.end(),
+                     [row](const auto& rule) { return rule.row == row; }))
+      return false;
+  }
+  return rows <= FieldTableRows &&
+         std::all_of(rules.begin(), rules.end(),
+                     [rows](const auto& rule) { return rule.row >= 0 && rule.row < rows; });
+}
+
+static_assert(FillTheirTable(PdRules, VsdKind::Pd));
+static_assert(FillTheirTable(VdRules, VsdKind::Vd));
+static_assert(FillTheirTable(GvdRules, VsdKind::Gvd));
 
 QString FieldName(const XmlElement& element, Place place) {
   const std::string_view utf8 = element.LocalName();

@@ -10,15 +10,14 @@ namespace kartocheck {
 // their case and prefix, as rows of the kind's field table; VD and PD write elements of the insured
 // person's data besides. Rows and elements that the document does not name keep what they held.
 
-// 21 rows.
 void MapVdFields(const XmlElement& root, FieldTable& fields, InsuredData& insured);
 
-// 22 rows. The street address is the first address block and the post box address the second,
+// The street address is the first address block and the post box address the second,
 // whatever their order. Postal code, town and country of the insured person come from the first
 // block, from the second only where there is no first.
 void MapPdFields(const XmlElement& root, FieldTable& fields, InsuredData& insured);
 
-// 4 rows. Writes no element of the insured person's data.
+// Writes no element of the insured person's data.
 void MapGvdFields(const XmlElement& root, FieldTable& fields, InsuredData& insured);
 
 }  // namespace kartocheck

@@ -15,27 +15,38 @@ enum class VsdKind {
   Gvd = 2,  // protected data, in EF.VD's container or EF.GVD
 };
 
-inline constexpr int VsdKindCount = 3;
+inline constexpr std::array VsdKinds{VsdKind::Pd, VsdKind::Vd, VsdKind::Gvd};
+inline constexpr int VsdKindCount = VsdKinds.size();
+static_assert(VsdKinds[0] == VsdKind::Pd && VsdKinds[1] == VsdKind::Vd &&
+              VsdKinds[2] == VsdKind::Gvd);
 
 // One value a kind.
 template <typename T>
 class PerVsdKind {
  public:
-  constexpr T& operator[](VsdKind kind) { return values[static_cast<std::size_t>(kind)]; }
+  constexpr PerVsdKind() = default;
+  // In the order of the kinds; none can be left out.
+  template <std::size_t Count>
+  constexpr explicit PerVsdKind(const T (&all)[Count]) : values_(std::to_array(all)) {}
+
+  constexpr T& operator[](VsdKind kind) { return values_[static_cast<std::size_t>(kind)]; }
   constexpr const T& operator[](VsdKind kind) const {
-    return values[static_cast<std::size_t>(kind)];
+    return values_[static_cast<std::size_t>(kind)];
   }
 
-  constexpr auto begin() { return values.begin(); }
-  constexpr auto end() { return values.end(); }
-  constexpr auto begin() const { return values.begin(); }
-  constexpr auto end() const { return values.end(); }
+  constexpr auto begin() { return values_.begin(); }
+  constexpr auto end() { return values_.end(); }
+  constexpr auto begin() const { return values_.begin(); }
+  constexpr auto end() const { return values_.end(); }
 
-  std::array<T, VsdKindCount> values{};
+ private:
+  std::array<T, VsdKindCount> values_{};
 };
 
 // The texts in which the kinds differ.
 struct VsdKindTexts {
+  QStringView abbreviation;
+  QStringView title;
   QStringView decompressionStatus;  // status bar
   QStringView validationStatus;     // status bar
   QStringView schemaName;           // in the validation texts
@@ -43,8 +54,10 @@ struct VsdKindTexts {
   QStringView schemaFile;           // file name of the XSD schema
 };
 
-inline constexpr PerVsdKind<VsdKindTexts> VsdTexts{{{
+inline constexpr PerVsdKind<VsdKindTexts> VsdTexts({
     {
+        u"PD",
+        u"Persönliche Versichertendaten",
         u"Persoenliche Versichertendaten werden dekomprimiert.",
         u"Persoenliche Versichertendaten werden validiert.",
         u"mittels vorgegebenen Schema für UC_PersoenlicheVersichertendatenXML ",
@@ -52,6 +65,8 @@ inline constexpr PerVsdKind<VsdKindTexts> VsdTexts{{{
         u"UC_PersoenlicheVersichertendatenXML.xsd",
     },
     {
+        u"VD",
+        u"Allgemeine Versicherungsdaten",
         u"Allgemeine Versicherungsdaten werden dekomprimiert.",
         u"Allgemeine Versicherungsdaten werden validiert.",
         u"mittels vorgegebenen Schema für UC_allgemeineVersicherungsdatenXML ",
@@ -59,12 +74,14 @@ inline constexpr PerVsdKind<VsdKindTexts> VsdTexts{{{
         u"UC_allgemeineVersicherungsdatenXML.xsd",
     },
     {
+        u"GVD",
+        u"Geschützte Versichertendaten",
         u"Geschuetzte Versichertendaten werden dekomprimiert.",
         u"Geschuetzte Versichertendaten werden validiert.",
         u"mittels vorgegebenen Schema für UC_geschuetzteVersichertendatenXML ",
         u"Eine Validierung der XML Daten ",
         u"UC_geschuetzteVersichertendatenXML.xsd",
     },
-}}};
+});
 
 }  // namespace kartocheck

@@ -14,8 +14,9 @@ bool InsuredData::IsEmpty() const {
 }
 
 void InsuredData::Store(const InsuredData& found, bool fromMobileTerminal) {
-  const int count = fromMobileTerminal ? ElementCount : CardElementCount;
-  std::copy_n(found.texts_.begin(), count, texts_.begin());
+  for (const ElementDescription& element : ElementTable) {
+    if (IsDelivered(element, fromMobileTerminal)) (*this)[element.Which] = found[element.Which];
+  }
 }
 
 }  // namespace kartocheck

@@ -1,8 +1,10 @@
 #include "kvk/kvk_reader.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "kvk/model_correction.h"
+#include "protocol/din66003.h"
 #include "text/code_page.h"
 #include "text/hex_text.h"
 
@@ -12,14 +14,12 @@ namespace {
 
 // Lengths in hexadecimal characters.
 constexpr qsizetype LeastLength = 106;
-constexpr qsizetype CardLength = 438;        // bound, and the fixed format, without supplement
-constexpr qsizetype SupplementLength = 462;  // fixed format with supplement
-constexpr qsizetype LongRecordLength = 510;  // fixed format with the long approval number
+constexpr qsizetype CardLength = 2 * ctapi::FixedCardLength;  // bound of a template too
+constexpr qsizetype SupplementLength = 2 * ctapi::FixedRecordLength;
+constexpr qsizetype LongRecordLength = 2 * ctapi::FixedLongRecordLength;
 constexpr qsizetype MobileBound = 518;
 constexpr qsizetype ShortSupplement = 36;
 constexpr qsizetype LongestSupplement = 106;
-
-constexpr int LongApprovalNumberWidth = 27;  // bytes, in the 255-byte fixed format
 
 // Where a template form keeps what. Positions are 1-based characters.
 struct TemplateShape {
@@ -66,14 +66,11 @@ std::int16_t Refuse(const KvkTarget& target, QStringView message) {
 }
 
 std::optional<Element> ElementOfTag(quint8 tag) {
-  for (std::size_t i = 0; i < ElementTable.size(); ++i) {
-    if (ElementTable[i].tag == tag) return static_cast<Element>(i);
-  }
-  return std::nullopt;
-}
-
-bool IsBinary(Element element) {
-  return ElementTable[static_cast<std::size_t>(element)].kind == FieldKind::Binary;
+  const auto* const row =
+      std::find_if(ElementTable.begin(), ElementTable.end(),
+                   [tag](const ElementDescription& element) { return element.Tag == tag; });
+  if (row == ElementTable.end()) return std::nullopt;
+  return row->Which;
 }
 
 std::int16_t ReadTemplate(QStringView data, const TemplateShape& shape, const KvkTarget& target) {
@@ -99,24 +96,10 @@ std::int16_t ReadTemplate(QStringView data, const TemplateShape& shape, const Kv
 }
 
 QChar KvkCharacterOf(quint8 byte) {
-  switch (byte) {
-    case 0x5B:
-      return u'Ä';
-    case 0x5C:
-      return u'Ö';
-    case 0x5D:
-      return u'Ü';
-    case 0x7B:
-      return u'ä';
-    case 0x7C:
-      return u'ö';
-    case 0x7D:
-      return u'ü';
-    case 0x7E:
-      return u'ß';
-    default:
-      return CharacterOf(byte);
-  }
+  const auto* const german =
+      std::find_if(ctapi::GermanCharacters.begin(), ctapi::GermanCharacters.end(),
+                   [byte](const auto& character) { return character.Code == byte; });
+  return german == ctapi::GermanCharacters.end() ? CharacterOf(byte) : QChar(german->Character);
 }
 
 QStringView WithoutBlanks(QStringView field) {
@@ -168,12 +151,12 @@ void ParseKvkAsn1(QStringView elements, const KvkTarget& target) {
                           QStringLiteral("Defekter KVK Datensatz!!!"));
       break;
     }
-    if (IsBinary(*element)) {
+    if (DescriptionOf(*element).Kind == FieldKind::Binary) {
       found[*element] = value.isEmpty() ? QStringLiteral("00") : value.toString();
     } else {
       found[*element] = HexToKvkText(value);
     }
-    constexpr qsizetype ShortApprovalNumber = 2 * 3;
+    constexpr qsizetype ShortApprovalNumber = 2 * DescriptionOf(Element::ApprovalNumber).Width;
     if (element == Element::ApprovalNumber && value.size() == ShortApprovalNumber) {
       CorrectModel(found[*element], KvkFormat::Template, target.pn, target.info);
     }
@@ -186,18 +169,15 @@ void ParseKvkFixed(QStringView data, const KvkTarget& target) {
       data.size() != LongRecordLength) {
     return;
   }
-  const int count = target.info.IsMobile() ? ElementCount : CardElementCount;
   InsuredData found;
   qsizetype position = 1;
-  for (int i = 0; i < count; ++i) {
-    const auto element = static_cast<Element>(i);
-    const ElementDescription& description = ElementTable[static_cast<std::size_t>(i)];
-    const bool isLong = element == Element::ApprovalNumber && data.size() == LongRecordLength;
-    const qsizetype length = 2 * (isLong ? LongApprovalNumberWidth : description.width);
+  for (const ElementDescription& element : ElementTable) {
+    if (!IsDelivered(element, target.info.IsMobile())) continue;
+    const qsizetype length = 2 * FieldWidth(element, data.size() == LongRecordLength);
     const QStringView field = hex::Mid(data, position, length);
     position += length;
-    found[element] = description.kind == FieldKind::Binary ? field.toString()
-                                                           : HexToKvkText(WithoutBlanks(field));
+    found[element.Which] =
+        element.Kind == FieldKind::Binary ? field.toString() : HexToKvkText(WithoutBlanks(field));
   }
   target.insured.Store(found, target.info.IsMobile());
   if (target.info.IsMobile() && data.size() == SupplementLength) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+
 #include <algorithm>
 
 #include "protocol/port_number.h"

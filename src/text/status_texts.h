@@ -8,13 +8,13 @@
 namespace kartocheck::status_text {
 
 // By port, COM 1 to COM 4; the further port has none.
-inline constexpr std::array<QStringView, 5> ScanCom{
+inline constexpr auto ScanCom = std::to_array<QStringView>({
     u"Programm prüft die serielle Schnittstelle COM 1",
     u"Programm prüft die serielle Schnittstelle COM 2",
     u"Programm prüft die serielle Schnittstelle COM 3",
     u"Programm prüft die serielle Schnittstelle COM 4",
     u"",
-};
+});
 inline constexpr QStringView ReaderFound = u"An COM         Chipkartenleser gefunden.";
 inline constexpr QStringView ReaderPossible =
     u"An COM         Chipkartenleser möglich. Mit               Taste fortfahren.";

@@ -19,7 +19,7 @@ struct ButtonDescription {
   QStringView tooltip;
 };
 
-constexpr std::array<ButtonDescription, ButtonPanel::ButtonCount> Descriptions{{
+constexpr auto Descriptions = std::to_array<ButtonDescription>({
     {u"full_scan", u"&Prüfen",
      u"Programm prüft die serielle(n) Schnittstelle(n) auf Vorhandensein eines MKT's"},
     {u"diagnosis", u"Dia&gnose", u"Überprüft die ausgewählte Schnittstelle im Dialog"},
@@ -27,7 +27,8 @@ constexpr std::array<ButtonDescription, ButtonPanel::ButtonCount> Descriptions{{
     {u"read_card", u"&Lesen", u"Die Krankenversichertendaten werden angezeigt/gelesen"},
     {u"copy", u"&Kopieren", u"Die Krankenversichertendaten werden in die Zwischenablage kopiert"},
     {u"reset", u"&Zurücksetzen", u"Die Anzeigefelder werden zurückgesetzt"},
-}};
+});
+static_assert(Descriptions.size() == ButtonPanel::ButtonCount);
 
 // Side of a button's picture, in logical pixels.
 constexpr int PictureSize = 40;

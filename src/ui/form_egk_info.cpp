@@ -86,34 +86,24 @@ Form_egK_Info::Form_egK_Info(EgkInfo info, QWidget* parent)
 }
 
 QWidget* Form_egK_Info::NewListView() {
-  struct Kind {
-    VsdKind kind;
-    QStringView caption;
-    QStringView toolTip;
-  };
-  constexpr std::array<Kind, VsdKindCount> Kinds{{
-      {VsdKind::Pd, u"PD", u"Persönliche Versichertendaten"},
-      {VsdKind::Vd, u"VD", u"Allgemeine Versicherungsdaten"},
-      {VsdKind::Gvd, u"GVD", u"Geschützte Versichertendaten"},
-  }};
   auto* view = new QWidget(views_);
   auto* kindRow = new QHBoxLayout;
   auto* group = new QButtonGroup(view);
-  for (std::size_t index = 0; index < Kinds.size(); ++index) {
-    const auto& [kind, caption, toolTip] = Kinds[index];
+  for (const VsdKind kind : VsdKinds) {
+    const VsdKindTexts& texts = VsdTexts[kind];
     auto* button = new QToolButton(view);
-    button->setObjectName(MemberName(u"CmdB_VsdKind", static_cast<int>(index)));
-    button->setText(caption.toString());
-    button->setToolTip(toolTip.toString());
-    button->setAccessibleName(toolTip.toString());
+    button->setObjectName(MemberName(u"CmdB_VsdKind", static_cast<int>(kind)));
+    button->setText(texts.abbreviation.toString());
+    button->setToolTip(texts.title.toString());
+    button->setAccessibleName(texts.title.toString());
     button->setCheckable(true);
     button->setFocusPolicy(Qt::StrongFocus);
-    connect(button, &QToolButton::clicked, this, [this, kind = kind] { ShowList(kind); });
+    connect(button, &QToolButton::clicked, this, [this, kind] { ShowList(kind); });
     // Dark styles hardly show which button is pressed.
     connect(button, &QToolButton::toggled, button, [button](bool on) { SetBold(button, on); });
     group->addButton(button);
     kindRow->addWidget(button);
-    kinds_.at(index) = button;
+    kinds_[kind] = button;
   }
   kindRow->addStretch();
 
@@ -217,7 +207,7 @@ QPushButton* Form_egK_Info::NewCommand(int number, QStringView caption, QStringV
 void Form_egK_Info::ShowList(VsdKind kind) {
   kind_ = kind;
   const ElementList& list = info_.lists[kind];
-  kinds_.at(static_cast<std::size_t>(kind))->setChecked(true);
+  kinds_[kind]->setChecked(true);
   SetLines(Label1, list.heading);
   SetLines(Label8, list.validationText);
   MSFlexGrid1->ShowList(list);

@@ -48,7 +48,7 @@ class Form_egK_Info final : public QDialog {
   QLabel* Label1 = nullptr;  // heading of the current view
   QLabel* Label8 = nullptr;  // validation text of the shown kind
   QStackedWidget* views_ = nullptr;
-  std::array<QToolButton*, VsdKindCount> kinds_{};
+  PerVsdKind<QToolButton*> kinds_;
   ElementGrid* MSFlexGrid1 = nullptr;
   QPlainTextEdit* Text1 = nullptr;
   QGroupBox* Frame2 = nullptr;

@@ -14,8 +14,9 @@ namespace kartocheck {
 
 namespace {
 
-constexpr std::array<QStringView, SlotCount> PortTexts{u"COM 1 ", u"COM 2", u"COM 3", u"COM 4",
-                                                       u"weitere ..."};
+constexpr auto PortTexts =
+    std::to_array<QStringView>({u"COM 1 ", u"COM 2", u"COM 3", u"COM 4", u"weitere ..."});
+static_assert(PortTexts.size() == SlotCount);
 constexpr int FurtherPortMember = FurtherPortSlot - 1;
 
 // The longest entry of the list of further ports.

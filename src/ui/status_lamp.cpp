@@ -3,20 +3,20 @@
 #include <QPainter>
 #include <QPainterPath>
 
-#include <array>
-
 namespace kartocheck {
 
 namespace {
 
-constexpr std::array<QStringView, 3> StateTexts{
-    u"keine Verbindung",
-    u"wartet auf Antwort",
-    u"Antwort erhalten",
-};
-
 QStringView TextOf(LampState state) {
-  return StateTexts.at(static_cast<std::size_t>(state));
+  switch (state) {
+    case LampState::Off:
+      return u"keine Verbindung";
+    case LampState::Waiting:
+      return u"wartet auf Antwort";
+    case LampState::Answered:
+      return u"Antwort erhalten";
+  }
+  return {};
 }
 
 // The signs are drawn in a square of 16 units.

@@ -13,8 +13,9 @@ namespace kartocheck {
 
 namespace {
 
-constexpr std::array<QStringView, SlotCount> TabTitles{u"COM 1", u"COM 2", u"COM 3", u"COM 4",
-                                                       u"weitere ..."};
+constexpr auto TabTitles =
+    std::to_array<QStringView>({u"COM 1", u"COM 2", u"COM 3", u"COM 4", u"weitere ..."});
+static_assert(TabTitles.size() == SlotCount);
 
 }  // namespace
 

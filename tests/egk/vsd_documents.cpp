@@ -260,7 +260,7 @@ QStringList UserSchemas() {
 }
 
 QString KindName(VsdKind kind) {
-  constexpr PerVsdKind<QStringView> Names{{{u"pd", u"vd", u"gvd"}}};
+  constexpr PerVsdKind<QStringView> Names({u"pd", u"vd", u"gvd"});
   return Names[kind].toString();
 }
 

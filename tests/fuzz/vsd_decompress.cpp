@@ -21,7 +21,7 @@ ValidationSettings& OwnSchemas() {
 
 void Run(std::uint8_t choice, QByteArrayView compressed) {
   using Procedure = std::int16_t (*)(QByteArrayView, const VsdTarget&);
-  constexpr PerVsdKind<Procedure> Procedures{{{DecompressPd, DecompressVd, DecompressGvd}}};
+  constexpr PerVsdKind<Procedure> Procedures({DecompressPd, DecompressVd, DecompressGvd});
   const auto kind = static_cast<VsdKind>((choice >> 1) % VsdKindCount);
   ValidationSettings& validation = OwnSchemas();
   validation.isOn = (choice & 1) != 0;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <numeric>
+#include <string_view>
 #include <vector>
 
 #include "kvk/insured_data.h"
@@ -41,17 +42,35 @@ TEST(ElementTableTest, TagsWidthsKindsAndLabelsOfTheKvk) {
   ASSERT_EQ(ElementTable.size(), expected.size());
   for (std::size_t i = 0; i < expected.size(); ++i) {
     SCOPED_TRACE(i);
-    EXPECT_EQ(ElementTable[i].tag, expected[i].tag);
-    EXPECT_EQ(ElementTable[i].width, expected[i].width);
-    EXPECT_EQ(static_cast<int>(ElementTable[i].kind), expected[i].kind);
-    EXPECT_EQ(ElementTable[i].label, expected[i].label);
+    EXPECT_EQ(ElementTable[i].Tag, expected[i].tag);
+    EXPECT_EQ(ElementTable[i].Width, expected[i].width);
+    EXPECT_EQ(static_cast<int>(ElementTable[i].Kind), expected[i].kind);
+    EXPECT_EQ(ElementTable[i].Label, expected[i].label);
+  }
+}
+
+// Reports are read by other programs: a key stays what it is.
+TEST(ElementTableTest, KeysOfReportsAndScenarios) {
+  std::vector<std::string_view> keys;
+  for (const ElementDescription& element : ElementTable) keys.push_back(element.Key);
+  EXPECT_EQ(keys, (std::vector<std::string_view>{
+                      "insurerName", "insurerNumber",    "insuredNumber",  "vknr",
+                      "status",      "statusSupplement", "title",          "firstName",
+                      "nameAffix",   "lastName",         "birthDate",      "street",
+                      "countryCode", "postalCode",       "town",           "validUntil",
+                      "checksum",    "readingDate",      "approvalNumber", "checksumSupplement"}));
+}
+
+TEST(ElementTableTest, TheLastThreeAreAMobileTerminals) {
+  for (std::size_t i = 0; i < ElementTable.size(); ++i) {
+    EXPECT_EQ(ElementTable[i].Part, i < 17 ? ElementPart::Card : ElementPart::Supplement) << i;
   }
 }
 
 TEST(ElementTableTest, TheWidthsMakeUpTheFixedFormats) {
   const auto sum = [](auto begin, auto end) {
     return std::accumulate(begin, end, 0, [](int total, const ElementDescription& element) {
-      return total + element.width;
+      return total + element.Width;
     });
   };
   EXPECT_EQ(sum(ElementTable.begin(), ElementTable.begin() + 17), 219);

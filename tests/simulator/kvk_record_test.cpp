@@ -13,37 +13,31 @@ using test::ToHex;
 
 // Two people whose records were made by hand, independently of this builder.
 KvkElements PersonA() {
-  return {.InsurerName = "AOK Süd",
-          .InsurerNumber = "1234567",
-          .Vknr = "00012",
-          .InsuredNumber = "123456789",
-          .InsuredStatus = "1000",
-          .StatusSupplement = "1",
-          .FirstName = "Änne",
-          .FamilyName = "Größl",
-          .BirthDate = "01021950",
-          .PostalCode = "12345",
-          .Town = "Köln",
-          .ValidUntil = "1230"};
+  return {{Element::InsurerName, "AOK Süd"}, {Element::InsurerNumber, "1234567"},
+          {Element::Vknr, "00012"},          {Element::InsuredNumber, "123456789"},
+          {Element::InsuredStatus, "1000"},  {Element::StatusSupplement, "1"},
+          {Element::FirstName, "Änne"},      {Element::LastName, "Größl"},
+          {Element::BirthDate, "01021950"},  {Element::PostalCode, "12345"},
+          {Element::Town, "Köln"},           {Element::ValidUntil, "1230"}};
 }
 
 KvkElements PersonB() {
-  return {.InsurerName = "BKK Beispiel Nordwest",
-          .InsurerNumber = "7654321",
-          .Vknr = "17999",
-          .InsuredNumber = "987654321012",
-          .InsuredStatus = "5000",
-          .StatusSupplement = "9",
-          .Title = "Dr.",
-          .FirstName = "Jörg-Peter",
-          .NameAffix = "von",
-          .FamilyName = "Übermaß",
-          .BirthDate = "31121969",
-          .Street = "Hinter den Höfen 12 a",
-          .CountryCode = "D",
-          .PostalCode = "01067",
-          .Town = "Dresden-Löbtau",
-          .ValidUntil = "1128"};
+  return {{Element::InsurerName, "BKK Beispiel Nordwest"},
+          {Element::InsurerNumber, "7654321"},
+          {Element::Vknr, "17999"},
+          {Element::InsuredNumber, "987654321012"},
+          {Element::InsuredStatus, "5000"},
+          {Element::StatusSupplement, "9"},
+          {Element::Title, "Dr."},
+          {Element::FirstName, "Jörg-Peter"},
+          {Element::NameAffix, "von"},
+          {Element::LastName, "Übermaß"},
+          {Element::BirthDate, "31121969"},
+          {Element::Street, "Hinter den Höfen 12 a"},
+          {Element::CountryCode, "D"},
+          {Element::PostalCode, "01067"},
+          {Element::Town, "Dresden-Löbtau"},
+          {Element::ValidUntil, "1128"}};
 }
 
 constexpr const char* RecordA =
@@ -62,7 +56,7 @@ constexpr const char* ContentB =
 constexpr const char* SupplementC = "9108303530333230323492033130399301A0";
 
 KvkSupplement Supplement() {
-  return {.ReadingDate = "05032024", .ApprovalNumber = "109", .Check = {}};
+  return {.Elements = {{Element::ReadingDate, "05032024"}, {Element::ApprovalNumber, "109"}}};
 }
 
 TEST(KvkRecord, ShortForm) {
@@ -88,7 +82,7 @@ TEST(KvkRecord, SupplementOfAMobileTerminal) {
 }
 
 TEST(KvkRecord, CheckByteOfTheCallers) {
-  const KvkElements elements{.InsurerName = "AB"};
+  const KvkElements elements{{Element::InsurerName, "AB"}};
   const auto record = [&elements](CheckByte check) {
     return ToHex(BuildKvk(elements, KvkForm::Short60, check));
   };
@@ -98,26 +92,30 @@ TEST(KvkRecord, CheckByteOfTheCallers) {
 }
 
 TEST(KvkRecord, SupplementWithoutItsParts) {
-  const KvkElements elements{.InsurerName = "AB"};
+  const KvkElements elements{{Element::InsurerName, "AB"}};
   const auto supplement = [&elements](const KvkSupplement& added) {
     const Bytes without = BuildKvk(elements);
     const Bytes with = BuildKvk(elements, KvkForm::Automatic, {}, added);
     return ToHex(ByteView(with).subspan(without.size()));
   };
-  EXPECT_EQ(supplement({.ApprovalNumber = "103", .Check = {.How = CheckByte::Kind::Empty}}),
+  EXPECT_EQ(supplement({.Elements = {{Element::ApprovalNumber, "103"}},
+                        .Check = {.How = CheckByte::Kind::Empty}}),
             "92033130339300");
-  EXPECT_EQ(supplement({.ReadingDate = "", .Check = {.How = CheckByte::Kind::Absent}}), "9100");
+  EXPECT_EQ(supplement({.Elements = {{Element::ReadingDate, ""}},
+                        .Check = {.How = CheckByte::Kind::Absent}}),
+            "9100");
   EXPECT_EQ(supplement({.Check = {.How = CheckByte::Kind::Given, .Value = 0x0A}}), "93010A");
 }
 
 TEST(KvkRecord, AnEmptyElementHasLengthZero) {
-  EXPECT_EQ(ToHex(BuildKvk({.Title = ""}, KvkForm::Short60, {.How = CheckByte::Kind::Absent})),
-            "60028400");
+  EXPECT_EQ(
+      ToHex(BuildKvk({{Element::Title, ""}}, KvkForm::Short60, {.How = CheckByte::Kind::Absent})),
+      "60028400");
 }
 
 KvkElements OfLength(std::size_t contentLength) {
   // One element (2 bytes of tag and length) and the check element (3 bytes).
-  return {.InsurerName = std::string(contentLength - 5, 'A')};
+  return {{Element::InsurerName, std::string(contentLength - 5, 'A')}};
 }
 
 TEST(KvkRecord, LengthsAtTheBoundsOfTheForms) {
@@ -128,7 +126,7 @@ TEST(KvkRecord, LengthsAtTheBoundsOfTheForms) {
   EXPECT_THROW((void)BuildKvk(OfLength(128), KvkForm::Short60), std::invalid_argument);
   EXPECT_THROW((void)BuildKvk(OfLength(256)), std::invalid_argument);
   EXPECT_EQ(ToHex(BuildKvk(OfLength(256), KvkForm::Long6082)).substr(0, 8), "60820100");
-  EXPECT_THROW((void)BuildKvk({.InsurerName = std::string(256, 'A')}, KvkForm::Long6082),
+  EXPECT_THROW((void)BuildKvk({{Element::InsurerName, std::string(256, 'A')}}, KvkForm::Long6082),
                std::invalid_argument);
 }
 
@@ -190,12 +188,22 @@ TEST(KvkRecord, FixedFormatCheckByteOfTheCallers) {
 }
 
 TEST(KvkRecord, FixedFormatRefusesWhatDoesNotFit) {
-  EXPECT_THROW((void)BuildKvk({.ValidUntil = "12345"}, KvkForm::Fixed219), std::invalid_argument);
+  EXPECT_THROW((void)BuildKvk({{Element::ValidUntil, "12345"}}, KvkForm::Fixed219),
+               std::invalid_argument);
   EXPECT_THROW((void)BuildKvk(PersonA(), KvkForm::Fixed219, {}, Supplement()),
                std::invalid_argument);
-  EXPECT_THROW(
-      (void)BuildKvk(PersonA(), KvkForm::Fixed231, {}, KvkSupplement{.ApprovalNumber = "1033"}),
-      std::invalid_argument);
+  EXPECT_THROW((void)BuildKvk(PersonA(), KvkForm::Fixed231, {},
+                              KvkSupplement{.Elements = {{Element::ApprovalNumber, "1033"}}}),
+               std::invalid_argument);
+}
+
+TEST(KvkRecord, ElementsOfTheOtherPartAreRefused) {
+  const KvkElements supplement{{Element::ReadingDate, "05032024"}};
+  EXPECT_THROW((void)BuildKvk(supplement), std::invalid_argument);
+  EXPECT_THROW((void)BuildKvk(PersonA(), KvkForm::Automatic, {},
+                              KvkSupplement{.Elements = {{Element::Town, "Köln"}}}),
+               std::invalid_argument);
+  EXPECT_THROW((void)BuildKvk({{Element::Checksum, "A"}}), std::invalid_argument);
 }
 
 TEST(Din66003, WritesUmlautsInTheGermanVariant) {

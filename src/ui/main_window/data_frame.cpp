@@ -4,17 +4,12 @@ namespace kartocheck {
 
 namespace {
 
-constexpr int ReadingDateRow = 16;
-
-constexpr Element ElementOfRow(int row) {
-  constexpr std::array<Element, 2> Supplement{Element::ReadingDate, Element::ApprovalNumber};
-  return row < ReadingDateRow ? static_cast<Element>(row)
-                              : Supplement.at(static_cast<std::size_t>(row - ReadingDateRow));
-}
-
-constexpr int RowOf(Element element) {
-  return static_cast<int>(element);
-}
+constexpr auto ShownElements = [] {
+  std::array<ElementDescription, DataRowCount> rows{};
+  std::copy_if(ElementTable.begin(), ElementTable.end(), rows.begin(),
+               [](const ElementDescription& element) { return element.IsShown(); });
+  return rows;
+}();
 
 QStringView TitleOf(const TerminalInfo& info) {
   if (!info.DataRead) return u"Krankenversicherten Kartendaten";
@@ -27,15 +22,8 @@ QStringView TitleOf(const TerminalInfo& info) {
                          : u"Krankenversicherten Kartendaten(Karte)";
 }
 
-void UseEgkLabels(DataFrame& frame) {
-  frame.labels[RowOf(Element::Vknr)] = u"WOP:";
-  frame.labels[RowOf(Element::InsuredStatus)] = u"Versichertenstatus_RSA:";
-  frame.labels[RowOf(Element::StatusSupplement)] = u"Rechtskreis:";
-  frame.labels[RowOf(Element::ValidUntil)] = u"Gültigkeit (Ende):";
-}
-
-int RowsOf(const TerminalInfo& info) {
-  return info.IsMobile() ? DataRowCount : ReadingDateRow;
+QStringView LabelOf(const ElementDescription& element, bool isEgk) {
+  return isEgk && !element.EgkLabel.empty() ? element.EgkLabel : element.Label;
 }
 
 }  // namespace
@@ -47,19 +35,19 @@ DataFrame EmptyDataFrame() {
 DataFrame DataFrameOf(const TerminalInfo& info, const InsuredData& insured) {
   DataFrame frame;
   frame.title = TitleOf(info).toString();
-  for (int row = 0; row < DataRowCount; ++row) {
-    const auto index = static_cast<std::size_t>(row);
-    const Element element = ElementOfRow(row);
-    frame.labels[index] = ElementTable[static_cast<std::size_t>(element)].label;
-    if (row < RowsOf(info)) frame.values[index] = insured[element];
+  for (std::size_t row = 0; row < ShownElements.size(); ++row) {
+    const ElementDescription& element = ShownElements[row];
+    frame.labels[row] = LabelOf(element, info.EgkData);
+    if (IsDelivered(element, info.IsMobile())) frame.values[row] = insured[element.Which];
   }
-  if (info.EgkData) UseEgkLabels(frame);
   return frame;
 }
 
 QString ClipboardText(const TerminalInfo& info, const InsuredData& insured) {
   QString text;
-  for (int row = 0; row < RowsOf(info); ++row) text += insured[ElementOfRow(row)] + u"\r\n";
+  for (const ElementDescription& element : ShownElements) {
+    if (IsDelivered(element, info.IsMobile())) text += insured[element.Which] + u"\r\n";
+  }
   return text;
 }
 

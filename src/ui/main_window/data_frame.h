@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringView>
 
+#include <algorithm>
 #include <array>
 
 #include "discovery/terminal_info.h"
@@ -10,8 +11,11 @@
 
 namespace kartocheck {
 
-// Rows of the data frame: elements 0 to 15 of the insured data, reading date, approval number.
-inline constexpr int DataRowCount = 18;
+// Rows of the data frame: the elements that have a label, those of a mobile terminal's supplement
+// (reading date, approval number) among them.
+inline constexpr int DataRowCount =
+    static_cast<int>(std::count_if(ElementTable.begin(), ElementTable.end(),
+                                   [](const auto& element) { return element.IsShown(); }));
 
 // What the data frame shows. Texts are plain text.
 struct DataFrame {
@@ -23,12 +27,12 @@ struct DataFrame {
 // The frame before anything was read.
 [[nodiscard]] DataFrame EmptyDataFrame();
 
-// Title, labels and values of a slot. Title and four labels follow the kind of the data (KVK or
-// eGK, card or mobile record); the last two rows are filled for mobile terminals only.
+// Title, labels and values of a slot. Title and some labels follow the kind of the data (KVK or
+// eGK, card or mobile record); the supplement's rows are filled for mobile terminals only.
 [[nodiscard]] DataFrame DataFrameOf(const TerminalInfo& info, const InsuredData& insured);
 
-// The data as text for the clipboard: one line an element, ended by CR LF, empty ones too. 16
-// lines, 18 for a mobile terminal.
+// The data as text for the clipboard: one line an element, ended by CR LF, empty ones too. Lines
+// of the supplement for a mobile terminal only.
 [[nodiscard]] QString ClipboardText(const TerminalInfo& info, const InsuredData& insured);
 
 }  // namespace kartocheck

@@ -12,25 +12,15 @@ namespace kartocheck {
 
 namespace {
 
-struct KindTexts {
-  QStringView heading;
-  QStringView valueHeading;
-  QStringView xmlTitle;
-};
-
-constexpr PerVsdKind<KindTexts> Texts{{{
-    {u"Persönliche Versichertendaten:", u"Versichertendaten",
-     u"Persönliche Versichertendaten (XML)"},
-    {u"Allgemeine Versicherungsdaten:", u"Versicherungsdaten",
-     u"Allgemeine Versicherungsdaten (XML)"},
-    {u"Geschützte Versichertendaten:", u"Versichertendaten", u"Geschützte Versichertendaten (XML)"},
-}}};
-
-constexpr std::array<VsdKind, VsdKindCount> Kinds{VsdKind::Pd, VsdKind::Vd, VsdKind::Gvd};
+constexpr PerVsdKind<QStringView> ValueHeadings({
+    u"Versichertendaten",
+    u"Versicherungsdaten",
+    u"Versichertendaten",
+});
 
 ElementList ListOf(VsdKind kind, const VsdDocument& document) {
-  ElementList list{.heading = Texts[kind].heading + u"\r\n",
-                   .valueHeading = Texts[kind].valueHeading,
+  ElementList list{.heading = VsdTexts[kind].title + u":\r\n",
+                   .valueHeading = ValueHeadings[kind],
                    .validationText = document.validationText,
                    .rows = {}};
   std::copy_if(document.fields.begin(), document.fields.end(), std::back_inserter(list.rows),
@@ -40,8 +30,8 @@ ElementList ListOf(VsdKind kind, const VsdDocument& document) {
 
 QString XmlTextsOf(const EgkData& egk) {
   QStringList parts;
-  for (const VsdKind kind : Kinds) {
-    parts.append(Texts[kind].xmlTitle + u"\r\n" + egk.documents[kind].xmlText);
+  for (const VsdKind kind : VsdKinds) {
+    parts.append(VsdTexts[kind].title + u" (XML)\r\n" + egk.documents[kind].xmlText);
   }
   return parts.join(QStringLiteral("\r\n\r\n"));
 }
@@ -50,26 +40,31 @@ QString XmlTextsOf(const EgkData& egk) {
 struct StatusPart {
   qsizetype position;
   qsizetype length;
+  QStringView cardCaption;
+  QStringView storedCaption;
   QStringView toolTip;
 };
 
-constexpr std::array<StatusPart, 4> StatusParts{{
-    {1, 2,
+constexpr auto StatusParts = std::to_array<StatusPart>({
+    {1, 2, u"Status:            ", u"Status:          ",
      u"Status der Versichertenstammdaten (VSD). (0x30) 0 = Keine Transaktion ist offen. (0x31) 1 "
      u"= Transaktion ist offen."},
-    {3, 28, u"Timestamp der letzten Aktualisierung der VSD auf dem VSDD im Format YYYYMMDDhhmmss"},
-    {31, 10,
+    {3, 28, u"Timestamp:           ", u"Timestamp:         ",
+     u"Timestamp der letzten Aktualisierung der VSD auf dem VSDD im Format YYYYMMDDhhmmss"},
+    {31, 10, u"Version:                                         ",
+     u"Version:                                       ",
      u"Versionsnummer der Versichertenstammdaten (VSD) Struktur im Format XXXYYYZZZZ. [BCD]"},
-    {41, 10, u"Reserviert [BINÄR]"},
-}};
+    {41, 10, u"Reserviert:                                                ",
+     u"Reserviert:                                              ", u"Reserviert [BINÄR]"},
+});
 
-// Fills four lines from `first` on with the parts of the status.
-void AddStatusParts(EgkInfo& view, std::size_t first, QStringView status,
-                    const std::array<QStringView, StatusParts.size()>& captions) {
-  for (std::size_t part = 0; part < StatusParts.size(); ++part) {
-    const auto& [position, length, toolTip] = StatusParts[part];
-    view.lines[first + part] = {captions[part] + hex::Mid(status, position, length).toString(),
-                                toolTip};
+// Fills a line for each part of the status, from `line` on.
+void AddStatusParts(EgkInfo& view, std::size_t line, QStringView status,
+                    QStringView StatusPart::*caption) {
+  for (const StatusPart& part : StatusParts) {
+    view.lines.at(line) = {part.*caption + hex::Mid(status, part.position, part.length).toString(),
+                           part.toolTip};
+    ++line;
   }
 }
 
@@ -92,10 +87,7 @@ void AddCardInfo(EgkInfo& view, const EgkData& egk) {
   lines[9].text =
       QStringLiteral("eGK DF.HCA(Health Care Application) EF.StatusVD: VSD-Status-Container");
   lines[10].text = u"Containerinhalt: " + QStringLiteral("0x") + egk.statusText;
-  AddStatusParts(view, 11, egk.statusText,
-                 {u"Status:            ", u"Timestamp:           ",
-                  u"Version:                                         ",
-                  u"Reserviert:                                                "});
+  AddStatusParts(view, 11, egk.statusText, &StatusPart::cardCaption);
 }
 
 // Characters of the approval number's data object on the line; the rest follows behind blanks.
@@ -110,10 +102,7 @@ void AddStoredInfo(EgkInfo& view, const StatusDescriptor& stored) {
   lines[2].text =
       QStringLiteral("Gespeicherter VSD-Status-Datensatz aus dem mobilen Kartenterminal");
   lines[3].text = u"VSDStatus: " + QStringLiteral("0x") + stored.statusText;
-  AddStatusParts(view, 4, stored.statusText,
-                 {u"Status:          ", u"Timestamp:         ",
-                  u"Version:                                       ",
-                  u"Reserviert:                                              "});
+  AddStatusParts(view, 4, stored.statusText, &StatusPart::storedCaption);
 
   lines[9].text = QStringLiteral("+ die erweiterten Daten des VSD-Status-Datensates:");
   const QString& date = stored.convertedDate.isEmpty() ? stored.storedDate : stored.convertedDate;
@@ -134,7 +123,7 @@ void AddStoredInfo(EgkInfo& view, const StatusDescriptor& stored) {
 
 EgkInfo EgkInfoOf(const TerminalInfo& info, const EgkData& egk) {
   EgkInfo view;
-  for (const VsdKind kind : Kinds) view.lists[kind] = ListOf(kind, egk.documents[kind]);
+  for (const VsdKind kind : VsdKinds) view.lists[kind] = ListOf(kind, egk.documents[kind]);
   view.xmlTexts = XmlTextsOf(egk);
   if (info.IsMobile()) {
     AddStoredInfo(view, egk.stored);

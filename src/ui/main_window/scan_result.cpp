@@ -10,6 +10,7 @@ namespace kartocheck {
 namespace {
 
 constexpr std::size_t NothingFoundRow = 1;
+static_assert(status_text::ScanCom.size() == SlotCount);
 
 ScanResultRow RowOf(int port, const TerminalInfo& info, const PortEntry& entry) {
   if (info.Answered) {

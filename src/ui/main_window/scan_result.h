@@ -10,7 +10,7 @@
 
 namespace kartocheck {
 
-// Number of rows for COM 1 to COM 4.
+// A row for each of COM 1 to COM 4.
 inline constexpr int ScanResultRows = ctapi::TestedComPorts.Count();
 
 // A row of the result window. The texts leave gaps, over which the port number and the key symbol

@@ -13,14 +13,18 @@ class Bas_MKT_Test;
 
 // The rows of a status tab, top to bottom: port, baud rate, model, maker, CT type, software
 // version, output medium, PnP device.
-inline constexpr int StatusRowCount = 8;
-
+inline constexpr auto StatusRowLabels = std::to_array<QStringView>({
+    u"Serielle Schnittstelle:",
+    u"Baudrate:",
+    u"PKT Modell:",
+    u"Hersteller:",
+    u"CT-Typ:",
+    u"Software Version:",
+    u"Ausgabemedium:",
+    u"PnP Device ID:",
+});
+inline constexpr int StatusRowCount = StatusRowLabels.size();
 using StatusTab = std::array<QString, StatusRowCount>;
-
-inline constexpr std::array<QStringView, StatusRowCount> StatusRowLabels{
-    u"Serielle Schnittstelle:", u"Baudrate:",      u"PKT Modell:",    u"Hersteller:", u"CT-Typ:",
-    u"Software Version:",       u"Ausgabemedium:", u"PnP Device ID:",
-};
 
 // The label of a row, from 0, on the tab of a slot. A further port need not be a serial one.
 [[nodiscard]] inline QStringView StatusRowLabel(int slot, int row) {

@@ -85,8 +85,8 @@ QString TestReportText(const QDateTime& time, const ProgramFacts& facts, const B
   lines.Field(u"Betriebssystem:", facts.system);
   lines.Field(u"Validierung:", module.Validation().isOn ? QStringLiteral("eingeschaltet")
                                                         : QStringLiteral("ausgeschaltet"));
-  for (const auto& [kind, caption] :
-       {std::pair(VsdKind::Pd, u"PD:"), {VsdKind::Vd, u"VD:"}, {VsdKind::Gvd, u"GVD:"}}) {
+  for (const VsdKind kind : VsdKinds) {
+    const QString caption = VsdTexts[kind].abbreviation + u":";
     lines.Field(caption, SchemaState(module.Validation(), kind));
   }
 
