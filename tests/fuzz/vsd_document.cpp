@@ -18,7 +18,9 @@ struct Mapped {
 
 PerVsdKind<Mapped> MapAll(const XmlElement& root) {
   PerVsdKind<Mapped> mapped;
-  auto& [pd, vd, gvd] = mapped.values;
+  Mapped& pd = mapped[VsdKind::Pd];
+  Mapped& vd = mapped[VsdKind::Vd];
+  Mapped& gvd = mapped[VsdKind::Gvd];
   MapPdFields(root, pd.fields, pd.insured);
   MapVdFields(root, vd.fields, vd.insured);
   MapGvdFields(root, gvd.fields, gvd.insured);

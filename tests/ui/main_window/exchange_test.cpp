@@ -63,7 +63,7 @@ struct Seen {
     const EgkInfo egk = window.flow.CurrentEgkInfo();
     egkTexts.push_back(egk.xmlTexts);
     for (const InfoLine& line : egk.lines) egkTexts.push_back(line.text);
-    for (const ElementList& list : egk.lists.values) {
+    for (const ElementList& list : egk.lists) {
       egkTexts.push_back(list.validationText);
       for (const VsdField& field : list.rows) egkTexts.push_back(field.name + u'=' + field.value);
     }
