@@ -16,14 +16,14 @@ constexpr QStringView AvailableTried = u"Ist verfügbar! ";
 constexpr QStringView AvailableFree = u"Ist verfügbar!";
 
 // Probes the line settings and opens the link; a link still open is ended first.
-std::int16_t ProbeAndOpen(int pn, const PortCheckTarget& with) {
+CtCode ProbeAndOpen(int pn, const PortCheckTarget& with) {
   with.port.PortPresent = true;
   with.port.PortError = false;
   with.port.SettingsFound = false;
   ProbeSerialSettings(pn, with.serial, with.eventLoop, with.port);
   if (with.link.IsOpen()) ResetAndClose(with.link);
-  const std::int16_t code = with.link.CtOpen(pn);
-  if (code == ct_code::Success && !with.port.SettingsFound) {
+  const CtCode code = with.link.CtOpen(pn);
+  if (code == ctapi::code::Success && !with.port.SettingsFound) {
     with.port.AvailText = with.port.BaudText.Padded();
   }
   return code;
@@ -37,16 +37,16 @@ void ForgetTerminal(TerminalInfo& info) {
   info.Answered = answered;
 }
 
-void MarkUnopened(std::int16_t code, TerminalInfo& info) {
+void MarkUnopened(CtCode code, TerminalInfo& info) {
   ResetTerminalInfo(info);
   info.ModelName =
-      code == ct_code::TransmissionError ? u"Modell nicht bekannt!" : u"Unbekanntes Gerät?! ";
+      code == ctapi::code::TransmissionError ? u"Modell nicht bekannt!" : u"Unbekanntes Gerät?! ";
 }
 
 void CheckFurtherPort(int pn, const PortCheckTarget& with) {
-  const std::int16_t code = ProbeAndOpen(pn, with);
+  const CtCode code = ProbeAndOpen(pn, with);
   with.port.ScanResult = code;
-  if (code != ct_code::Success) return MarkUnopened(code, with.info);
+  if (code != ctapi::code::Success) return MarkUnopened(code, with.info);
   (void)IdentifyTerminal(with.link, pn, with.info, with.port);
   with.link.CtClose();
 }
@@ -72,25 +72,25 @@ void MarkUnusable(SerialTest test, PortEntry& port) {
   }
 }
 
-void CheckWithLineSignal(int pn, std::int16_t code, const PortCheckTarget& with) {
+void CheckWithLineSignal(int pn, CtCode code, const PortCheckTarget& with) {
   with.port.ScanResult = code;
-  if (code != ct_code::Success) {
+  if (code != ctapi::code::Success) {
     MarkUnopened(code, with.info);
   } else {
     const std::int16_t identified = IdentifyTerminal(with.link, pn, with.info, with.port);
-    const std::int16_t closed = with.link.CtClose();
+    const CtCode closed = with.link.CtClose();
     const QString settings = with.settingsOf(pn);
-    if (identified == 0 && closed == ct_code::Success && !settings.isEmpty()) {
+    if (identified == 0 && closed == ctapi::code::Success && !settings.isEmpty()) {
       with.info.SerialSettings = settings;
     }
   }
   with.port.PortText = AvailableTried;
 }
 
-void CheckWithoutLineSignal(int pn, std::int16_t code, const PortCheckTarget& with) {
+void CheckWithoutLineSignal(int pn, CtCode code, const PortCheckTarget& with) {
   PortEntry& port = with.port;
   switch (code) {
-    case ct_code::Success:
+    case ctapi::code::Success:
       port.ScanResult = scan_result::NoLineSignal;
       (void)IdentifyTerminal(with.link, pn, with.info, port);
       if (!with.info.UsbVirtualCom) {
@@ -98,13 +98,13 @@ void CheckWithoutLineSignal(int pn, std::int16_t code, const PortCheckTarget& wi
       }
       with.link.CtClose();
       break;
-    case ct_code::HostError:
+    case ctapi::code::HostError:
       port.ScanResult = code;
       port.PortText = u"Wird vom System benutzt!";
       port.AvailText = u"";
       port.PortPresent = true;
       break;
-    case ct_code::TransmissionError:
+    case ctapi::code::TransmissionError:
       port.PortText = AvailableTried;
       with.info.ModelName = u"Modell nicht bekannt!";
       break;
@@ -123,7 +123,7 @@ void CheckComPort(int pn, const PortCheckTarget& with) {
   with.port.LineState = lineState;
   if (test != SerialTest::Opened) return MarkUnusable(test, with.port);
 
-  const std::int16_t code = ProbeAndOpen(pn, with);
+  const CtCode code = ProbeAndOpen(pn, with);
   if (lineState) {
     CheckWithLineSignal(pn, code, with);
   } else {

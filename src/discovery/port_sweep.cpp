@@ -23,13 +23,13 @@ std::vector<int> SweepCtApiPorts(CtSession& link, Display& display,
     const int pn = FirstComPort + i;
     const bool isFurther = i >= PortsCheckedElsewhere;
     if (isFurther) display.ShowStatusText(PortCheckText(pn));
-    if (link.CtTryPort(pn) == ct_code::Success && isFurther) found.push_back(pn);
+    if (link.CtTryPort(pn) == ctapi::code::Success && isFurther) found.push_back(pn);
   }
   for (int i = 0; i < PortsPerKind; ++i) {
     if (!beforePort(PortsPerKind + i)) return found;
     const int pn = FirstUsbPort + i;
     display.ShowStatusText(PortCheckText(pn));
-    if (link.CtTryPort(pn) == ct_code::Success) found.push_back(pn);
+    if (link.CtTryPort(pn) == ctapi::code::Success) found.push_back(pn);
   }
   return found;
 }
