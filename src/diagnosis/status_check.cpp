@@ -1,7 +1,6 @@
 #include "diagnosis/status_check.h"
 
 #include "terminal/command_catalogue.h"
-#include "terminal/status_word.h"
 #include "text/lines.h"
 
 namespace kartocheck {
@@ -14,7 +13,7 @@ void Advise(const StatusCheckTarget& with, const QString& text) {
 
 std::int16_t CheckSelectOfPresentCard(const StatusCheckTarget& with) {
   const CtAnswer answer = with.link.CtExchange(CommandCatalogue::SelectKvk, Unit::Card);
-  if (answer.Is(status_word::ConditionsOfUse)) {
+  if (answer.Is(sw::ConditionsOfUse)) {
     with.info.DisplayText = output_medium::DisplayOrPrinter;
   }
   return ReadyToRead;
@@ -31,7 +30,7 @@ std::int16_t CheckEmptySlot(const StatusCheckTarget& with) {
     return ReadyToRead;
   }
   const CtAnswer answer = with.link.CtExchange(CommandCatalogue::SelectKvk, Unit::Card);
-  if (answer.Is(status_word::NotAllowed)) with.info.SelectRefused = true;
+  if (answer.Is(sw::NotAllowed)) with.info.SelectRefused = true;
   return NotReady;
 }
 
@@ -48,15 +47,14 @@ std::int16_t AdviseNotAllowed(const StatusCheckTarget& with) {
 
 std::int16_t CheckOverOpenLink(const StatusCheckTarget& with) {
   const CtAnswer answer = with.link.CtExchange(CommandCatalogue::RequestIcc1, Unit::Terminal);
-  if (answer.code == ct_code::TransmissionError) {
+  if (answer.code == ctapi::code::TransmissionError) {
     with.info.DisplayText = output_medium::DisplayOrPrinter;
   }
-  if (answer.Is(status_word::Ok) || answer.Is(status_word::OkProcessorCard) ||
-      answer.Is(status_word::CardAlreadyPresent)) {
+  if (answer.Is(sw::Ok) || answer.Is(sw::OkProcessorCard) || answer.Is(sw::CardAlreadyPresent)) {
     return CheckSelectOfPresentCard(with);
   }
-  if (answer.Is(status_word::NoCard)) return CheckEmptySlot(with);
-  if (answer.Is(status_word::NotAllowed)) return AdviseNotAllowed(with);
+  if (answer.Is(sw::NoCard)) return CheckEmptySlot(with);
+  if (answer.Is(sw::NotAllowed)) return AdviseNotAllowed(with);
   return NotReady;
 }
 
@@ -65,8 +63,8 @@ std::int16_t CheckOverOpenLink(const StatusCheckTarget& with) {
 std::int16_t CheckStatus(const StatusCheckTarget& target) {
   target.info.SelectRefused = false;
   if (target.link.IsOpen()) target.link.CtClose();
-  if (const std::int16_t code = target.link.CtOpen(target.pn); code != ct_code::Success) {
-    if (target.info.Answered && code == ct_code::TransmissionError) {
+  if (const CtCode code = target.link.CtOpen(target.pn); code != ctapi::code::Success) {
+    if (target.info.Answered && code == ctapi::code::TransmissionError) {
       Advise(target, Lines({u" Bitte Chipkartenterminal überprüfen! ",
                             u" Ist das Terminal eingeschaltet?! ",
                             u" Ist die KeyCard nicht mehr aktiv?! "}));

@@ -14,14 +14,14 @@ constexpr QStringView AvailableTried = u"Ist verfügbar! ";
 constexpr QStringView AvailableFree = u"Ist verfügbar!";
 
 // Probes the line settings and opens the link; a link still open is ended first.
-std::int16_t ProbeAndOpen(Port port, const PortCheckTarget& with) {
+CtCode ProbeAndOpen(Port port, const PortCheckTarget& with) {
   with.port.PortPresent = true;
   with.port.PortError = false;
   with.port.SettingsFound = false;
   ProbeSerialSettings(port, with.serial, with.eventLoop, with.port);
   if (with.link.IsOpen()) ResetAndClose(with.link);
-  const std::int16_t code = with.link.CtOpen(port.Number());
-  if (code == ct_code::Success && !with.port.SettingsFound) {
+  const CtCode code = with.link.CtOpen(port.Number());
+  if (code == ctapi::code::Success && !with.port.SettingsFound) {
     with.port.AvailText = with.port.BaudText.Padded();
   }
   return code;
@@ -35,16 +35,16 @@ void ClearForCheck(const PortCheckTarget& with) {
   with.port = {};
 }
 
-void MarkUnopened(std::int16_t code, TerminalInfo& info) {
+void MarkUnopened(CtCode code, TerminalInfo& info) {
   ResetTerminalInfo(info);
   info.ModelName =
-      code == ct_code::TransmissionError ? u"Modell nicht bekannt!" : u"Unbekanntes Gerät?! ";
+      code == ctapi::code::TransmissionError ? u"Modell nicht bekannt!" : u"Unbekanntes Gerät?! ";
 }
 
 void CheckFurtherPort(Port port, const PortCheckTarget& with) {
-  const std::int16_t code = ProbeAndOpen(port, with);
+  const CtCode code = ProbeAndOpen(port, with);
   with.port.ScanResult = code;
-  if (code != ct_code::Success) return MarkUnopened(code, with.info);
+  if (code != ctapi::code::Success) return MarkUnopened(code, with.info);
   (void)IdentifyTerminal(with.link, port.Number(), with.info, with.port);
   with.link.CtClose();
 }
@@ -70,26 +70,26 @@ void MarkUnusable(SerialTest test, PortEntry& port) {
   }
 }
 
-void CheckWithLineSignal(Port port, std::int16_t code, const PortCheckTarget& with) {
+void CheckWithLineSignal(Port port, CtCode code, const PortCheckTarget& with) {
   with.port.ScanResult = code;
-  if (code != ct_code::Success) {
+  if (code != ctapi::code::Success) {
     MarkUnopened(code, with.info);
   } else {
     const std::int16_t identified =
         IdentifyTerminal(with.link, port.Number(), with.info, with.port);
-    const std::int16_t closed = with.link.CtClose();
+    const CtCode closed = with.link.CtClose();
     const QString settings = with.settingsOf(port);
-    if (identified == 0 && closed == ct_code::Success && !settings.isEmpty()) {
+    if (identified == 0 && closed == ctapi::code::Success && !settings.isEmpty()) {
       with.info.SerialSettings = settings;
     }
   }
   with.port.PortText = AvailableTried;
 }
 
-void CheckWithoutLineSignal(Port port, std::int16_t code, const PortCheckTarget& with) {
+void CheckWithoutLineSignal(Port port, CtCode code, const PortCheckTarget& with) {
   PortEntry& entry = with.port;
   switch (code) {
-    case ct_code::Success:
+    case ctapi::code::Success:
       entry.ScanResult = scan_result::NoLineSignal;
       (void)IdentifyTerminal(with.link, port.Number(), with.info, entry);
       if (!with.info.UsbVirtualCom) {
@@ -97,13 +97,13 @@ void CheckWithoutLineSignal(Port port, std::int16_t code, const PortCheckTarget&
       }
       with.link.CtClose();
       break;
-    case ct_code::HostError:
+    case ctapi::code::HostError:
       entry.ScanResult = code;
       entry.PortText = u"Wird vom System benutzt!";
       entry.AvailText = u"";
       entry.PortPresent = true;
       break;
-    case ct_code::TransmissionError:
+    case ctapi::code::TransmissionError:
       entry.PortText = AvailableTried;
       with.info.ModelName = u"Modell nicht bekannt!";
       break;
@@ -122,7 +122,7 @@ void CheckComPort(Port port, const PortCheckTarget& with) {
   with.port.LineState = lineState;
   if (test != SerialTest::Opened) return MarkUnusable(test, with.port);
 
-  const std::int16_t code = ProbeAndOpen(port, with);
+  const CtCode code = ProbeAndOpen(port, with);
   if (lineState) {
     CheckWithLineSignal(port, code, with);
   } else {

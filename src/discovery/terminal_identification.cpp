@@ -3,7 +3,6 @@
 #include <QString>
 
 #include "terminal/command_catalogue.h"
-#include "terminal/status_word.h"
 #include "text/code_page.h"
 #include "text/hex_text.h"
 
@@ -49,10 +48,10 @@ QString HandheldVersion(QStringView data) {
 void ProbeUsbVirtualCom(CtSession& link, TerminalInfo& info) {
   info.UsbVirtualCom = false;
   const CtAnswer answer = link.CtExchange(UsbVirtualComQuery, Unit::Terminal);
-  info.UsbVirtualCom = answer.Succeeded() && answer.Is(status_word::Ok) &&
-                       answer.response.size() > 17 && hex::Mid(answer.response, 1, 2) == u"12" &&
-                       hex::Mid(answer.response, 3, 2) == u"01" &&
-                       hex::Mid(answer.response, 21, 2) == u"02";
+  const QString response = answer.HexText();
+  info.UsbVirtualCom = answer.Is(sw::Ok) && response.size() > 17 &&
+                       hex::Mid(response, 1, 2) == u"12" && hex::Mid(response, 3, 2) == u"01" &&
+                       hex::Mid(response, 21, 2) == u"02";
 }
 
 void WritePortText(int pn, bool usbVirtualCom, PortEntry& port) {
@@ -64,8 +63,8 @@ void WritePortText(int pn, bool usbVirtualCom, PortEntry& port) {
 void TestDeltaReset(CtSession& link, QStringView productCode, TerminalInfo& info) {
   const CtAnswer answer = link.CtExchange(CommandCatalogue::ResetCt, Unit::Terminal);
   if (!answer.Succeeded()) return;
-  info.Reset9501 = answer.Is(status_word::MobileExtended);
-  info.Reset95 = info.Reset9501 || answer.Is(status_word::MobileTerminal);
+  info.Reset9501 = answer.Is(sw::MobileExtended);
+  info.Reset95 = info.Reset9501 || answer.Is(sw::MobileTerminal);
   if (info.Reset9501) {
     info.ModelName = productCode == product_code::SerieDeltaMobil ? u"Norva Delta-3 mobil"
                                                                   : u"Norva Delta-2 mobil";
@@ -108,7 +107,7 @@ void IdentifyByReset(CtSession& link, int pn, TerminalInfo& info, PortEntry& por
     info.Answered = false;
     return;
   }
-  if (!answer.Is(status_word::MobileTerminal)) {
+  if (!answer.Is(sw::MobileTerminal)) {
     info.ModelName = u"Modell Vedra A/B/C/D/E/F";
     return;
   }
@@ -143,16 +142,16 @@ std::int16_t IdentifyTerminal(CtSession& link, int pn, TerminalInfo& info, PortE
   info.Answered = answer.Succeeded();
   if (!answer.Succeeded()) return answer.code;
 
-  if (answer.Is(status_word::Ok)) return IdentifyByProductCode(link, pn, info, port);
-  if (answer.Is(status_word::NotAllowed)) {
+  if (answer.Is(sw::Ok)) return IdentifyByProductCode(link, pn, info, port);
+  if (answer.Is(sw::NotAllowed)) {
     info.ModelName = u"Modell Vedra G im Vedra A-kompatibel Mode";
     return 0;
   }
-  if (answer.Is(status_word::UnknownInstruction)) {
+  if (answer.Is(sw::UnknownInstruction)) {
     IdentifyByReset(link, pn, info, port);
     return 0;
   }
-  if (answer.Is(status_word::NoDiagnosis)) return IdentifyEarlyCtBcs(link, info);
+  if (answer.Is(sw::NoDiagnosis)) return IdentifyEarlyCtBcs(link, info);
 
   info.ModelName = u"Modell nicht bekannt!";
   info.Answered = false;
@@ -163,7 +162,7 @@ std::int16_t ReadManufacturerData(CtSession& link, TerminalInfo& info) {
   const CtAnswer answer = link.CtExchange(CommandCatalogue::GetStatusManufacturer, Unit::Terminal);
   if (!answer.Succeeded()) return answer.code;
 
-  const QStringView data = answer.Data();
+  const QString data = answer.HexData();
   const bool whole = hex::From(data, 5).size() >= 2 * ManufacturerLength;
   if (hex::Mid(data, 1, 2) != ManufacturerTag || hex::ByteAt(data, 3) < ManufacturerLength ||
       !whole) {

@@ -5,7 +5,7 @@
 #include "egk/vsd_container.h"
 #include "terminal/binary_read.h"
 #include "terminal/command_catalogue.h"
-#include "terminal/status_word.h"
+#include "text/bytes.h"
 #include "text/hex_text.h"
 #include "text/lines.h"
 
@@ -82,7 +82,7 @@ bool CardRead::ResetCard() {
     return false;
   }
   // A memory card answers "9000".
-  if (!answer.Is(status_word::OkProcessorCard)) {
+  if (!answer.Is(sw::OkProcessorCard)) {
     Tell(QStringLiteral("Reset Chipkarte war nicht erfolgreich!"));
     return false;
   }
@@ -94,14 +94,14 @@ void CardRead::ReadSerialNumber() {
   const CtAnswer answer = with_.link.CtExchange(CommandCatalogue::ReadBinarySfi2, Unit::Card);
   if (!answer.Succeeded()) return;
   with_.egk.iccsn.clear();
-  if (!answer.Is(status_word::Ok)) return;
-  const int length = hex::ByteAt(answer.Data(), 3);
-  with_.egk.iccsn = hex::Mid(answer.Data(), 5, 2 * length).toString();
+  if (!answer.Is(sw::Ok)) return;
+  const QByteArrayView data = answer.Data();
+  with_.egk.iccsn = hex::Encode(bytes::Mid(data, 2, bytes::ByteAt(data, 1)));
 }
 
 bool CardRead::Select(QStringView command, QStringView failed, QStringView refused) {
   const CtAnswer answer = with_.link.CtExchange(command, Unit::Card);
-  if (answer.Is(status_word::Ok)) return true;
+  if (answer.Is(sw::Ok)) return true;
   Tell((answer.Succeeded() ? refused : failed).toString());
   return false;
 }
@@ -198,7 +198,7 @@ void CardRead::ReadProtectedFile() {
     return;
   }
   const BinaryRead header = CtExchangeFile(with_.link, 0, 2);
-  if (header.result == BinaryRead::AccessDenied) {
+  if (header.result == BinaryRead::Result::AccessDenied) {
     return Tell(Lines({NoAccessRights, NoUnlocking}));
   }
   if (!header.Succeeded() || header.bytes.size() < 2) {
@@ -216,7 +216,7 @@ void CardRead::ReadProtectedFile() {
 bool CardRead::ReadStatus() {
   with_.egk.statusText.clear();
   const CtAnswer hca = with_.link.CtExchange(CommandCatalogue::SelectDfHca, Unit::Card);
-  if (hca.Is(status_word::NotAllowed)) {
+  if (hca.Is(sw::NotAllowed)) {
     const bool stationaryHandheld =
         gvdSelectNotAllowed_ && with_.info.ManufacturerId == MakerNorvaHandheld;
     Tell(stationaryHandheld
@@ -224,9 +224,9 @@ bool CardRead::ReadStatus() {
              : QStringLiteral("Fehler 0x6900 aufgetreten!"));
     return false;
   }
-  if (!hca.Is(status_word::Ok)) return true;
+  if (!hca.Is(sw::Ok)) return true;
   const CtAnswer file = with_.link.CtExchange(CommandCatalogue::SelectEfStatusVd, Unit::Card);
-  if (!file.Is(status_word::Ok)) return true;
+  if (!file.Is(sw::Ok)) return true;
   const BinaryRead status = CtExchangeFile(with_.link, 0, StatusLength);
   if (status.Succeeded() && status.bytes.size() == StatusLength) {
     with_.egk.statusText = hex::Encode(status.bytes);

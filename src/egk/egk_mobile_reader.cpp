@@ -7,7 +7,6 @@
 #include "egk/vsd_container.h"
 #include "terminal/binary_read.h"
 #include "terminal/command_catalogue.h"
-#include "terminal/status_word.h"
 #include "text/hex_text.h"
 #include "text/lines.h"
 
@@ -19,7 +18,7 @@ constexpr std::int16_t Stopped = -1;
 
 // A stored file: P1 P2 with its short file identifier, and the size of its buffer in bytes.
 struct StoredFile {
-  quint16 p1p2;
+  std::uint16_t p1p2;
   int bufferSize;
 };
 
@@ -111,9 +110,9 @@ bool RecordRead::ReadStatus() {
     Note(u"Read EF Status VD  war nicht erfolgreich!");
     return true;
   }
-  if (read.statusWord == status_word::ReadFailed || read.statusWord == status_word::FileNotFound) {
+  if (read.statusWord == sw::ReadFailed || read.statusWord == sw::NotFound) {
     TellEgk(with_, QStringLiteral("Ist die HBA/SMC-B Karte im Terminal freigeschaltet?"));
-  } else if (read.statusWord == status_word::NotAllowed) {
+  } else if (read.statusWord == sw::NotAllowed) {
     TellEgk(with_,
             QStringLiteral("Ist die HBA/SMC-B Karte im Terminal gesteckt und freigeschaltet?"));
   } else {
@@ -147,7 +146,7 @@ void RecordRead::ReadVd() {
 void RecordRead::ReadGvd() {
   const BinaryRead read = Read(EfGvd);
   if (read.bytes.isEmpty()) {
-    return Note(read.statusWord == status_word::FileNotFound
+    return Note(read.statusWord == sw::NotFound
                     ? NoGvdStored
                     : QStringView(u"Read EF GVD war nicht erfolgreich!"));
   }
@@ -159,7 +158,7 @@ void RecordRead::ReadGvd() {
 void RecordRead::EraseRecord() {
   const CtAnswer answer = with_.link.CtExchange(CommandCatalogue::EraseBinary, Unit::Card);
   if (!answer.Succeeded()) return Note(u"Kommando ERASE BINARY war nicht erfolgreich!");
-  if (!answer.Is(status_word::Ok)) return Note(u"ERASE BINARY war nicht erfolgreich!");
+  if (!answer.Is(sw::Ok)) return Note(u"ERASE BINARY war nicht erfolgreich!");
   (void)with_.link.CtExchange(CommandCatalogue::EjectIcc1, Unit::Terminal);
 }
 

@@ -2,7 +2,6 @@
 
 #include "egk/vsd_decoder.h"
 #include "terminal/command_catalogue.h"
-#include "terminal/status_word.h"
 #include "text/lines.h"
 
 namespace kartocheck {
@@ -44,14 +43,14 @@ HcaSelection SelectHca(const EgkTarget& target, const QString& failedText) {
     TellEgk(target, failedText);
     return HcaSelection::Failed;
   }
-  if (answer.Is(status_word::Ok)) return HcaSelection::Selected;
-  if (answer.Is(status_word::FileNotFound)) {
+  if (answer.Is(sw::Ok)) return HcaSelection::Selected;
+  if (answer.Is(sw::NotFound)) {
     TellEgk(target, Lines({u"Keine Gesundheitsanwendung ", u"DF.HCA (Health Care Application) ",
                            u"auf der Karte gefunden!", u"", u""}));
     return HcaSelection::NotOnCard;
   }
-  if (answer.Is(status_word::NotAllowed)) return HcaSelection::NotAllowed;
-  TellEgk(target, answer.Is(status_word::Deactivated)
+  if (answer.Is(sw::NotAllowed)) return HcaSelection::NotAllowed;
+  TellEgk(target, answer.Is(sw::Deactivated)
                       ? Lines({u"Das DF.HCA (Health Care Application) ist deaktiviert!", u""})
                       : Lines({u"Select DF HCA war nicht erfolgreich!", u""}));
   return HcaSelection::Refused;

@@ -1,17 +1,18 @@
 #pragma once
 
-#include <QByteArray>
+#include <QByteArrayView>
 
-#include "text/hex_text.h"
+#include "text/bytes.h"
 
 namespace kartocheck {
 
-// The big-endian number of two bytes at a 0-based index of a file; missing bytes count as 0.
-[[nodiscard]] inline int NumberAt(const QByteArray& file, qsizetype index) {
-  return static_cast<int>(hex::NumberAt(hex::Encode(file.mid(index, 2)), 1, 2));
+// The big-endian length or offset of two bytes, 0 to 65,535, at a 0-based index of a file; missing
+// bytes count as 0.
+[[nodiscard]] inline int NumberAt(QByteArrayView file, qsizetype index) {
+  return static_cast<int>(bytes::NumberAt(file, index, 2));
 }
 
-// Where a block lies in the container EF.VD. The end offset belongs to the block.
+// Where a block lies in the container EF.VD: 0-based indexes of its first and its last byte.
 struct BlockOffsets {
   int start = 0;  // unsigned, 16 bits
   int end = 0;
@@ -22,7 +23,7 @@ struct BlockOffsets {
 };
 
 // The offsets that stand at a 0-based index of EF.VD: the VD's at 0, the GVD's at 4.
-[[nodiscard]] inline BlockOffsets OffsetsAt(const QByteArray& file, qsizetype index) {
+[[nodiscard]] inline BlockOffsets OffsetsAt(QByteArrayView file, qsizetype index) {
   return {NumberAt(file, index), NumberAt(file, index + 2)};
 }
 

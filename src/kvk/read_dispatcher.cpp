@@ -5,7 +5,6 @@
 #include "kvk/kvk_reader.h"
 #include "terminal/command_catalogue.h"
 #include "terminal/reset_and_close.h"
-#include "terminal/status_word.h"
 #include "text/lines.h"
 
 namespace kartocheck {
@@ -35,9 +34,9 @@ bool AgreesToErase(const ReadTarget& with, const QString& warning) {
                            .consequence = Consequence::ErasesRecord}) == Answer::Yes;
 }
 
-std::int16_t ReportFailedOpen(const ReadTarget& with, std::int16_t code) {
+std::int16_t ReportFailedOpen(const ReadTarget& with, CtCode code) {
   Tell(with, Icon::Critical,
-       code == ct_code::TransmissionError
+       code == ctapi::code::TransmissionError
            ? Lines({ReadImpossible,
                     u" Haben Sie als Ausgabemedium LCD-Anzeige/Drucker eingestellt ?! "})
            : Lines({ReadImpossible, u" Kommunikationsfehler ! "}));
@@ -80,13 +79,12 @@ std::int16_t ReportRequestNotAllowed(const ReadTarget& with) {
 // "6A82" to the current identifier of the KVK application: a card with the older one?
 std::int16_t TryOldIdentifier(const ReadTarget& with) {
   const CtAnswer answer = with.link.CtExchange(CommandCatalogue::SelectKvkOld, Unit::Card);
-  return AskToRetry(
-      with,
-      answer.Is(status_word::Ok)
-          ? Lines({u" Krankenversichertenkarte mit altem AID! ", u" Kein Vedra Gerät! ",
-                   AskForAnotherTry})
-          : Lines({u" Karte hat kein Krankenversichertenkarten AID! ", AskForAnotherTry}),
-      Icon::Critical);
+  return AskToRetry(with,
+                    answer.Is(sw::Ok) ? Lines({u" Krankenversichertenkarte mit altem AID! ",
+                                               u" Kein Vedra Gerät! ", AskForAnotherTry})
+                                      : Lines({u" Karte hat kein Krankenversichertenkarten AID! ",
+                                               AskForAnotherTry}),
+                    Icon::Critical);
 }
 
 std::int16_t ReportSelectNotAllowed(const ReadTarget& with) {
@@ -117,12 +115,12 @@ bool AgreesToReadStoredEgk(const ReadTarget& with) {
 
 std::int16_t ReportRefusedRead(const ReadTarget& with, const CtAnswer& answer) {
   if (!with.info.IsMobile() || !with.info.Reset9501) return Failed;
-  if (answer.Is(status_word::ReadFailed)) {
+  if (answer.Is(sw::ReadFailed)) {
     Tell(with, Icon::Information,
          Lines({u"Das Kommando Read KVK war nicht erfolgreich!", u"",
                 u"Ist die HBA/SMC-B Karte im Terminal freigeschaltet?",
                 u"Wird der Idle-Screen oder ein Datensatz angezeigt?"}));
-  } else if (answer.Is(status_word::NotAllowed)) {
+  } else if (answer.Is(sw::NotAllowed)) {
     Tell(with, Icon::Information,
          Lines({u"Das Kommando Read KVK war nicht erfolgreich!", u"",
                 u"Ist die HBA/SMC-B Karte im Terminal gesteckt und freigeschaltet?"}));
@@ -133,7 +131,7 @@ std::int16_t ReportRefusedRead(const ReadTarget& with, const CtAnswer& answer) {
 std::int16_t HandleDefectiveData(const ReadTarget& with) {
   ClearSlot(with.info, with.insured, with.egk);
   const CtAnswer answer = with.link.CtExchange(CommandCatalogue::ResetCt, Unit::Terminal);
-  if (answer.Is(status_word::MobileTerminal)) {
+  if (answer.Is(sw::MobileTerminal)) {
     with.info.ModelName = u"Modell Vedra F/Serie Delta/Sigma";
   }
   return Failed;
@@ -141,12 +139,12 @@ std::int16_t HandleDefectiveData(const ReadTarget& with) {
 
 std::int16_t EraseRecord(const ReadTarget& with) {
   const CtAnswer answer = with.link.CtExchange(CommandCatalogue::EraseBinary, Unit::Card);
-  if (answer.Is(status_word::Ok)) {
+  if (answer.Is(sw::Ok)) {
     (void)with.link.CtExchange(CommandCatalogue::EjectIcc1Ack, Unit::Terminal);
     return 0;
   }
   // A terminal that does not know the command keeps no record that could be erased.
-  if (answer.Is(status_word::UnknownInstruction)) return 0;
+  if (answer.Is(sw::UnknownInstruction)) return 0;
   ClearSlot(with.info, with.insured, with.egk);
   Tell(with, Icon::Critical,
        Lines({u" ERASE BINARY Error! ", u" Datensatz konnte nicht gelöscht werden! "}));
@@ -158,10 +156,10 @@ std::int16_t ReadKvkRecord(const ReadTarget& with) {
 
   const CtAnswer answer = with.link.CtExchange(CommandCatalogue::ReadBinary, Unit::Card);
   if (!answer.Succeeded()) return Failed;
-  if (!answer.Is(status_word::Ok) && !answer.Is(status_word::EndOfFile)) {
+  if (!answer.Is(sw::Ok) && !answer.Is(sw::EndOfFile)) {
     return ReportRefusedRead(with, answer);
   }
-  if (ReadKvk(answer.Data(), {with.info, with.insured, with.pn, with.dialogs}) != 0) {
+  if (ReadKvk(answer.HexData(), {with.info, with.insured, with.pn, with.dialogs}) != 0) {
     return HandleDefectiveData(with);
   }
   return with.info.IsMobile() ? EraseRecord(with) : std::int16_t{0};
@@ -172,15 +170,15 @@ std::int16_t ReadMemoryCard(const ReadTarget& with) {
     (void)with.link.CtExchange(CommandCatalogue::ResetIcc1, Unit::Terminal);
   }
   const CtAnswer answer = with.link.CtExchange(CommandCatalogue::SelectKvk, Unit::Card);
-  if (answer.code == ct_code::TransmissionError) return ReportOutputMedium(with);
+  if (answer.code == ctapi::code::TransmissionError) return ReportOutputMedium(with);
   if (!answer.Succeeded()) {
     Tell(with, Icon::Critical, QStringLiteral(" Chipkartenterminal RETURN Fehler! "));
     return Failed;
   }
-  if (answer.Is(status_word::Ok)) return ReadKvkRecord(with);
-  if (answer.Is(status_word::ConditionsOfUse)) return ReportOutputMedium(with);
-  if (answer.Is(status_word::FileNotFound)) return TryOldIdentifier(with);
-  if (answer.Is(status_word::NotAllowed)) return ReportSelectNotAllowed(with);
+  if (answer.Is(sw::Ok)) return ReadKvkRecord(with);
+  if (answer.Is(sw::ConditionsOfUse)) return ReportOutputMedium(with);
+  if (answer.Is(sw::NotFound)) return TryOldIdentifier(with);
+  if (answer.Is(sw::NotAllowed)) return ReportSelectNotAllowed(with);
   return Failed;
 }
 
@@ -193,18 +191,18 @@ std::int16_t ReadProcessorCard(const ReadTarget& with) {
 
 std::int16_t ReadOverOpenLink(const ReadTarget& with, bool& egk) {
   const CtAnswer reset = with.link.CtExchange(CommandCatalogue::ResetCt, Unit::Terminal);
-  if (reset.Is(status_word::MobileTerminal)) with.info.Reset95 = true;
+  if (reset.Is(sw::MobileTerminal)) with.info.Reset95 = true;
 
   const CtAnswer card = with.link.CtExchange(CommandCatalogue::RequestIcc1, Unit::Terminal);
-  if (card.Is(status_word::Ok) || card.Is(status_word::CardAlreadyPresent)) {
+  if (card.Is(sw::Ok) || card.Is(sw::CardAlreadyPresent)) {
     return ReadMemoryCard(with);
   }
-  if (card.Is(status_word::OkProcessorCard)) {
+  if (card.Is(sw::OkProcessorCard)) {
     egk = true;
     return ReadProcessorCard(with);
   }
-  if (card.Is(status_word::NoCard)) return ReportNothingFound(with);
-  if (card.Is(status_word::NotAllowed)) return ReportRequestNotAllowed(with);
+  if (card.Is(sw::NoCard)) return ReportNothingFound(with);
+  if (card.Is(sw::NotAllowed)) return ReportRequestNotAllowed(with);
   return ReportNoCard(with);
 }
 
@@ -212,7 +210,7 @@ std::int16_t ReadOverOpenLink(const ReadTarget& with, bool& egk) {
 
 std::int16_t ReadCardData(const ReadTarget& target) {
   ClearSlot(target.info, target.insured, target.egk);
-  if (const std::int16_t code = target.link.CtOpen(target.pn); code != ct_code::Success) {
+  if (const CtCode code = target.link.CtOpen(target.pn); code != ctapi::code::Success) {
     return ReportFailedOpen(target, code);
   }
   bool egk = false;

@@ -12,34 +12,50 @@ namespace {
 
 // The program uses one terminal number for every link.
 constexpr std::uint16_t Ctn = 1;
-// Source address of a command: the host.
-constexpr std::uint8_t HostSad = 2;
-constexpr std::uint8_t TerminalSad = 1;
-// Characters of the status word at the end of a response.
-constexpr qsizetype StatusWordLength = 4;
 
 struct CallFailure : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// Any address but the terminal's counts as the card's.
 Lamp LampOf(std::uint8_t address) {
-  return address == TerminalSad ? Lamp::Terminal : Lamp::Card;
+  return address == ctapi::AddressOf(Unit::Terminal) ? Lamp::Terminal : Lamp::Card;
 }
 
 QByteArray CommandBytes(QStringView command) {
   const auto bytes = hex::Decode(command);
-  if (!bytes || bytes->size() > UINT16_MAX) throw CallFailure("not a command text");
+  if (!bytes) throw CallFailure("not a command text");
   return *bytes;
+}
+
+ctapi::ByteView ViewOf(const QByteArray& bytes) {
+  return {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+          static_cast<std::size_t>(bytes.size())};
+}
+
+QByteArray Copy(ctapi::ByteView bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), static_cast<qsizetype>(bytes.size())};
 }
 
 }  // namespace
 
-QStringView CtAnswer::StatusWord() const {
-  return hex::Right(response, StatusWordLength);
+std::optional<ctapi::StatusWord> CtAnswer::StatusWord() const {
+  const qsizetype position = response.size() - static_cast<qsizetype>(sw::Length);
+  if (position < 0) return std::nullopt;
+  return ctapi::StatusWord(static_cast<std::uint8_t>(response[position]),
+                           static_cast<std::uint8_t>(response[position + 1]));
 }
 
-QStringView CtAnswer::Data() const {
-  return QStringView(response).chopped(StatusWord().size());
+QByteArrayView CtAnswer::Data() const {
+  return QByteArrayView(response).chopped(StatusWord() ? qsizetype{sw::Length} : 0);
+}
+
+QString CtAnswer::HexData() const {
+  return hex::Encode(Data());
+}
+
+QString CtAnswer::HexText() const {
+  return hex::Encode(response);
 }
 
 CtSession::CtSession(Surroundings surroundings) : with_(std::move(surroundings)) {}
@@ -67,69 +83,71 @@ void CtSession::SetLamps(LampState state) {
   with_.lamps[Lamp::Terminal].Set(state);
 }
 
-std::int16_t CtSession::CtOpen(int pn) {
-  return Guarded([&]() -> std::int16_t {
+CtCode CtSession::CtOpen(int pn) {
+  return Guarded([&]() -> CtCode {
     FixedText<8>& baudText = with_.ports[Port(pn).Slot()].BaudText;
     with_.eventLoop.Yield();
     baudText = u"";
     pn_ = pn;
-    const std::int16_t code = with_.api.Init(Ctn, static_cast<std::uint16_t>(pn));
-    if (code == ct_code::Success) {
+    const CtCode code = with_.api.Init(Ctn, static_cast<std::uint16_t>(pn));
+    if (code == ctapi::code::Success) {
       open_ = true;
       SetLamps(LampState::Answered);
       std::int32_t baud = -1;
-      if (with_.api.GetBaudrate(Ctn, baud) == ct_code::Success) baudText = QString::number(baud);
+      if (with_.api.GetBaudrate(Ctn, baud) == ctapi::code::Success)
+        baudText = QString::number(baud);
     }
     return code;
   });
 }
 
-std::int16_t CtSession::CtClose() {
-  return Guarded([&]() -> std::int16_t {
-    const std::int16_t code = with_.api.Close(Ctn);
+CtCode CtSession::CtClose() {
+  return Guarded([&]() -> CtCode {
+    const CtCode code = with_.api.Close(Ctn);
     open_ = false;
     SetLamps(LampState::Off);
     return code;
   });
 }
 
-std::int16_t CtSession::CtTryPort(int pn) {
-  return Guarded([&]() -> std::int16_t {
+CtCode CtSession::CtTryPort(int pn) {
+  return Guarded([&]() -> CtCode {
     with_.eventLoop.Yield();
-    const std::int16_t code = with_.api.Init(Ctn, static_cast<std::uint16_t>(pn));
+    const CtCode code = with_.api.Init(Ctn, static_cast<std::uint16_t>(pn));
     with_.eventLoop.Yield();
     (void)with_.api.Close(Ctn);
     return code;
   });
 }
 
-CtAnswer CtSession::CtExchange(QStringView command, Unit dad) {
-  return Guarded([&]() -> CtAnswer {
-    auto sad = HostSad;
-    auto address = static_cast<std::uint8_t>(dad);
-    const QByteArray bytes = CommandBytes(command);
-    std::uint16_t length = ResponseSize;
-    // A library that tells of more than it wrote gets none of an earlier response.
-    buffer_.Clear();
+CtAnswer CtSession::CtExchange(QStringView command, Unit unit) {
+  return Guarded([&] { return Exchange(ViewOf(CommandBytes(command)), unit); });
+}
 
-    with_.lamps[LampOf(address)].Set(LampState::Waiting);
-    with_.eventLoop.Yield();
-    CtAnswer answer;
-    answer.code = with_.api.Data(Ctn, address, sad,
-                                 {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
-                                  static_cast<std::size_t>(bytes.size())},
-                                 buffer_.Bytes(), length);
-    // With a failure code the length may tell what size would have been needed.
-    const bool overlong = answer.Succeeded() && length > ResponseSize;
-    if (overlong || !buffer_.IsIntact()) throw CallFailure("response exceeds its buffer");
-    with_.lamps[LampOf(sad)].Set(LampState::Answered);
+CtAnswer CtSession::CtExchange(ctapi::ByteView command, Unit unit) {
+  return Guarded([&] { return Exchange(command, unit); });
+}
 
-    if (answer.code == ct_code::Success && length < 2) answer.code = ct_code::MemoryError;
-    if (answer.code == ct_code::Success) {
-      answer.response = hex::Encode(QByteArrayView(buffer_.Bytes().first(length)));
-    }
-    return answer;
-  });
+CtAnswer CtSession::Exchange(ctapi::ByteView command, Unit unit) {
+  if (command.size() > UINT16_MAX) throw CallFailure("a command longer than its length can tell");
+  std::uint8_t dad = ctapi::AddressOf(unit);
+  std::uint8_t sad = ctapi::HostAddress;
+  std::uint16_t length = ResponseSize;
+  // A library that tells of more than it wrote gets none of an earlier response.
+  buffer_.Clear();
+
+  with_.lamps[LampOf(dad)].Set(LampState::Waiting);
+  with_.eventLoop.Yield();
+  CtAnswer answer;
+  answer.code = with_.api.Data(Ctn, dad, sad, command, buffer_.Bytes(), length);
+  // With a failure code the length may tell what size would have been needed.
+  const bool overlong = answer.Succeeded() && length > ResponseSize;
+  if (overlong || !buffer_.IsIntact()) throw CallFailure("response exceeds its buffer");
+  with_.lamps[LampOf(sad)].Set(LampState::Answered);
+
+  if (answer.Succeeded() && length < sw::Length) answer.code = ctapi::code::BufferTooSmall;
+  if (answer.Succeeded()) answer.response = Copy(buffer_.Bytes().first(length));
+  return answer;
 }
 
 }  // namespace kartocheck

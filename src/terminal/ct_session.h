@@ -1,48 +1,51 @@
 #pragma once
 
+#include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 #include <QStringView>
 
 #include <cstdint>
+#include <optional>
 
 #include "platform/ct_api.h"
 #include "platform/dialogs.h"
 #include "platform/event_loop.h"
 #include "platform/lamps.h"
 #include "platform/terminate.h"
+#include "protocol/bytes.h"
+#include "protocol/return_code.h"
+#include "protocol/status_word.h"
+#include "protocol/unit.h"
 #include "terminal/guarded_buffer.h"
 #include "terminal/port_entry.h"
 #include "terminal/slot.h"
 
 namespace kartocheck {
 
-// CT-API return codes. A library may return others; callers test for Success and, where it has a
-// meaning of its own, for TransmissionError.
-namespace ct_code {
-inline constexpr std::int16_t Success = 0;
-inline constexpr std::int16_t InvalidParameter = -1;
-inline constexpr std::int16_t TerminalError = -8;
-inline constexpr std::int16_t TransmissionError = -10;
-inline constexpr std::int16_t MemoryError = -11;  // also: an answer without a status word
-inline constexpr std::int16_t HostError = -127;
-inline constexpr std::int16_t HtsiError = -128;
-}  // namespace ct_code
+using ctapi::Unit;
+namespace sw = ctapi::sw;
 
-// The addressed unit (dad): the terminal (CT-BCS, class 20) or the card in slot 1 (class 00).
-enum class Unit : std::uint8_t { Card = 0, Terminal = 1 };
+// A CT-API code (ctapi::code), -128 to 127, widened. A library may return others than those with a
+// name; callers test for Success and, where it has a meaning of its own, for TransmissionError.
+using CtCode = std::int16_t;
 
-// What an exchange brought: the CT-API code, and on success the response as hexadecimal text of at
-// least one status word. The response is empty when the code is not 0.
+// What an exchange brought: the code, and on Success the response, status word included, of 2 to
+// CtSession::ResponseSize bytes. Without Success there is no response.
 struct CtAnswer {
-  std::int16_t code = ct_code::Success;
-  QString response;
+  CtCode code = ctapi::code::Success;
+  QByteArray response;
 
-  [[nodiscard]] bool Succeeded() const { return code == ct_code::Success; }
-  // The last four characters.
-  [[nodiscard]] QStringView StatusWord() const;
-  // Everything before the status word.
-  [[nodiscard]] QStringView Data() const;
-  [[nodiscard]] bool Is(QStringView statusWord) const { return StatusWord() == statusWord; }
+  [[nodiscard]] bool Succeeded() const { return code == ctapi::code::Success; }
+  // The last two bytes; nothing where the exchange failed.
+  [[nodiscard]] std::optional<ctapi::StatusWord> StatusWord() const;
+  [[nodiscard]] bool Is(ctapi::StatusWord statusWord) const { return StatusWord() == statusWord; }
+  // Everything before the status word. A view of the answer, which has to outlive it.
+  [[nodiscard]] QByteArrayView Data() const;
+
+  // The same as hexadecimal text, for parsers that work on it: the data, and the whole response.
+  [[nodiscard]] QString HexData() const;
+  [[nodiscard]] QString HexText() const;
 };
 
 // The one CT-API link of the program. Every call to the library passes through here: it drives the
@@ -67,17 +70,20 @@ class CtSession {
 
   // Opens the link on the port, 1 to 256 or 8192 to 8447, and writes the baud-rate text of the
   // port's slot. Returns the library's code.
-  [[nodiscard]] std::int16_t CtOpen(int pn);
+  [[nodiscard]] CtCode CtOpen(int pn);
 
   // Returns the library's code; the link counts as closed whatever it is.
-  std::int16_t CtClose();
+  CtCode CtClose();
 
   // A bare open and close of a port, without lamps and baud rate. Returns the code of the open. Not
   // to be called while the link is open.
-  [[nodiscard]] std::int16_t CtTryPort(int pn);
+  [[nodiscard]] CtCode CtTryPort(int pn);
 
-  // Sends a command of hexadecimal text. An answer of fewer than two bytes is code -11.
-  [[nodiscard]] CtAnswer CtExchange(QStringView command, Unit dad);
+  // Sends a command, hexadecimal text of up to 65,535 bytes, to the unit. An answer of fewer than
+  // two bytes, which is none, is code BufferTooSmall (-11).
+  [[nodiscard]] CtAnswer CtExchange(QStringView command, Unit unit);
+  // The same for a command that was built as bytes.
+  [[nodiscard]] CtAnswer CtExchange(ctapi::ByteView command, Unit unit);
 
   // True from a successful CtOpen to the next CtClose.
   [[nodiscard]] bool IsOpen() const { return open_; }
@@ -86,6 +92,7 @@ class CtSession {
   [[nodiscard]] int Pn() const { return pn_; }
 
  private:
+  [[nodiscard]] CtAnswer Exchange(ctapi::ByteView command, Unit unit);
   template <typename Call>
   auto Guarded(Call call) -> decltype(call());
   void Fail(QStringView message);

@@ -14,7 +14,7 @@ void IdentifyOnce(fuzz::ByteSource& source) {
   TerminalInfo info;
   PortEntry port;
   try {
-    fuzz::Require(link.session.CtOpen(pn) == ct_code::Success, "the port opens");
+    fuzz::Require(link.session.CtOpen(pn) == ctapi::code::Success, "the port opens");
     (void)IdentifyTerminal(link.session, pn, info, port);
     link.session.CtClose();
   } catch (const fuzz::Terminated&) {

@@ -224,7 +224,7 @@ TEST(CtApiLibraryTest, ASessionSpeaksThroughTheRealInterface) {
   EXPECT_EQ(link.ports[5].BaudText, u"19201   ");
   const CtAnswer answer = link.session.CtExchange(u"00B0000000", Unit::Card);
   // ctn 1, dad 0 (the card), sad 2 (the host), a buffer of 4,098 bytes.
-  EXPECT_EQ(answer.response,
+  EXPECT_EQ(answer.HexText(),
             u"0001000000021002"
             u"00B0000000"
             u"9000");

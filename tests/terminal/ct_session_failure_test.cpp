@@ -131,6 +131,15 @@ INSTANTIATE_TEST_SUITE_P(CtSession, BadCommandTest,
                          testing::Values(u"20110000G0", u"2011 00000", u"20.1", u"20110000000",
                                          u"ü011"));
 
+TEST(CommandLengthTest, ALengthThatTheLibraryCannotBeToldIsNone) {
+  FakeApi api;
+  Link link(api);
+  const std::vector<std::uint8_t> command(65'536);
+  EXPECT_THROW((void)link.session.CtExchange(command, Unit::Terminal), Terminated);
+  ExpectFatalBox(link, LibraryFault);
+  EXPECT_TRUE(link.display.lamps.empty());
+}
+
 struct BufferRow {
   const char* sentence;
   int reported;

@@ -1,7 +1,9 @@
 #include "terminal/ct_session.h"
 
+#include <array>
 #include <gtest/gtest.h>
 #include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -149,9 +151,32 @@ TEST(CtExchangeTest, SendsTheBytesOfTheCommandText) {
   const CtAnswer answer = link.session.CtExchange(u"2013004600", Unit::Terminal);
   EXPECT_EQ(answer.code, 0);
   EXPECT_TRUE(answer.Succeeded());
-  EXPECT_EQ(answer.response, u"46009000");
-  EXPECT_EQ(answer.StatusWord(), u"9000");
-  EXPECT_EQ(answer.Data(), u"4600");
+  EXPECT_EQ(answer.response, QByteArray::fromHex("46009000"));
+  EXPECT_EQ(answer.StatusWord(), sw::Ok);
+  EXPECT_EQ(answer.Data().toByteArray(), QByteArray::fromHex("4600"));
+  EXPECT_EQ(answer.HexText(), u"46009000");
+  EXPECT_EQ(answer.HexData(), u"4600");
+}
+
+TEST(CtExchangeTest, ACommandOfBytesIsSentAsItIs) {
+  Dialogue dialogue("> 00 B0 0A FF 00\n< 01 62 82");
+  Link link(dialogue);
+  constexpr std::array<std::uint8_t, 5> Command{0x00, 0xB0, 0x0A, 0xFF, 0x00};
+  const CtAnswer answer = link.session.CtExchange(Command, Unit::Card);
+  EXPECT_TRUE(answer.Is(sw::EndOfFile));
+  EXPECT_EQ(answer.HexData(), u"01");
+}
+
+// Bit 8 of a byte is no sign: every word comes back as it was sent.
+TEST(CtExchangeTest, EveryStatusWordIsTheLastTwoBytes) {
+  for (int value = 0; value <= 0xFFFF; value += 0x3F) {
+    CtAnswer answer;
+    answer.response = QByteArray(1, '\x61');
+    answer.response += static_cast<char>(value >> 8);
+    answer.response += static_cast<char>(value & 0xFF);
+    ASSERT_EQ(answer.StatusWord(), ctapi::StatusWord(static_cast<std::uint16_t>(value)));
+    ASSERT_EQ(answer.Data().size(), 1);
+  }
 }
 
 TEST(CtExchangeTest, EveryCommandOfTheCatalogueHasItsNumberOfBytes) {
@@ -180,7 +205,7 @@ TEST(CtExchangeTest, EveryCommandOfTheCatalogueHasItsNumberOfBytes) {
 TEST(CtExchangeTest, EveryByteOfAResponseIsTwoUpperCaseDigits) {
   Dialogue dialogue("> 00 B0 00 00 00\n< 0A F0 00 FF AB 90 00");
   Link link(dialogue);
-  EXPECT_EQ(link.session.CtExchange(u"00B0000000", Unit::Card).response, u"0AF000FFAB9000");
+  EXPECT_EQ(link.session.CtExchange(u"00B0000000", Unit::Card).HexText(), u"0AF000FFAB9000");
 }
 
 TEST(CtExchangeTest, AStatusWordAloneHasNoData) {
@@ -188,8 +213,9 @@ TEST(CtExchangeTest, AStatusWordAloneHasNoData) {
   Link link(dialogue);
   const CtAnswer answer = link.session.CtExchange(u"000E0000", Unit::Card);
   EXPECT_EQ(answer.code, 0);
-  EXPECT_TRUE(answer.Is(u"6D00"));
-  EXPECT_EQ(answer.Data(), u"");
+  EXPECT_TRUE(answer.Is(sw::UnknownInstruction));
+  EXPECT_FALSE(answer.Is(sw::UnknownClass));
+  EXPECT_TRUE(answer.Data().isEmpty());
 }
 
 TEST(CtExchangeTest, FewerBytesThanAStatusWordAreAMemoryError) {
@@ -204,9 +230,10 @@ TEST(CtExchangeTest, FewerBytesThanAStatusWordAreAMemoryError) {
     Link link(api);
     const CtAnswer answer = link.session.CtExchange(u"2011000000", Unit::Terminal);
     EXPECT_EQ(answer.code, -11);
-    EXPECT_EQ(answer.response, u"");
-    EXPECT_EQ(answer.StatusWord(), u"");
-    EXPECT_EQ(answer.Data(), u"");
+    EXPECT_EQ(answer.response, QByteArray());
+    EXPECT_EQ(answer.StatusWord(), std::nullopt);
+    EXPECT_TRUE(answer.Data().isEmpty());
+    EXPECT_EQ(answer.HexData(), u"");
   }
 }
 
@@ -225,7 +252,7 @@ TEST(CtExchangeTest, AFailedCallHasNoResponseWhateverTheBufferHolds) {
   Link link(dialogue);
   const CtAnswer answer = link.session.CtExchange(u"2011000000", Unit::Terminal);
   EXPECT_EQ(answer.code, -10);
-  EXPECT_EQ(answer.response, u"");
+  EXPECT_EQ(answer.response, QByteArray());
 }
 
 TEST(CtExchangeTest, TheWholeBufferOf4098BytesMayBeUsed) {
@@ -239,7 +266,7 @@ TEST(CtExchangeTest, TheWholeBufferOf4098BytesMayBeUsed) {
   Link link(api);
   const CtAnswer answer = link.session.CtExchange(u"00B0000000", Unit::Card);
   EXPECT_EQ(answer.code, 0);
-  EXPECT_EQ(answer.response, QStringLiteral("3C").repeated(4098));
+  EXPECT_EQ(answer.response, QByteArray(4098, '\x3C'));
 }
 
 TEST(CtExchangeTest, AResponseThatWasNotWrittenHoldsNothingOfTheOneBefore) {
@@ -249,11 +276,11 @@ TEST(CtExchangeTest, AResponseThatWasNotWrittenHoldsNothingOfTheOneBefore) {
     std::fill(response.begin(), response.end(), std::uint8_t{0x3C});
     return 0;
   };
-  EXPECT_EQ(link.session.CtExchange(u"00B0000000", Unit::Card).response.size(), 2 * 4098);
+  EXPECT_EQ(link.session.CtExchange(u"00B0000000", Unit::Card).response.size(), 4098);
   api.data = [](auto&, auto&, auto, auto, auto&) -> std::int8_t { return 0; };
   const CtAnswer answer = link.session.CtExchange(u"00B0000000", Unit::Card);
-  EXPECT_EQ(answer.response.size(), 2 * 4098);
-  EXPECT_FALSE(answer.response.contains(u"3C"));
+  EXPECT_EQ(answer.response.size(), 4098);
+  EXPECT_FALSE(answer.response.contains('\x3C'));
 }
 
 TEST(CtExchangeTest, TheAddressesAreTheUnitAndTheHost) {

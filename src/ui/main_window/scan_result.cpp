@@ -18,7 +18,7 @@ ScanResultRow RowOf(int port, const TerminalInfo& info, const PortEntry& entry) 
                                             : u" Baudrate: " + entry.BaudText.Padded() + u" Baud.";
     return {.text = status_text::ReaderFound + link, .number = QString::number(port)};
   }
-  if (entry.ScanResult == ct_code::TransmissionError) {
+  if (entry.ScanResult == ctapi::code::TransmissionError) {
     return {.text = status_text::ReaderPossible.toString(),
             .number = QString::number(port),
             .showsKey = true};
