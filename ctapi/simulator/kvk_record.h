@@ -36,7 +36,7 @@ struct KvkElementKind {
   std::string_view Name;  // as in a scenario
   std::uint8_t Tag;
   std::size_t Width;
-  std::optional<std::string> KvkElements::*Value;
+  std::optional<std::string> KvkElements::* Value;
 };
 
 // In the order of the card.
