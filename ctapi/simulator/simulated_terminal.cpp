@@ -30,7 +30,7 @@ SimulatedTerminal::SimulatedTerminal(TerminalProfile profile, TerminalState stat
 
 void SimulatedTerminal::Insert(CardImage card) {
   RemoveCard();
-  card_ = std::move(card);
+  card_.emplace(std::move(card));
 }
 
 void SimulatedTerminal::RemoveCard() {

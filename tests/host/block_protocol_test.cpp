@@ -473,11 +473,8 @@ TEST(BlockProtocol, AnAnswerInEmptyPiecesEnds) {
 }
 
 TEST(BlockProtocol, EndlessRequestsForTimeEnd) {
-  BlockTerminal terminal(
-      [](int, const Bytes&) {
-        return Bytes{0x90, 0x00};
-      },
-      {.Extensions = 100000});
+  BlockTerminal terminal([](int, const Bytes&) { return Bytes{0x90, 0x00}; },
+                         {.Extensions = 100000});
   test::TerminalLine line(terminal);
   BlockProtocol protocol(line);
   EXPECT_EQ(Ask(protocol, Unit::Terminal, "20 12 01 00 01 01"), "broken");
@@ -506,11 +503,8 @@ TEST(BlockProtocol, TheLongestAnswerIsThatOfTheLengthField) {
 }
 
 TEST(BlockProtocol, AnAbortLeavesTheNumbersAgreed) {
-  BlockTerminal terminal(
-      [](int, const Bytes&) {
-        return Bytes{0x90, 0x00};
-      },
-      {.AbortsAnswers = true});
+  BlockTerminal terminal([](int, const Bytes&) { return Bytes{0x90, 0x00}; },
+                         {.AbortsAnswers = true});
   test::TerminalLine line(terminal);
   BlockProtocol protocol(line);
   EXPECT_EQ(Ask(protocol, Unit::Terminal, ResetCt), "broken");
@@ -564,9 +558,7 @@ TEST(BlockProtocol, ABabblingDeviceEndsSoon) {
 TEST(BlockProtocol, AnEarlierResponseIsNeverTakenForTheAnswer) {
   int count = 0;
   BlockTerminal terminal(
-      [&](int, const Bytes&) {
-        return Bytes{static_cast<std::uint8_t>(++count), 0x90, 0x00};
-      },
+      [&](int, const Bytes&) { return Bytes{static_cast<std::uint8_t>(++count), 0x90, 0x00}; },
       {.ResynchConcernsCard = false});
   test::TerminalLine line(terminal);
   BlockProtocol before(line);
@@ -607,11 +599,8 @@ TEST(BlockProtocol, ANewStartOfTheTerminalMayLeaveTheCardsNumbers) {
 // A terminal of which a new start does not concern the card keeps the card's numbers.
 TEST(BlockProtocol, ANewStartAgreesWithTheCardInEveryTerminal) {
   for (const bool concernsCard : {true, false}) {
-    BlockTerminal terminal(
-        [](int, const Bytes&) {
-          return Bytes{0x90, 0x00};
-        },
-        {.ResynchConcernsCard = concernsCard});
+    BlockTerminal terminal([](int, const Bytes&) { return Bytes{0x90, 0x00}; },
+                           {.ResynchConcernsCard = concernsCard});
     test::TerminalLine line(terminal);
     BlockProtocol protocol(line);
     EXPECT_EQ(Ask(protocol, Unit::Card, "00 B0 00 00 00"), "9000");

@@ -145,9 +145,8 @@ TEST_F(HintServiceTest, WithAReaderThereIsNothingToSay) {
 }
 
 TEST_F(HintServiceTest, ACardThatAnotherProgramHoldsIsTold) {
-  const VirtualCard card({.Atr = {0x3B, 0x80, 0x80, 0x01, 0x01}, .Transmit = [](const auto&) {
-                            return VirtualCard::Bytes{0x6D, 0x00};
-                          }});
+  const VirtualCard card({.Atr = {0x3B, 0x80, 0x80, 0x01, 0x01},
+                          .Transmit = [](const auto&) { return VirtualCard::Bytes{0x6D, 0x00}; }});
   ASSERT_TRUE(card.IsIn());
   const auto api = ctapi::host::LoadPcscApi();
   ASSERT_TRUE(api);

@@ -12,7 +12,7 @@ using ctapi::test::RowName;
 
 struct FlagRow {
   const char* Name;
-  tcflag_t termios::*Field;
+  tcflag_t termios::* Field;
   tcflag_t Mask;
   tcflag_t Expected;
 };
@@ -36,11 +36,11 @@ TEST_P(SerialFlag, ComesOutOfASettingWithEverythingOn) {
   EXPECT_EQ(Made(~tcflag_t{0}), GetParam().Expected);
 }
 
-FlagRow On(const char* name, tcflag_t termios::*field, tcflag_t flag) {
+FlagRow On(const char* name, tcflag_t termios::* field, tcflag_t flag) {
   return {name, field, flag, flag};
 }
 
-FlagRow Off(const char* name, tcflag_t termios::*field, tcflag_t flag) {
+FlagRow Off(const char* name, tcflag_t termios::* field, tcflag_t flag) {
   return {name, field, flag, 0};
 }
 

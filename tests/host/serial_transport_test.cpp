@@ -19,11 +19,7 @@ constexpr std::size_t Com256 = 255;
 class AnyTerminal : public PtyTerminal {
  public:
   explicit AnyTerminal(Line line = {})
-      : PtyTerminal(
-            [](int, const Bytes&) {
-              return Bytes{0x90, 0x00};
-            },
-            std::move(line)) {}
+      : PtyTerminal([](int, const Bytes&) { return Bytes{0x90, 0x00}; }, std::move(line)) {}
 };
 
 class SerialTransportTest : public testing::Test {

@@ -109,7 +109,7 @@ TEST(TamperedDialogue, EverySplitOfTheAnswersGivesTheSame) {
 
 // Flips one bit of the whole dialogue after the other, in one direction. A single one is always
 // mended: the damaged block is asked for again.
-void FlipEveryBit(test::TerminalLine::Tamper test::TerminalLine::*direction, bool announces) {
+void FlipEveryBit(test::TerminalLine::Tamper test::TerminalLine::* direction, bool announces) {
   const std::vector<std::string> expected = DirectAnswers();
   std::size_t length = 0;
   {
@@ -153,7 +153,7 @@ TEST(TamperedDialogue, EveryFlippedBitOfSmallBlocksToTheHostIsMended) {
 
 // Loses a run of blocks, of every length at every place, in one direction. Whatever happens, the
 // answers are right or the command fails, and nothing is carried out twice that must not be.
-void LoseBlocks(test::TerminalLine::Tamper test::TerminalLine::*direction) {
+void LoseBlocks(test::TerminalLine::Tamper test::TerminalLine::* direction) {
   const std::vector<std::string> expected = DirectAnswers();
   for (int first = 1; first < 32; ++first) {
     for (int count = 1; count <= 8; ++count) {

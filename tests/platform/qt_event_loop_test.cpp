@@ -25,8 +25,7 @@ class QtEventLoopTest : public testing::Test {
   static void TearDownTestSuite() { application_.reset(); }
 
   static void Post(int& counter) {
-    QMetaObject::invokeMethod(
-        application_.get(), [&counter] { ++counter; }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(application_.get(), [&counter] { ++counter; }, Qt::QueuedConnection);
   }
 
  private:

@@ -29,9 +29,9 @@ std::string RowName(const testing::TestParamInfo<Row>& info) {
 
 // A row is printed by its name. Each test file with rows has a using-declaration for this.
 template <typename Row>
-requires requires(const Row& row) {
-  { row.Name } -> std::convertible_to<std::string>;
-}
+  requires requires(const Row& row) {
+    { row.Name } -> std::convertible_to<std::string>;
+  }
 void PrintTo(const Row& row, std::ostream* out) {
   *out << row.Name;
 }

@@ -28,8 +28,8 @@ std::int8_t Exchange(CtApi& api, std::initializer_list<std::uint8_t> command, st
 }
 
 TEST(DialogueTest, LeftoverStepsFail) {
-  EXPECT_NONFATAL_FAILURE({ Dialogue dialogue("open 1"); },
-                          "dialogue ended early; next expected, line 1: open 1");
+  EXPECT_NONFATAL_FAILURE(
+      { Dialogue dialogue("open 1"); }, "dialogue ended early; next expected, line 1: open 1");
 }
 
 TEST(DialogueTest, CallsBeyondTheEndFail) {

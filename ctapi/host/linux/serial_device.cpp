@@ -80,7 +80,7 @@ bool HasLockFile(const std::string& path) {
   std::ifstream file("/var/lock/LCK.." + device.filename().string());
   long process = 0;
   if (!(file >> process) || process <= 0) return false;
-  struct stat status {};
+  struct stat status{};
   return ::stat(("/proc/" + std::to_string(process)).c_str(), &status) == 0;
 }
 

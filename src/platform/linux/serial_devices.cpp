@@ -148,7 +148,7 @@ bool IsAllowed(const QString& path) {
 
 QString GroupOfDevice(const QString& path) {
   constexpr mode_t GroupMayOpen = S_IRGRP | S_IWGRP;
-  struct stat status {};
+  struct stat status{};
   if (::stat(QFile::encodeName(path).constData(), &status) != 0) return {};
   if ((status.st_mode & GroupMayOpen) != GroupMayOpen) return {};
   const group* entry = ::getgrgid(status.st_gid);

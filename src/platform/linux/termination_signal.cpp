@@ -36,7 +36,7 @@ std::array<int, 2> OpenPair() {
 }
 
 void Handle(void (*handler)(int)) {
-  struct sigaction action {};
+  struct sigaction action{};
   action.sa_handler = handler;
   action.sa_flags = SA_RESTART;
   for (const int signal : Signals) ::sigaction(signal, &action, nullptr);

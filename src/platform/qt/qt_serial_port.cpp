@@ -1,5 +1,6 @@
 #include "platform/qt/qt_serial_port.h"
 
+#include <chrono>
 #include <utility>
 
 namespace kartocheck {
@@ -8,6 +9,9 @@ namespace {
 
 // Numbers that the control knows; whatever the table says of others, they are invalid.
 constexpr int LastComNumber = 4;
+
+// How long a device that went away may stay unnoticed, and keep the event loop busy.
+constexpr std::chrono::milliseconds LossCheckInterval{100};
 
 [[noreturn]] void Throw(DeviceState state) {
   switch (state) {
@@ -34,6 +38,8 @@ QString PermissionHint(const QStringList& devices, const QString& group) {
 QtSerialPort::QtSerialPort(ComTable table) : table_(std::move(table)) {
   QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
                    [this](QSerialPort::SerialPortError error) { NoteError(error); });
+  lossCheck_.setInterval(LossCheckInterval);
+  QObject::connect(&lossCheck_, &QTimer::timeout, &port_, [this] { CheckForLoss(); });
 }
 
 void QtSerialPort::Open(int comNumber) {
@@ -49,9 +55,11 @@ void QtSerialPort::Open(int comNumber) {
   port_.setFlowControl(QSerialPort::NoFlowControl);
   isLost_ = false;
   if (!port_.open(QIODevice::ReadWrite)) Throw(StateOfDevice(*device));
+  lossCheck_.start();
 }
 
 void QtSerialPort::Close() noexcept {
+  lossCheck_.stop();
   if (port_.isOpen()) port_.close();
 }
 
@@ -94,7 +102,10 @@ void QtSerialPort::Send(QByteArrayView bytes) {
 
 QByteArray QtSerialPort::Received() {
   QByteArray bytes;
-  Use([&] { bytes = port_.readAll(); });
+  Use([&] {
+    bytes = port_.readAll();
+    CheckForLoss();
+  });
   return bytes;
 }
 
@@ -108,6 +119,13 @@ void QtSerialPort::Use(Call call) {
 
 void QtSerialPort::ThrowWhereLost() const {
   if (isLost_ || !port_.isOpen()) throw SerialPortError(SerialPortError::Other, "port lost");
+}
+
+// Newer versions of Qt SerialPort take the end of file that a lost device reads as for nothing to
+// read, and report no error. Every other call on it fails; asking for the lines is the one that
+// changes nothing.
+void QtSerialPort::CheckForLoss() {
+  (void)port_.pinoutSignals();
 }
 
 // A device without modem lines refuses to set or tell them; that is no failure. One that is gone

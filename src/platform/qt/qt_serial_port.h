@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QSerialPort>
+#include <QTimer>
 
 #include "platform/port_directory.h"
 #include "platform/serial_devices.h"
@@ -27,10 +28,12 @@ class QtSerialPort final : public SerialPort {
   template <typename Call>
   void Use(Call call);
   void ThrowWhereLost() const;
+  void CheckForLoss();
   void NoteError(QSerialPort::SerialPortError error);
 
   ComTable table_;
   QSerialPort port_;
+  QTimer lossCheck_;     // runs while the port is open
   bool isLost_ = false;  // the device went away while the port was open
 };
 
