@@ -19,6 +19,8 @@ QString CaptionOf(const QAbstractButton* button) {
   return button == nullptr ? QString() : button->text().remove(u'&');
 }
 
+}  // namespace
+
 SeenBox Look(const QMessageBox& box) {
   SeenBox seen{.title = box.windowTitle(),
                .text = box.text(),
@@ -34,8 +36,6 @@ SeenBox Look(const QMessageBox& box) {
   }
   return seen;
 }
-
-}  // namespace
 
 BoxAnswerer::BoxAnswerer(std::deque<Step> steps) : steps_(std::move(steps)) {
   QObject::connect(&timer_, &QTimer::timeout, [this] { AnswerOpenBox(); });

@@ -19,6 +19,8 @@ struct SeenBox {
   QString preselected{};
 };
 
+[[nodiscard]] SeenBox Look(const QMessageBox& box);
+
 // The user in front of the message boxes: notes each and answers it with the next step. A box
 // without a step left fails the test and is closed; so does a step that found no box.
 class BoxAnswerer {
