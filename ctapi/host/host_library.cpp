@@ -33,9 +33,7 @@ std::int8_t HostLibrary::Data(std::uint16_t ctn, std::uint8_t& dad, std::uint8_t
   const std::lock_guard lock(mutex_);
   responseLength = 0;
   const auto link = links_.find(ctn);
-  const bool isKnownUnit = dad == static_cast<std::uint8_t>(Unit::Card) ||
-                           dad == static_cast<std::uint8_t>(Unit::Terminal);
-  if (link == links_.end() || command.empty() || response.empty() || !isKnownUnit ||
+  if (link == links_.end() || command.empty() || response.empty() || !IsUnit(dad) ||
       sad != HostAddress) {
     return code::InvalidParameter;
   }
