@@ -1,13 +1,15 @@
 #include "platform/qt/qt_serial_port.h"
 
+#include <QMap>
+
 #include <utility>
+
+#include "platform/port.h"
+#include "platform/serial_devices.h"
 
 namespace kartocheck {
 
 namespace {
-
-// Numbers that the control knows; whatever the table says of others, they are invalid.
-constexpr int LastComNumber = 4;
 
 [[noreturn]] void Throw(DeviceState state) {
   switch (state) {
@@ -31,24 +33,24 @@ QString PermissionHint(const QStringList& devices, const QString& group) {
 
 }  // namespace
 
-QtSerialPort::QtSerialPort(ComTable table) : table_(std::move(table)) {
+QtSerialPort::QtSerialPort(ctapi::ComTable table) : table_(std::move(table)) {
   QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
                    [this](QSerialPort::SerialPortError error) { NoteError(error); });
 }
 
 void QtSerialPort::Open(int comNumber) {
-  const auto device = table_.constFind(comNumber);
-  if (comNumber < 1 || comNumber > LastComNumber || device == table_.constEnd()) {
-    Throw(DeviceState::Absent);
-  }
-  if (const DeviceState state = StateOfDevice(*device); state != DeviceState::Free) Throw(state);
+  // Whatever the table says of others, the control knows no further ones.
+  const auto entry = table_.find(comNumber);
+  if (!Port(comNumber).IsTested() || entry == table_.end()) Throw(DeviceState::Absent);
+  const std::string& device = entry->second;
+  if (const DeviceState state = StateOfDevice(device); state != DeviceState::Free) Throw(state);
 
-  port_.setPortName(*device);
+  port_.setPortName(QString::fromStdString(device));
   port_.setDataBits(QSerialPort::Data8);
   port_.setStopBits(QSerialPort::OneStop);
   port_.setFlowControl(QSerialPort::NoFlowControl);
   isLost_ = false;
-  if (!port_.open(QIODevice::ReadWrite)) Throw(StateOfDevice(*device));
+  if (!port_.open(QIODevice::ReadWrite)) Throw(StateOfDevice(device));
 }
 
 void QtSerialPort::Close() noexcept {
@@ -127,28 +129,32 @@ void QtSerialPort::NoteError(QSerialPort::SerialPortError error) {
       Qt::QueuedConnection);
 }
 
-SerialPortDirectory::SerialPortDirectory(const std::vector<SerialDevice>& devices, ComTable table)
+SerialPortDirectory::SerialPortDirectory(const std::vector<ctapi::ComDevice>& devices,
+                                         ctapi::ComTable table)
     : table_(std::move(table)) {
-  for (const SerialDevice& device : devices) {
-    identifications_.insert(DeviceFileOf(device.path), device.identification);
+  for (const ctapi::ComDevice& device : devices) {
+    identifications_.emplace(ctapi::DeviceFileOf(device.Path), device.Identification);
   }
 }
 
 QString SerialPortDirectory::IdentificationOf(int pn) const {
-  return identifications_.value(DeviceFileOf(table_.value(pn)));
+  const auto entry = table_.find(pn);
+  if (entry == table_.end()) return {};
+  const auto known = identifications_.find(ctapi::DeviceFileOf(entry->second));
+  return known == identifications_.end() ? QString() : QString::fromStdString(known->second);
 }
 
 QString SerialPortDirectory::HintFor(int pn) const {
-  const QString device = table_.value(pn);
-  if (device.isEmpty() || IsAllowed(device)) return {};
-  return PermissionHint({device}, GroupOfDevice(device));
+  const auto entry = table_.find(pn);
+  if (entry == table_.end() || IsAllowed(entry->second)) return {};
+  return PermissionHint({QString::fromStdString(entry->second)}, GroupOfDevice(entry->second));
 }
 
 // One sentence for all devices of a group.
 QStringList SerialPortDirectory::HintsWithoutReader() const {
   QMap<QString, QStringList> refused;
-  for (const QString& device : table_) {
-    if (!IsAllowed(device)) refused[GroupOfDevice(device)].append(device);
+  for (const auto& [number, device] : table_) {
+    if (!IsAllowed(device)) refused[GroupOfDevice(device)].append(QString::fromStdString(device));
   }
   QStringList hints;
   for (auto group = refused.cbegin(); group != refused.cend(); ++group) {

@@ -3,15 +3,15 @@
 #include <QSerialPort>
 
 #include "platform/port_directory.h"
-#include "platform/serial_devices.h"
 #include "platform/serial_port.h"
+#include "protocol/com_table.h"
 
 namespace kartocheck {
 
 // The serial ports of the machine through QSerialPort. Needs a running event loop to receive.
 class QtSerialPort final : public SerialPort {
  public:
-  explicit QtSerialPort(ComTable table);
+  explicit QtSerialPort(ctapi::ComTable table);
 
   void Open(int comNumber) override;
   void Close() noexcept override;
@@ -29,7 +29,7 @@ class QtSerialPort final : public SerialPort {
   void ThrowWhereLost() const;
   void NoteError(QSerialPort::SerialPortError error);
 
-  ComTable table_;
+  ctapi::ComTable table_;
   QSerialPort port_;
   bool isLost_ = false;  // the device went away while the port was open
 };
@@ -37,15 +37,15 @@ class QtSerialPort final : public SerialPort {
 // What the machine knows of its serial ports.
 class SerialPortDirectory final : public PortDirectory {
  public:
-  SerialPortDirectory(const std::vector<SerialDevice>& devices, ComTable table);
+  SerialPortDirectory(const std::vector<ctapi::ComDevice>& devices, ctapi::ComTable table);
 
   [[nodiscard]] QString IdentificationOf(int pn) const override;
   [[nodiscard]] QString HintFor(int pn) const override;
   [[nodiscard]] QStringList HintsWithoutReader() const override;
 
  private:
-  ComTable table_;
-  QMap<QString, QString> identifications_;  // by device file
+  ctapi::ComTable table_;
+  std::map<std::string, std::string> identifications_;  // by device file
 };
 
 }  // namespace kartocheck
