@@ -21,9 +21,14 @@ class SerialTransport final : public Transport {
       : find_(std::move(find)), now_(std::move(now)) {}
 
   [[nodiscard]] OpenedLink Open(std::size_t index) override;
+  // Its name is the device file.
+  [[nodiscard]] PortInfo InfoOf(std::size_t index) override;
+  [[nodiscard]] PortTroubleKind TroubleOfReaders() override { return PortTroubleKind::None; }
 
  private:
   [[nodiscard]] const ComTable& Table();
+  // Null where no device has the port's number.
+  [[nodiscard]] const std::string* DeviceAt(std::size_t index);
 
   FindDevices find_;
   Now now_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "diagnosis/guided_diagnosis.h"
+#include "diagnosis/port_hints.h"
 #include "diagnosis/status_check.h"
 #include "discovery/port_check.h"
 #include "discovery/port_names.h"
@@ -58,19 +59,19 @@ void Bas_MKT_Test::UseFurtherPort(std::optional<int> pn) {
 }
 
 QString Bas_MKT_Test::IdentificationOf(int slot) const {
-  if (slot < FurtherPortSlot) return directory_.IdentificationOf(slot);
-  return FurtherPort ? directory_.IdentificationOf(*FurtherPort) : QString();
+  if (slot < FurtherPortSlot) return directory_.IdentificationOf(Port(slot));
+  return FurtherPort ? directory_.IdentificationOf(Port(*FurtherPort)) : QString();
 }
 
 // While the link is open, it is this program that keeps others from the card.
 QString Bas_MKT_Test::HintFor(int pn) const {
   if (IsLinkOpen() || Terminals[SlotOf(pn)].DataRead) return {};
-  return directory_.HintFor(pn);
+  return PortHint(directory_.TroubleOf(Port(pn)));
 }
 
 QStringList Bas_MKT_Test::HintsWithoutReader() const {
   const bool hasReader = std::any_of(FurtherPorts.begin(), FurtherPorts.end(), IsUsbPort);
-  return hasReader ? QStringList() : directory_.HintsWithoutReader();
+  return hasReader ? QStringList() : PortHints(directory_.TroublesWithoutReader());
 }
 
 std::int16_t Bas_MKT_Test::StatusCheck(int pn) {

@@ -13,10 +13,11 @@
 #include "console/console_run.h"
 #include "main/command_line.h"
 #include "main/installation.h"
-#include "platform/machine_ports.h"
+#include "platform/machine_port_directory.h"
 #include "platform/qt/ct_api_library.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_serial_port.h"
+#include "platform/serial_port_directory.h"
 #include "platform/simulated/ct_api_simulated.h"
 #include "platform/simulated/serial_port_simulated.h"
 #include "platform/standard_streams.h"
@@ -85,13 +86,13 @@ class Outside {
         line.ctApi
             ? QStringList{*line.ctApi}
             : CtApiCandidates(QCoreApplication::applicationDirPath(), CtApiLibrary::FileName));
-    libraryText_ = [loaded = library.get()] { return loaded->LoadedFile(); };
+    const CtApiLibrary& loaded = *library;
+    libraryText_ = [&loaded] { return loaded.LoadedFile(); };
     api_ = std::move(library);
     serial_ = std::make_unique<QtSerialPort>(table);
-    directory_ = WithReaders(std::make_unique<SerialPortDirectory>(devices, table), [this] {
-      return IsOwnCtApi(QCoreApplication::applicationDirPath(), CtApiLibrary::FileName,
-                        libraryText_());
-    });
+    directory_ = std::make_unique<MachinePortDirectory>(
+        std::make_unique<SerialPortDirectory>(devices, table),
+        [&loaded](int pn) { return loaded.InfoOf(pn); });
   }
 
   ctapi::SimulatedPractice practice_;

@@ -24,6 +24,7 @@
 #include "discovery/serial_test.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/serial_devices.h"
+#include "platform/serial_port_directory.h"
 #include "support/printing.h"
 #include "support/sentence_name.h"
 #include "support/serial_line_terminal.h"
@@ -402,13 +403,12 @@ TEST_F(QtSerialPortTest, ADeviceThatTheUserMayNotOpenNamesTheGroupThatMay) {
   const SerialPortDirectory directory({}, table);
   const QString group = GroupOfDevice(terminal.Device().toStdString());
   EXPECT_FALSE(group.isEmpty());
-  const QString hint = u"Sie dürfen " + terminal.Device() +
-                       u" nicht öffnen. Lassen Sie sich in die Gruppe \"" + group +
-                       u"\" aufnehmen und melden Sie sich neu an.";
+  const PortTrouble trouble{
+      .Kind = PortTroubleKind::NotPermitted, .Devices = {terminal.Device()}, .Group = group};
   const Nobody nobody;
   EXPECT_EQ(OpenError(table, 1), SerialPortError::NotAllowed);
-  EXPECT_EQ(directory.HintFor(1), hint);
-  EXPECT_EQ(directory.HintsWithoutReader(), QStringList{hint});
+  EXPECT_EQ(directory.TroubleOf(Port(1)), trouble);
+  EXPECT_EQ(directory.TroublesWithoutReader(), std::vector{trouble});
   // In the port test it counts as any other failure.
   QtSerialPort port(table);
   QtEventLoop eventLoop;
@@ -425,12 +425,11 @@ TEST_F(QtSerialPortTest, WithoutAGroupThatMayTheAdministratorIsAsked) {
     EXPECT_EQ(GroupOfDevice(terminal.Device().toStdString()), QString()) << mode;
   }
   const Nobody nobody;
-  EXPECT_EQ(directory.HintFor(1), u"Sie dürfen " + terminal.Device() +
-                                      u" nicht öffnen. Bitten Sie Ihre Systemverwaltung um dieses "
-                                      u"Recht.");
+  EXPECT_EQ(directory.TroubleOf(Port(1)),
+            (PortTrouble{.Kind = PortTroubleKind::NotPermitted, .Devices = {terminal.Device()}}));
 }
 
-TEST_F(QtSerialPortTest, DevicesOfAGroupShareASentence) {
+TEST_F(QtSerialPortTest, DevicesOfAGroupAreToldTogether) {
   const std::array<SerialLineTerminal, 4> terminals{SerialLineTerminal({}), SerialLineTerminal({}),
                                                     SerialLineTerminal({}), SerialLineTerminal({})};
   ctapi::ComTable table;
@@ -442,24 +441,23 @@ TEST_F(QtSerialPortTest, DevicesOfAGroupShareASentence) {
   }
   const SerialPortDirectory directory({}, table);
   const Nobody nobody;
-  const QStringList hints = directory.HintsWithoutReader();
-  ASSERT_EQ(hints.size(), 2);
-  EXPECT_TRUE(hints[0].startsWith(u"Sie dürfen " + QString::fromStdString(table[4]) +
-                                  u" nicht öffnen. Bitten "));
-  EXPECT_TRUE(hints[1].startsWith(u"Sie dürfen " + QString::fromStdString(table[1]) + u", " +
-                                  QString::fromStdString(table[3]) + u" nicht öffnen. Lassen "))
-      << hints[1].toStdString();
+  const std::vector<PortTrouble> troubles = directory.TroublesWithoutReader();
+  ASSERT_EQ(troubles.size(), 2U);
+  EXPECT_EQ(troubles[0].Devices, QStringList{terminals[3].Device()});
+  EXPECT_EQ(troubles[0].Group, QString());
+  EXPECT_EQ(troubles[1].Devices, (QStringList{terminals[0].Device(), terminals[2].Device()}));
+  EXPECT_NE(troubles[1].Group, QString());
 }
 
-TEST_F(QtSerialPortTest, WhatCanBeOpenedNeedsNoHint) {
+TEST_F(QtSerialPortTest, WhatCanBeOpenedIsNoTrouble) {
   const SerialLineTerminal terminal({});
   const SerialPortDirectory directory(
       {}, {{1, terminal.Device().toStdString()}, {2, "/dev/there-is-none"}});
-  EXPECT_EQ(directory.HintFor(1), QString());
-  EXPECT_EQ(directory.HintFor(2), QString());
-  EXPECT_EQ(directory.HintFor(3), QString());
-  EXPECT_EQ(directory.HintFor(8192), QString());
-  EXPECT_EQ(directory.HintsWithoutReader(), QStringList());
+  EXPECT_EQ(directory.TroubleOf(Port(1)), PortTrouble());
+  EXPECT_EQ(directory.TroubleOf(Port(2)), PortTrouble());
+  EXPECT_EQ(directory.TroubleOf(Port(3)), PortTrouble());
+  EXPECT_EQ(directory.TroubleOf(Port(8192)), PortTrouble());
+  EXPECT_TRUE(directory.TroublesWithoutReader().empty());
 }
 
 TEST_F(QtSerialPortTest, TheDirectoryKnowsWhatTheSystemSaysOfADevice) {
@@ -473,10 +471,10 @@ TEST_F(QtSerialPortTest, TheDirectoryKnowsWhatTheSystemSaysOfADevice) {
       {{2, terminal.Device().toStdString()},
        {3, link.toStdString()},
        {4, other.Device().toStdString()}});
-  EXPECT_EQ(directory.IdentificationOf(2), u"USB VID_FFFE PID_0001 TEST");
-  EXPECT_EQ(directory.IdentificationOf(3), u"USB VID_FFFE PID_0001 TEST") << "by a link";
-  EXPECT_EQ(directory.IdentificationOf(4), QString());
-  EXPECT_EQ(directory.IdentificationOf(1), QString());
+  EXPECT_EQ(directory.IdentificationOf(Port(2)), u"USB VID_FFFE PID_0001 TEST");
+  EXPECT_EQ(directory.IdentificationOf(Port(3)), u"USB VID_FFFE PID_0001 TEST") << "by a link";
+  EXPECT_EQ(directory.IdentificationOf(Port(4)), QString());
+  EXPECT_EQ(directory.IdentificationOf(Port(1)), QString());
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "platform/qt/qt_serial_port.h"
 
-#include <QMap>
-
 #include <utility>
 
 #include "platform/port.h"
@@ -22,13 +20,6 @@ namespace {
     default:
       throw SerialPortError(SerialPortError::Other, "port cannot be opened");
   }
-}
-
-QString PermissionHint(const QStringList& devices, const QString& group) {
-  const QString refused = u"Sie dürfen " + devices.join(u", ") + u" nicht öffnen. ";
-  if (group.isEmpty()) return refused + u"Bitten Sie Ihre Systemverwaltung um dieses Recht.";
-  return refused + u"Lassen Sie sich in die Gruppe \"" + group +
-         u"\" aufnehmen und melden Sie sich neu an.";
 }
 
 }  // namespace
@@ -127,40 +118,6 @@ void QtSerialPort::NoteError(QSerialPort::SerialPortError error) {
         if (isLost_) Close();
       },
       Qt::QueuedConnection);
-}
-
-SerialPortDirectory::SerialPortDirectory(const std::vector<ctapi::ComDevice>& devices,
-                                         ctapi::ComTable table)
-    : table_(std::move(table)) {
-  for (const ctapi::ComDevice& device : devices) {
-    identifications_.emplace(ctapi::DeviceFileOf(device.Path), device.Identification);
-  }
-}
-
-QString SerialPortDirectory::IdentificationOf(int pn) const {
-  const auto entry = table_.find(pn);
-  if (entry == table_.end()) return {};
-  const auto known = identifications_.find(ctapi::DeviceFileOf(entry->second));
-  return known == identifications_.end() ? QString() : QString::fromStdString(known->second);
-}
-
-QString SerialPortDirectory::HintFor(int pn) const {
-  const auto entry = table_.find(pn);
-  if (entry == table_.end() || IsAllowed(entry->second)) return {};
-  return PermissionHint({QString::fromStdString(entry->second)}, GroupOfDevice(entry->second));
-}
-
-// One sentence for all devices of a group.
-QStringList SerialPortDirectory::HintsWithoutReader() const {
-  QMap<QString, QStringList> refused;
-  for (const auto& [number, device] : table_) {
-    if (!IsAllowed(device)) refused[GroupOfDevice(device)].append(QString::fromStdString(device));
-  }
-  QStringList hints;
-  for (auto group = refused.cbegin(); group != refused.cend(); ++group) {
-    hints.append(PermissionHint(group.value(), group.key()));
-  }
-  return hints;
 }
 
 }  // namespace kartocheck

@@ -2,7 +2,6 @@
 
 #include <QSerialPort>
 
-#include "platform/port_directory.h"
 #include "platform/serial_port.h"
 #include "protocol/com_table.h"
 
@@ -32,20 +31,6 @@ class QtSerialPort final : public SerialPort {
   ctapi::ComTable table_;
   QSerialPort port_;
   bool isLost_ = false;  // the device went away while the port was open
-};
-
-// What the machine knows of its serial ports.
-class SerialPortDirectory final : public PortDirectory {
- public:
-  SerialPortDirectory(const std::vector<ctapi::ComDevice>& devices, ctapi::ComTable table);
-
-  [[nodiscard]] QString IdentificationOf(int pn) const override;
-  [[nodiscard]] QString HintFor(int pn) const override;
-  [[nodiscard]] QStringList HintsWithoutReader() const override;
-
- private:
-  ctapi::ComTable table_;
-  std::map<std::string, std::string> identifications_;  // by device file
 };
 
 }  // namespace kartocheck

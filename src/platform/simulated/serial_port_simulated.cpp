@@ -66,9 +66,9 @@ ctapi::SerialLine SerialPortSimulated::Line() const {
   return line;
 }
 
-QString PortDirectorySimulated::IdentificationOf(int pn) const {
-  const ctapi::SimulatedPort* port = practice_.PortAt(static_cast<std::uint16_t>(pn));
-  return port == nullptr ? QString() : QString::fromStdString(port->DeviceId);
+QString PortDirectorySimulated::IdentificationOf(Port port) const {
+  const auto* const attached = practice_.PortAt(static_cast<std::uint16_t>(port.Number()));
+  return attached == nullptr ? QString() : QString::fromStdString(attached->DeviceId);
 }
 
 }  // namespace kartocheck
