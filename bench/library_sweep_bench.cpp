@@ -10,6 +10,7 @@
 
 #include "host/pcscd_service.h"
 #include "platform/qt/ct_api_library.h"
+#include "protocol/com_table.h"
 #include "stopwatch.h"
 
 namespace kartocheck::bench {
@@ -22,7 +23,6 @@ constexpr double Bound = 100;  // milliseconds
 constexpr int Runs = 21;
 constexpr int FirstReader = 8192;
 constexpr int PortsOfAKind = 256;
-constexpr const char* ComTable = "KARTOCHECK_COM_PORTS";
 constexpr const char* Terminals = "/sys/class/tty";
 
 void Expect(bool holds, const char* what) {
@@ -77,13 +77,13 @@ int Run() {
   if (ctapi::test::EnterOwnNetwork()) service = PcscdService::Start(reason);
   if (!service) throw std::runtime_error(reason);
   HideSerialDevices();
-  ::setenv(ComTable, "", 1);
+  ::setenv(ctapi::ComTableVariable, "", 1);
   CtApiLibrary library({QStringLiteral(HOST_LIBRARY)});
   Expect(ctapi::test::Eventually([&] { return library.Init(1, FirstReader) == 0; }), "no reader");
   (void)library.Close(1);
 
   const bool isWithinGiven = IsWithin(library, "with the table given");
-  ::unsetenv(ComTable);
+  ::unsetenv(ctapi::ComTableVariable);
   const bool isWithinFound = IsWithin(library, "without a table");
   return isWithinGiven && isWithinFound ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -11,10 +11,10 @@ namespace ctapi::host {
 
 // NAD is the destination in the upper half and the source in the lower one.
 [[nodiscard]] constexpr std::uint8_t NadTo(Unit unit) {
-  return static_cast<std::uint8_t>(static_cast<std::uint8_t>(unit) << 4 | HostAddress);
+  return static_cast<std::uint8_t>(AddressOf(unit) << 4 | HostAddress);
 }
 [[nodiscard]] constexpr std::uint8_t NadFrom(Unit unit) {
-  return static_cast<std::uint8_t>(HostAddress << 4 | static_cast<std::uint8_t>(unit));
+  return static_cast<std::uint8_t>(HostAddress << 4 | AddressOf(unit));
 }
 
 namespace pcb {

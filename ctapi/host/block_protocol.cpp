@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "protocol/ct_bcs.h"
+#include "protocol/iso7816.h"
 
 namespace ctapi::host {
 
@@ -318,10 +319,9 @@ void BlockProtocol::TakeBlockSize(const Block& request) {
 
 bool MayBeRepeated(Unit unit, ByteView command) {
   constexpr std::array<std::uint8_t, 3> TerminalInstructions{ct_bcs::InsReset, ct_bcs::InsGetStatus,
-                                                             0x71};  // query of the connection
-  constexpr std::array<std::uint8_t, 3> CardInstructions{0xA4,       // SELECT
-                                                         0xB0,       // READ BINARY
-                                                         0xB2};      // READ RECORD
+                                                             ct_bcs::InsConnectionQuery};
+  constexpr std::array<std::uint8_t, 3> CardInstructions{iso7816::InsSelect, iso7816::InsReadBinary,
+                                                         iso7816::InsReadRecord};
   if (command.size() < 2) return false;
   const auto& known = unit == Unit::Terminal ? TerminalInstructions : CardInstructions;
   return std::find(known.begin(), known.end(), command[1]) != known.end();

@@ -2,6 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
+
+#include "protocol/iso7816.h"
+#include "protocol/status_word.h"
 
 namespace ctapi::host {
 
@@ -9,17 +13,9 @@ namespace {
 
 constexpr std::size_t HeaderLength = 4;
 constexpr std::size_t LcAt = 4;
-constexpr std::size_t StatusLength = 2;
 
-constexpr std::uint8_t InsSelect = 0xA4;
-constexpr std::uint8_t InsReadBinary = 0xB0;
-constexpr std::uint8_t InsGetResponse = 0xC0;
 constexpr std::uint8_t MemoryClass = 0xFF;
-constexpr std::uint8_t SelectByName = 0x04;
 
-// The first status byte by which a T=0 card asks for another command.
-constexpr std::uint8_t MoreData = 0x61;
-constexpr std::uint8_t OtherLength = 0x6C;
 constexpr int MostSteps = 1000;
 constexpr std::size_t LongestAnswer = 65535;
 
@@ -29,17 +25,15 @@ constexpr std::size_t DataAt = 30;
 
 using Header = std::array<std::uint8_t, 4>;
 constexpr std::array<Header, 2> MemoryHeaders{{{0xA2, 0x13, 0x10, 0x91}, {0x92, 0x23, 0x10, 0x91}}};
-constexpr std::array<std::uint8_t, 6> KvkIdentifier{0xD2, 0x76, 0x00, 0x00, 0x01, 0x01};
+
+std::string_view AsText(ByteView bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
 
 bool BeginsWithHeader(ByteView bytes) {
   return std::any_of(MemoryHeaders.begin(), MemoryHeaders.end(), [bytes](const Header& header) {
     return bytes.size() >= header.size() && std::equal(header.begin(), header.end(), bytes.begin());
   });
-}
-
-bool EndsWith(ByteView answer, std::uint16_t word) {
-  const Bytes end = StatusWord(word);
-  return std::equal(end.rbegin(), end.rend(), answer.rbegin());
 }
 
 // The command as the protocol T=0 sends it: with a fifth byte, and without Le behind data.
@@ -60,23 +54,22 @@ PcscResult SendOverT0(CardConnection& card, ByteView command, Bytes& answer) {
   for (int step = 0; step < MostSteps && data.size() <= LongestAnswer; ++step) {
     const PcscResult result = card.Transmit(next, answer);
     if (result != PcscResult::Ok) return result;
-    if (answer.size() < StatusLength) return PcscResult::Ok;
-    const std::uint8_t first = answer[answer.size() - 2];
-    const std::uint8_t second = answer.back();
-    if (first == OtherLength && next.size() == HeaderLength + 1 && !isCorrected) {
-      next[LcAt] = second;
+    if (answer.size() < sw::Length) return PcscResult::Ok;
+    const StatusWord word = StatusWordOf(answer);
+    if (word.Sw1() == sw::OtherLengthSw1 && next.size() == HeaderLength + 1 && !isCorrected) {
+      next[LcAt] = word.Sw2();
       isCorrected = true;
       continue;
     }
-    const bool hasMore = first == MoreData && command.size() > HeaderLength;
-    const std::size_t length = answer.size() - (hasMore ? StatusLength : 0);
+    const bool hasMore = word.Sw1() == sw::MoreDataSw1 && command.size() > HeaderLength;
+    const std::size_t length = answer.size() - (hasMore ? sw::Length : 0);
     if (hasMore && isGetResponse && length == 0) break;
     data.insert(data.end(), answer.begin(), answer.begin() + static_cast<std::ptrdiff_t>(length));
     if (!hasMore) {
       answer = std::move(data);
       return PcscResult::Ok;
     }
-    next = {command[0], InsGetResponse, 0x00, 0x00, second};
+    next = {command[0], iso7816::InsGetResponse, 0x00, 0x00, word.Sw2()};
     isGetResponse = true;
     isCorrected = false;
   }
@@ -85,10 +78,6 @@ PcscResult SendOverT0(CardConnection& card, ByteView command, Bytes& answer) {
 }
 
 }  // namespace
-
-Bytes StatusWord(std::uint16_t word) {
-  return {static_cast<std::uint8_t>(word >> 8), static_cast<std::uint8_t>(word & 0xFF)};
-}
 
 PcscResult SendToProcessorCard(CardConnection& card, ByteView command, Bytes& answer) {
   if (card.UsesT0() && command.size() >= HeaderLength) return SendOverT0(card, command, answer);
@@ -103,47 +92,46 @@ bool IsMemoryCard(ByteView atr) {
 }
 
 PcscResult KvkMemory::Send(CardConnection& card, ByteView command, Bytes& answer) {
-  const auto reply = [&answer](std::uint16_t word) {
-    answer = StatusWord(word);
+  const auto reply = [&answer](StatusWord word) {
+    answer = {word.Sw1(), word.Sw2()};
     return PcscResult::Ok;
   };
-  if (command.size() < HeaderLength) return reply(0x6700);
-  if (command[0] != 0x00) return reply(0x6E00);
-  if (command[1] == InsSelect) return Select(card, command, answer);
-  if (command[1] != InsReadBinary) return reply(0x6D00);
-  if (command.size() != HeaderLength + 1) return reply(0x6700);
-  if (!isSelected_) return reply(0x6986);
+  if (command.size() < HeaderLength) return reply(sw::WrongLength);
+  if (command[0] != 0x00) return reply(sw::UnknownClass);
+  if (command[1] == iso7816::InsSelect) return Select(card, command, answer);
+  if (command[1] != iso7816::InsReadBinary) return reply(sw::UnknownInstruction);
+  if (command.size() != HeaderLength + 1) return reply(sw::WrongLength);
+  if (!isSelected_) return reply(sw::NoFileSelected);
 
   const std::size_t offset = start_ + (static_cast<std::size_t>(command[2]) << 8 | command[3]);
-  if (offset >= MemoryLength) return reply(0x6B00);
+  if (offset >= MemoryLength) return reply(sw::WrongOffset);
   const std::size_t wanted = command[LcAt] == 0 ? MemoryLength : command[LcAt];
   const std::size_t length = std::min(wanted, MemoryLength - offset);
-  const std::array<std::uint8_t, 5> read{MemoryClass, InsReadBinary, 0x00,
+  const std::array<std::uint8_t, 5> read{MemoryClass, iso7816::InsReadBinary, 0x00,
                                          static_cast<std::uint8_t>(offset),
                                          static_cast<std::uint8_t>(length)};
   return card.Transmit(read, answer);
 }
 
 PcscResult KvkMemory::Select(CardConnection& card, ByteView command, Bytes& answer) {
+  using iso7816::aid::Kvk;
   isSelected_ = false;
-  const bool byName = command[2] == SelectByName && command.size() > LcAt;
+  const bool byName = command[2] == iso7816::SelectByName && command.size() > LcAt;
   const ByteView name = byName ? command.subspan(LcAt + 1) : ByteView();
-  const bool namesKvk = name.size() >= KvkIdentifier.size() &&
-                        command[LcAt] == KvkIdentifier.size() &&
-                        std::equal(KvkIdentifier.begin(), KvkIdentifier.end(), name.begin());
-  const std::array<std::uint8_t, 5> readDirectory{MemoryClass, InsReadBinary, 0x00, 0x00,
+  const bool namesKvk = AsText(name).starts_with(Kvk) && command[LcAt] == Kvk.size();
+  const std::array<std::uint8_t, 5> readDirectory{MemoryClass, iso7816::InsReadBinary, 0x00, 0x00,
                                                   static_cast<std::uint8_t>(DataAt)};
   const PcscResult result = card.Transmit(readDirectory, answer);
-  if (result != PcscResult::Ok || answer.size() < StatusLength) return result;
-  const bool isRead = EndsWith(answer, 0x9000) || EndsWith(answer, 0x6282);
+  if (result != PcscResult::Ok || answer.size() < sw::Length) return result;
+  const StatusWord word = StatusWordOf(answer);
+  const bool isRead = word == sw::Ok || word == sw::EndOfFile;
   // A reader that leaves out the header delivers the data from the first byte on.
   const bool wholeMemory = BeginsWithHeader(answer);
-  const bool holdsKvk =
-      !wholeMemory || std::search(answer.begin(), answer.end(), KvkIdentifier.begin(),
-                                  KvkIdentifier.end()) != answer.end();
+  const bool holdsKvk = !wholeMemory || AsText(answer).find(Kvk) != std::string_view::npos;
   start_ = wholeMemory ? DataAt : 0;
   isSelected_ = isRead && namesKvk && holdsKvk;
-  answer = StatusWord(isSelected_ ? 0x9000 : 0x6A82);
+  const StatusWord told = isSelected_ ? sw::Ok : sw::NotFound;
+  answer = {told.Sw1(), told.Sw2()};
   return PcscResult::Ok;
 }
 

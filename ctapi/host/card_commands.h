@@ -7,8 +7,6 @@
 // Commands to the card in a PC/SC reader, as a terminal forwards them.
 namespace ctapi::host {
 
-[[nodiscard]] Bytes StatusWord(std::uint16_t word);
-
 // A command to a processor card. With the protocol T=0 a command carries no Le behind data, and the
 // card's requests for GET RESPONSE (61xx) and for another length (6Cxx) are followed here
 // (ISO 7816-3, 12.2.1).

@@ -1,7 +1,7 @@
+#include <algorithm>
+
 #include "ctnrv32.h"
-#include "host/host_library.h"
-#include "host/pcsc_transport.h"
-#include "host/serial_transport.h"
+#include "host/transports.h"
 
 // The C entry points of CTNRV32 over the serial lines and PC/SC readers of this machine.
 namespace {
@@ -9,9 +9,7 @@ namespace {
 namespace code = ctapi::code;
 
 ctapi::host::HostLibrary& TheLibrary() {
-  static ctapi::host::HostLibrary library(
-      std::make_unique<ctapi::host::SerialTransport>(),
-      std::make_unique<ctapi::host::PcscTransport>(ctapi::host::LoadPcscApi()));
+  static ctapi::host::HostLibrary library(ctapi::host::MakeTransports());
   return library;
 }
 
@@ -46,4 +44,22 @@ std::int8_t CTNRV32_CALL CTDENRVT1_close(std::uint16_t ctn) {
 std::int8_t CTNRV32_CALL CT_get_baudrate(std::uint16_t ctn, std::int32_t* baud) {
   if (!baud) return code::InvalidParameter;
   return OnLibrary([=](auto& library) { return library.GetBaudrate(ctn, *baud); });
+}
+
+std::int8_t CTNRV32_CALL KARTOCHECK_port_info(std::uint16_t pn, std::uint8_t* trouble,
+                                              std::uint16_t* length, std::uint8_t* name) {
+  if (!trouble || !length || !name) return code::InvalidParameter;
+  const std::uint16_t room = *length;
+  *trouble = 0;
+  *length = 0;
+  return OnLibrary([=](auto& library) {
+    ctapi::PortInfo info;
+    const std::int8_t result = library.InfoOf(pn, info);
+    if (result != code::Success) return result;
+    if (info.Name.size() > room) return code::BufferTooSmall;
+    std::copy(info.Name.begin(), info.Name.end(), name);
+    *length = static_cast<std::uint16_t>(info.Name.size());
+    *trouble = static_cast<std::uint8_t>(info.Trouble);
+    return code::Success;
+  });
 }

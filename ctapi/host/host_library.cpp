@@ -6,23 +6,21 @@ namespace ctapi::host {
 
 namespace {
 
-constexpr std::uint16_t FirstComPort = 1;
-constexpr std::uint16_t LastComPort = 256;
-constexpr std::uint16_t FirstReader = 8192;
-constexpr std::uint16_t LastReader = 8447;
+// Number of a port among those of its transport, from 0 on.
+std::size_t IndexOf(int pn, const ServedPorts& served) {
+  return static_cast<std::size_t>(pn - served.Numbers.First);
+}
 
 }  // namespace
 
 std::int8_t HostLibrary::Init(std::uint16_t ctn, std::uint16_t pn) {
   const std::lock_guard lock(mutex_);
-  const bool isComPort = pn >= FirstComPort && pn <= LastComPort;
-  const bool isReader = pn >= FirstReader && pn <= LastReader;
-  if (links_.contains(ctn) || (!isComPort && !isReader)) return code::InvalidParameter;
+  const ServedPorts* const served = TransportOf(pn);
+  if (links_.contains(ctn) || served == nullptr) return code::InvalidParameter;
   const bool isOpen = std::any_of(links_.begin(), links_.end(),
                                   [pn](const auto& link) { return link.second.Number == pn; });
   if (isOpen) return code::HostError;
-  OpenedLink opened =
-      isComPort ? serial_->Open(pn - FirstComPort) : readers_->Open(pn - FirstReader);
+  OpenedLink opened = served->Way->Open(IndexOf(pn, *served));
   if (opened.Code == code::Success) links_[ctn] = {pn, std::move(opened.Link)};
   return opened.Code;
 }
@@ -33,9 +31,7 @@ std::int8_t HostLibrary::Data(std::uint16_t ctn, std::uint8_t& dad, std::uint8_t
   const std::lock_guard lock(mutex_);
   responseLength = 0;
   const auto link = links_.find(ctn);
-  const bool isKnownUnit = dad == static_cast<std::uint8_t>(Unit::Card) ||
-                           dad == static_cast<std::uint8_t>(Unit::Terminal);
-  if (link == links_.end() || command.empty() || response.empty() || !isKnownUnit ||
+  if (link == links_.end() || command.empty() || response.empty() || !IsUnit(dad) ||
       sad != HostAddress) {
     return code::InvalidParameter;
   }
@@ -64,6 +60,33 @@ std::int8_t HostLibrary::GetBaudrate(std::uint16_t ctn, std::int32_t& baud) {
   if (!told) return code::InvalidParameter;
   baud = *told;
   return code::Success;
+}
+
+std::int8_t HostLibrary::InfoOf(std::uint16_t pn, PortInfo& info) {
+  const std::lock_guard lock(mutex_);
+  if (pn == EveryReader) {
+    info = {.Trouble = TroubleOfReaders()};
+    return code::Success;
+  }
+  const ServedPorts* const served = TransportOf(pn);
+  if (served == nullptr) return code::InvalidParameter;
+  info = served->Way->InfoOf(IndexOf(pn, *served));
+  return code::Success;
+}
+
+const ServedPorts* HostLibrary::TransportOf(int pn) const {
+  const auto found =
+      std::find_if(transports_.begin(), transports_.end(),
+                   [pn](const ServedPorts& served) { return served.Numbers.Contains(pn); });
+  return found == transports_.end() ? nullptr : &*found;
+}
+
+PortTroubleKind HostLibrary::TroubleOfReaders() {
+  for (const ServedPorts& served : transports_) {
+    const PortTroubleKind trouble = served.Way->TroubleOfReaders();
+    if (trouble != PortTroubleKind::None) return trouble;
+  }
+  return PortTroubleKind::None;
 }
 
 }  // namespace ctapi::host

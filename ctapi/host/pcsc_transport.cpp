@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "host/reader_link.h"
+#include "host/reader_trouble.h"
 
 namespace ctapi::host {
 
@@ -13,6 +14,23 @@ OpenedLink PcscTransport::Open(std::size_t index) {
   const std::string* const name = names_.AttachedAt(index);
   if (name == nullptr) return {.Code = code::InvalidParameter};
   return {code::Success, std::make_unique<ReaderLink>(service_, *name)};
+}
+
+PortInfo PcscTransport::InfoOf(std::size_t index) {
+  std::vector<std::string> attached;
+  if (lookout_.List(attached) == PcscResult::Ok) {
+    names_.Update(std::move(attached));
+    if (const std::string* const name = names_.AttachedAt(index)) {
+      return {.Trouble = FindReaderTrouble(lookout_, *name), .Name = *name};
+    }
+  }
+  // A card that is held is the matter of another reader.
+  const PortTroubleKind trouble = FindReaderTrouble(lookout_);
+  return {.Trouble = trouble == PortTroubleKind::CardHeld ? PortTroubleKind::None : trouble};
+}
+
+PortTroubleKind PcscTransport::TroubleOfReaders() {
+  return FindReaderTrouble(lookout_);
 }
 
 }  // namespace ctapi::host

@@ -4,6 +4,7 @@
 
 #include "host/reader_texts.h"
 #include "protocol/ct_bcs.h"
+#include "protocol/status_word.h"
 
 namespace ctapi::host {
 
@@ -18,26 +19,18 @@ constexpr std::size_t P1 = 2;
 constexpr std::size_t P2 = 3;
 constexpr std::size_t DataAt = 5;
 
-namespace sw {
-constexpr std::uint16_t Ok = 0x9000;
-constexpr std::uint16_t OkProcessorCard =
-    0x9001;  // a processor card answered; the card was removed
-constexpr std::uint16_t NothingHappened = 0x6200;  // no card came; the card is still in
-constexpr std::uint16_t AlreadyActive = 0x6201;
-constexpr std::uint16_t ResetFailed = 0x6400;
-constexpr std::uint16_t WrongLength = 0x6700;
-constexpr std::uint16_t WrongParameters = 0x6A00;
-constexpr std::uint16_t UnknownInstruction = 0x6D00;
-constexpr std::uint16_t UnknownClass = 0x6E00;
-constexpr std::uint16_t NoDiagnosis = 0x6F00;
-}  // namespace sw
-
 constexpr milliseconds Slice{250};
 // Drivers look every 0.4 s whether the card is still there.
 constexpr milliseconds RemovalShows{600};
 
-PcscResult Reply(Bytes& response, std::uint16_t word) {
-  response = StatusWord(word);
+void Append(Bytes& response, StatusWord word) {
+  response.push_back(word.Sw1());
+  response.push_back(word.Sw2());
+}
+
+PcscResult Reply(Bytes& response, StatusWord word) {
+  response.clear();
+  Append(response, word);
   return PcscResult::Ok;
 }
 
@@ -110,7 +103,7 @@ PcscResult ReaderLink::ToCard(ByteView command, Bytes& response) {
   if (!card_) return Reply(response, sw::NoDiagnosis);
   PcscResult result = isMemory_ ? memory_.Send(*card_, command, response)
                                 : SendToProcessorCard(*card_, command, response);
-  if (result == PcscResult::Ok && response.size() < 2) result = PcscResult::Broken;
+  if (result == PcscResult::Ok && response.size() < sw::Length) result = PcscResult::Broken;
   return result == PcscResult::Ok ? result : ReasonFor(result);
 }
 
@@ -152,12 +145,12 @@ PcscResult ReaderLink::RequestIcc(ByteView command, Bytes& response) {
   }
   ReaderState state;
   if (const PcscResult result = Look(state); result != PcscResult::Ok) return result;
-  if (card_) return Reply(response, sw::AlreadyActive);
+  if (card_) return Reply(response, sw::CardAlreadyPresent);
   const auto end = service_.Now() + WaitingTime(command);
   for (;;) {
     const PcscResult activated = Activate(command, state, response);
     if (activated != PcscResult::NoCard) return activated;
-    if (service_.Now() >= end) return Reply(response, sw::NothingHappened);
+    if (service_.Now() >= end) return Reply(response, sw::NoCard);
     if (const PcscResult waited = Wait(end, state); waited != PcscResult::Ok) return waited;
   }
 }
@@ -191,8 +184,7 @@ PcscResult ReaderLink::Activate(ByteView command, ReaderState state, Bytes& resp
 
 Bytes ReaderLink::ActivationAnswer(ByteView command) const {
   Bytes answer = (command[P2] & 0x0F) == ct_bcs::WholeAtr ? atr_ : Bytes{};
-  const Bytes word = StatusWord(isMemory_ ? sw::Ok : sw::OkProcessorCard);
-  answer.insert(answer.end(), word.begin(), word.end());
+  Append(answer, isMemory_ ? sw::Ok : sw::OkProcessorCard);
   return answer;
 }
 
@@ -219,8 +211,7 @@ PcscResult ReaderLink::GetStatus(ByteView command, Bytes& response) {
     default:
       return Reply(response, sw::WrongParameters);
   }
-  const Bytes word = StatusWord(sw::Ok);
-  response.insert(response.end(), word.begin(), word.end());
+  Append(response, sw::Ok);
   return PcscResult::Ok;
 }
 
@@ -233,7 +224,7 @@ PcscResult ReaderLink::EjectIcc(ByteView command, Bytes& response) {
   if (waiting == seconds(0)) return Reply(response, sw::Ok);
   const auto end = service_.Now() + waiting;
   while (state.HasCard) {
-    if (service_.Now() >= end) return Reply(response, sw::NothingHappened);
+    if (service_.Now() >= end) return Reply(response, sw::NoCard);
     if (const PcscResult waited = Wait(end, state); waited != PcscResult::Ok) return waited;
   }
   return Reply(response, sw::OkProcessorCard);

@@ -4,11 +4,12 @@
 #include <array>
 #include <cctype>
 
+#include "protocol/ct_bcs.h"
+
 namespace ctapi::host {
 
 namespace {
 
-constexpr std::uint8_t ManufacturerTag = 0x46;
 constexpr std::size_t FieldLength = 5;
 
 // Codes of makers and products by which terminal models are told apart.
@@ -53,7 +54,7 @@ Bytes ManufacturerObject(std::string_view reader, std::optional<std::uint32_t> d
   const std::string maker = Field(TakeWord(reader));
   const std::string product = Field(TakeWord(reader));
   const std::string version = Field(driverVersion ? VersionText(*driverVersion) : "");
-  Bytes object{ManufacturerTag, 3 * FieldLength};
+  Bytes object{ct_bcs::ObjectManufacturer, 3 * FieldLength};
   for (const std::string& field : {maker, product, version}) {
     object.insert(object.end(), field.begin(), field.end());
   }

@@ -2,26 +2,26 @@
 
 namespace ctapi::host {
 
-ReaderTrouble FindReaderTrouble(PcscService& service) {
-  if (!service.IsInstalled()) return ReaderTrouble::NotInstalled;
+PortTroubleKind FindReaderTrouble(PcscService& service) {
+  if (!service.IsInstalled()) return PortTroubleKind::NotInstalled;
   std::vector<std::string> readers;
-  if (service.List(readers) != PcscResult::Ok) return ReaderTrouble::NoService;
-  if (readers.empty()) return ReaderTrouble::NoReader;
+  if (service.List(readers) != PcscResult::Ok) return PortTroubleKind::NoService;
+  if (readers.empty()) return PortTroubleKind::NoReader;
   bool isHeld = false;
   for (const std::string& reader : readers) {
     ReaderState state;
     if (service.Query(reader, state) != PcscResult::Ok || !state.HasCard) continue;
-    if (!state.IsHeld) return ReaderTrouble::None;
+    if (!state.IsHeld) return PortTroubleKind::None;
     isHeld = true;
   }
-  return isHeld ? ReaderTrouble::CardHeld : ReaderTrouble::None;
+  return isHeld ? PortTroubleKind::CardHeld : PortTroubleKind::None;
 }
 
-ReaderTrouble FindReaderTrouble(PcscService& service, const std::string& reader) {
+PortTroubleKind FindReaderTrouble(PcscService& service, const std::string& reader) {
   ReaderState state;
   const bool isHeld =
       service.Query(reader, state) == PcscResult::Ok && state.HasCard && state.IsHeld;
-  return isHeld ? ReaderTrouble::CardHeld : ReaderTrouble::None;
+  return isHeld ? PortTroubleKind::CardHeld : PortTroubleKind::None;
 }
 
 }  // namespace ctapi::host

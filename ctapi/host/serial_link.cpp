@@ -1,11 +1,12 @@
 #include "host/serial_link.h"
 
+#include "protocol/status_word.h"
+
 namespace ctapi::host {
 
 namespace {
 
 constexpr std::array<std::int32_t, 5> Rates{9600, 19200, 38400, 57600, 115200};
-constexpr std::size_t StatusWordLength = 2;
 
 }  // namespace
 
@@ -31,7 +32,7 @@ std::int8_t SerialLink::Exchange(Unit unit, ByteView command, Bytes& response) {
   if (isLost_) return code::HtsiError;
   switch (protocol_.Exchange(unit, command, response)) {
     case BlockProtocol::Outcome::Answered:
-      if (response.size() >= StatusWordLength) return code::Success;
+      if (response.size() >= sw::Length) return code::Success;
       response.clear();
       return code::TransmissionError;
     case BlockProtocol::Outcome::Broken:

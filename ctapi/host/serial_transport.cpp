@@ -14,12 +14,22 @@ constexpr std::chrono::seconds TableLife{1};
 }  // namespace
 
 OpenedLink SerialTransport::Open(std::size_t index) {
-  const ComTable& table = Table();
-  const auto entry = table.find(static_cast<int>(index) + 1);
-  if (entry == table.end()) return {.Code = code::InvalidParameter};
-  OpenedLine opened = OpenSerialDevice(entry->second);
+  const std::string* const device = DeviceAt(index);
+  if (device == nullptr) return {.Code = code::InvalidParameter};
+  OpenedLine opened = OpenSerialDevice(*device);
   if (opened.Code != code::Success) return {.Code = opened.Code};
   return SerialLink::Open(std::move(opened.Line));
+}
+
+PortInfo SerialTransport::InfoOf(std::size_t index) {
+  const std::string* const device = DeviceAt(index);
+  return {.Name = device == nullptr ? std::string() : *device};
+}
+
+const std::string* SerialTransport::DeviceAt(std::size_t index) {
+  const ComTable& table = Table();
+  const auto entry = table.find(static_cast<int>(index) + 1);
+  return entry == table.end() ? nullptr : &entry->second;
 }
 
 const ComTable& SerialTransport::Table() {

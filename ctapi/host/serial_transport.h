@@ -3,8 +3,8 @@
 #include <chrono>
 #include <functional>
 
-#include "host/com_table.h"
 #include "host/terminal_link.h"
+#include "protocol/com_table.h"
 
 namespace ctapi::host {
 
@@ -16,14 +16,19 @@ class SerialTransport final : public Transport {
   using FindDevices = std::function<std::vector<ComDevice>()>;
   using Now = std::function<std::chrono::steady_clock::time_point()>;
   // The devices and the clock are those of the machine but in tests.
-  explicit SerialTransport(
-      FindDevices find = [] { return FindComDevices(); }, Now now = &std::chrono::steady_clock::now)
+  explicit SerialTransport(FindDevices find = &FindComDevices,
+                           Now now = &std::chrono::steady_clock::now)
       : find_(std::move(find)), now_(std::move(now)) {}
 
   [[nodiscard]] OpenedLink Open(std::size_t index) override;
+  // Its name is the device file.
+  [[nodiscard]] PortInfo InfoOf(std::size_t index) override;
+  [[nodiscard]] PortTroubleKind TroubleOfReaders() override { return PortTroubleKind::None; }
 
  private:
   [[nodiscard]] const ComTable& Table();
+  // Null where no device has the port's number.
+  [[nodiscard]] const std::string* DeviceAt(std::size_t index);
 
   FindDevices find_;
   Now now_;

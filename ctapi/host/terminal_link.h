@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "protocol/bytes.h"
+#include "protocol/port_info.h"
 #include "protocol/return_code.h"
 #include "protocol/unit.h"
 
@@ -44,6 +45,10 @@ class Transport {
   // index: the port's number within this kind, from 0 on. -1: there is no such port; -127: another
   // program holds it, or it cannot be used; -10: nothing answers there.
   [[nodiscard]] virtual OpenedLink Open(std::size_t index) = 0;
+  // What is on the port now, as Open would find it. Touches no card.
+  [[nodiscard]] virtual PortInfo InfoOf(std::size_t index) = 0;
+  // What keeps every reader of this kind from being used; None for a kind that has no readers.
+  [[nodiscard]] virtual PortTroubleKind TroubleOfReaders() = 0;
 
   virtual ~Transport() = default;
   Transport(const Transport&) = delete;

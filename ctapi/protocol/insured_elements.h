@@ -116,7 +116,7 @@ constexpr bool RowsStandAtTheirIndex() {
 }
 
 template <typename Fact>
-constexpr bool IsUnique(Fact ElementDescription::*fact) {
+constexpr bool IsUnique(Fact ElementDescription::* fact) {
   return std::all_of(ElementTable.begin(), ElementTable.end(), [fact](const auto& row) {
     return std::count_if(ElementTable.begin(), ElementTable.end(),
                          [fact, &row](const auto& other) { return other.*fact == row.*fact; }) == 1;

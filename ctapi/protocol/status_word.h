@@ -1,7 +1,10 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+
+#include "protocol/bytes.h"
 
 namespace ctapi {
 
@@ -19,6 +22,9 @@ class StatusWord {
   [[nodiscard]] constexpr std::uint8_t Sw2() const {
     return static_cast<std::uint8_t>(value_ & 0xFF);
   }
+
+  // As they stand in a response.
+  [[nodiscard]] constexpr std::array<std::uint8_t, 2> BothBytes() const { return {Sw1(), Sw2()}; }
 
   friend constexpr bool operator==(StatusWord, StatusWord) = default;
 
@@ -60,6 +66,15 @@ inline constexpr StatusWord UnknownInstruction{0x6D00};
 inline constexpr StatusWord UnknownClass{0x6E00};
 inline constexpr StatusWord NoDiagnosis{0x6F00};  // no precise diagnosis
 
+// SW1 of a card behind the protocol T=0 that has SW2 more bytes, or wants SW2 as Le.
+inline constexpr std::uint8_t MoreDataSw1 = 0x61;
+inline constexpr std::uint8_t OtherLengthSw1 = 0x6C;
+
 }  // namespace sw
+
+// What ends a response of at least two bytes.
+[[nodiscard]] constexpr StatusWord StatusWordOf(ByteView response) {
+  return {response[response.size() - sw::Length], response[response.size() - 1]};
+}
 
 }  // namespace ctapi

@@ -7,10 +7,9 @@ namespace ctapi {
 namespace {
 
 constexpr std::size_t HeaderLength = 4;
-constexpr int LargestLe = 256;
 
 int LeOf(std::uint8_t byte) {
-  return byte == 0 ? LargestLe : byte;
+  return byte == iso7816::LeMaximum ? iso7816::BytesOfLeMaximum : byte;
 }
 
 }  // namespace
@@ -32,13 +31,13 @@ std::optional<Command> ParseCommand(ByteView bytes) {
   return command;
 }
 
-Bytes Answer(std::uint16_t statusWord) {
+Bytes Answer(StatusWord statusWord) {
   return Answer({}, statusWord);
 }
 
-Bytes Answer(ByteView data, std::uint16_t statusWord) {
+Bytes Answer(ByteView data, StatusWord statusWord) {
   Bytes answer(data.begin(), data.end());
-  AppendBigEndian(answer, statusWord);
+  Append(answer, statusWord.BothBytes());
   return answer;
 }
 
@@ -47,13 +46,12 @@ Bytes AnswerPiece(ByteView file, std::size_t offset, int le) {
   const auto asked = static_cast<std::size_t>(le);
   const ByteView rest = file.subspan(offset);
   // Le 00 asks for whatever there is, up to 256 bytes: no warning then.
-  const bool cut = rest.size() < asked && le != LargestLe;
+  const bool cut = rest.size() < asked && le != iso7816::BytesOfLeMaximum;
   return Answer(rest.first(std::min(asked, rest.size())), cut ? sw::EndOfFile : sw::Ok);
 }
 
 bool SelectsApplication(const Command& command) {
-  constexpr std::uint8_t ByName = 0x04;
-  return command.Ins == ins::Select && command.P1 == ByName;
+  return command.Ins == iso7816::InsSelect && command.P1 == iso7816::SelectByName;
 }
 
 bool Names(const Command& command, std::string_view applicationId) {

@@ -21,13 +21,10 @@ constexpr std::uint16_t EfStatusVd = 0xD00C;
 // SELECT: what P1 names, and P2 for no response data.
 constexpr std::uint8_t ByFile = 0x00;
 constexpr std::uint8_t ByElementaryFile = 0x02;
-constexpr std::uint8_t ByName = 0x04;
 constexpr std::uint8_t NoResponseData = 0x0C;
 
-// READ BINARY: P1 with a short identifier has bit 8 set and bits 7 and 6 clear.
-constexpr std::uint8_t HasShortIdentifier = 0x80;
+// READ BINARY: P1 with a short identifier has bits 7 and 6 clear.
 constexpr std::uint8_t ShortIdentifierReserved = 0x60;
-constexpr std::uint8_t ShortIdentifierBits = 0x1F;
 
 // READ RECORD: the lower bits of P2 say that P1 is a record's number.
 constexpr std::uint8_t RecordModeBits = 0x07;
@@ -92,10 +89,10 @@ Bytes BuildVersion2() {
 
 EgkCard::EgkCard(const EgkContents& contents)
     : generation_(contents.Generation), hca_(contents.Hca) {
-  mfFiles_.push_back(
-      {.Identifier = EfDir,
-       .ShortIdentifier = 0x1E,
-       .Records = {ApplicationTemplate(aid::EgkRoot), ApplicationTemplate(aid::Hca)}});
+  mfFiles_.push_back({.Identifier = EfDir,
+                      .ShortIdentifier = 0x1E,
+                      .Records = {ApplicationTemplate(iso7816::aid::EgkRoot),
+                                  ApplicationTemplate(iso7816::aid::Hca)}});
   mfFiles_.push_back(
       {.Identifier = EfAtr, .ShortIdentifier = 0x1D, .Content = BuildEfAtr(generation_)});
   mfFiles_.push_back(
@@ -129,11 +126,11 @@ Bytes EgkCard::Transmit(ByteView bytes) {
   if (!command) return Answer(sw::WrongLength);
   if (command->Cla != 0) return Answer(sw::UnknownClass);
   switch (command->Ins) {
-    case ins::Select:
+    case iso7816::InsSelect:
       return Select(*command);
-    case ins::ReadBinary:
+    case iso7816::InsReadBinary:
       return ReadBinary(*command);
-    case ins::ReadRecord:
+    case iso7816::InsReadRecord:
       return ReadRecord(*command);
     default:
       return Answer(sw::UnknownInstruction);
@@ -141,7 +138,7 @@ Bytes EgkCard::Transmit(ByteView bytes) {
 }
 
 Bytes EgkCard::Select(const Command& command) {
-  if (command.P1 == ByName) return SelectApplication(command);
+  if (command.P1 == iso7816::SelectByName) return SelectApplication(command);
   if (command.P2 != NoResponseData) return Answer(sw::IncorrectP1P2);
   if (command.Data.size() != 2) return Answer(sw::WrongLength);
   const auto identifier = static_cast<std::uint16_t>((command.Data[0] << 8) | command.Data[1]);
@@ -156,8 +153,8 @@ Bytes EgkCard::Select(const Command& command) {
 }
 
 Bytes EgkCard::SelectApplication(const Command& command) {
-  const bool root = Names(command, aid::EgkRoot);
-  const bool hca = Names(command, aid::Hca) && hca_ != ApplicationState::Missing;
+  const bool root = Names(command, iso7816::aid::EgkRoot);
+  const bool hca = Names(command, iso7816::aid::Hca) && hca_ != ApplicationState::Missing;
   if (!root && !hca) return Answer(sw::NotFound);
   if (command.P2 != NoResponseData) return Answer(sw::IncorrectP1P2);
   directory_ = root ? Directory::Mf : Directory::Hca;
@@ -168,12 +165,12 @@ Bytes EgkCard::SelectApplication(const Command& command) {
 
 Bytes EgkCard::ReadBinary(const Command& command) {
   if (!command.Le || !command.Data.empty()) return Answer(sw::WrongLength);
-  const bool byShort = (command.P1 & HasShortIdentifier) != 0;
+  const bool byShort = (command.P1 & iso7816::HasShortIdentifier) != 0;
   if (byShort && (command.P1 & ShortIdentifierReserved) != 0) return Answer(sw::IncorrectP1P2);
   if (!byShort && selected_ == 0) return Answer(sw::NoFileSelected);
 
   const File* const file =
-      byShort ? FindHereByShort(command.P1 & ShortIdentifierBits) : FindHere(selected_);
+      byShort ? FindHereByShort(command.P1 & iso7816::ShortIdentifierBits) : FindHere(selected_);
   if (file == nullptr) return Answer(sw::NotFound);
   selected_ = file->Identifier;
   if (!file->IsTransparent()) return Answer(sw::NoTransparentFile);

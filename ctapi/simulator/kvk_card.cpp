@@ -11,9 +11,9 @@ namespace {
 bool SelectsKvk(const Command& command, KvkCard::Identifier identifier) {
   switch (identifier) {
     case KvkCard::Identifier::Current:
-      return Names(command, aid::Kvk);
+      return Names(command, iso7816::aid::Kvk);
     case KvkCard::Identifier::Old:
-      return Names(command, aid::KvkOld);
+      return Names(command, iso7816::aid::KvkOld);
     case KvkCard::Identifier::None:
       break;
   }
@@ -30,7 +30,6 @@ void KvkCard::Reset() {
 }
 
 Bytes KvkCard::Transmit(ByteView bytes) {
-  constexpr int AsMuchAsThereIs = 256;
   const auto command = ParseCommand(bytes);
   if (!command) return Answer(sw::WrongLength);
   if (command->Cla != 0) return Answer(sw::UnknownClass);
@@ -39,13 +38,13 @@ Bytes KvkCard::Transmit(ByteView bytes) {
     selected_ = SelectsKvk(*command, identifier_);
     return Answer(selected_ ? sw::Ok : sw::NotFound);
   }
-  if (command->Ins == ins::Select) return Answer(sw::IncorrectP1P2);
-  if (command->Ins != ins::ReadBinary) return Answer(sw::UnknownInstruction);
+  if (command->Ins == iso7816::InsSelect) return Answer(sw::IncorrectP1P2);
+  if (command->Ins != iso7816::InsReadBinary) return Answer(sw::UnknownInstruction);
 
   if (!command->Le) return Answer(sw::WrongLength);
   if (!selected_) return Answer(sw::NoFileSelected);
   const std::size_t offset = command->Parameters();
-  if (*command->Le == AsMuchAsThereIs && offset < data_.size()) {
+  if (*command->Le == iso7816::BytesOfLeMaximum && offset < data_.size()) {
     return Answer(ByteView(data_).subspan(offset), sw::Ok);
   }
   return AnswerPiece(data_, offset, *command->Le);

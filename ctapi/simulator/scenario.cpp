@@ -1,15 +1,12 @@
 #include "simulator/scenario.h"
 
+#include "protocol/port_number.h"
 #include "simulator/scenario_cards.h"
 #include "simulator/scenario_reader.h"
 
 namespace ctapi {
 
 namespace {
-
-constexpr std::int64_t LastComPort = 256;
-constexpr std::int64_t FirstUsbPort = 8192;
-constexpr std::int64_t LastUsbPort = 8447;
 
 std::int8_t ReadCode(const ScenarioValue& value) {
   return static_cast<std::int8_t>(value.Number(INT8_MIN, INT8_MAX));
@@ -19,7 +16,7 @@ std::int32_t ReadBaud(const ScenarioValue& value) {
   return static_cast<std::int32_t>(value.Number(1, INT32_MAX));
 }
 
-std::uint16_t ReadStatusWord(const ScenarioValue& value) {
+StatusWord ReadStatusWord(const ScenarioValue& value) {
   return value.StatusWord();
 }
 
@@ -188,8 +185,8 @@ SimulatedPort ReadPort(ScenarioObject& object) {
 }
 
 std::uint16_t ReadPortNumber(const ScenarioValue& value) {
-  const std::int64_t number = value.Number(1, LastUsbPort);
-  if (number > LastComPort && number < FirstUsbPort) {
+  const auto number = static_cast<int>(value.Number(ComPorts.First, UsbPorts.Last));
+  if (KindOfPort(number) == PortKind::Other) {
     value.Refuse("expected 1 to 256 for a serial port or 8192 to 8447 for a USB device");
   }
   return static_cast<std::uint16_t>(number);

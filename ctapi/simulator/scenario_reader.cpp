@@ -39,10 +39,11 @@ Bytes ScenarioValue::Hex() const {
   return *std::move(bytes);
 }
 
-std::uint16_t ScenarioValue::StatusWord() const {
+ctapi::StatusWord ScenarioValue::StatusWord() const {
   const auto bytes = BytesFromHex(Text());
-  if (!bytes || bytes->size() != 2) Refuse("expected a status word of four hexadecimal digits");
-  return static_cast<std::uint16_t>((bytes->front() << 8) | bytes->back());
+  if (!bytes || bytes->size() != sw::Length)
+    Refuse("expected a status word of four hexadecimal digits");
+  return StatusWordOf(*bytes);
 }
 
 Bytes ScenarioValue::File() const {

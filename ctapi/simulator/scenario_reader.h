@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "protocol/status_word.h"
 #include "simulator/bytes.h"
 
 namespace ctapi {
@@ -34,7 +35,7 @@ class ScenarioValue {
   // The bytes of a text of hexadecimal digits.
   [[nodiscard]] Bytes Hex() const;
   // Two bytes of hexadecimal digits, as in "9000".
-  [[nodiscard]] std::uint16_t StatusWord() const;
+  [[nodiscard]] ctapi::StatusWord StatusWord() const;
   // The contents of the file that the text names.
   [[nodiscard]] Bytes File() const;
   // The path that the text names, seen from the scenario's folder.

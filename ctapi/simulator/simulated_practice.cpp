@@ -4,19 +4,12 @@
 #include <thread>
 #include <utility>
 
+#include "protocol/port_number.h"
+#include "protocol/unit.h"
+
 namespace ctapi {
 
 namespace {
-
-constexpr std::uint8_t UnitCard = 0;
-constexpr std::uint8_t UnitTerminal = 1;
-constexpr std::uint8_t UnitHost = 2;
-
-constexpr std::uint16_t LastComPort = 256;
-
-bool IsComPort(std::uint16_t pn) {
-  return pn <= LastComPort;
-}
 
 std::int8_t InitCodeOf(const SimulatedPort& port, std::uint16_t pn) {
   if (port.InitCode) return *port.InitCode;
@@ -30,7 +23,7 @@ std::int8_t InitCodeOf(const SimulatedPort& port, std::uint16_t pn) {
       break;
   }
   if (port.Terminal) return code::Success;
-  return IsComPort(pn) ? code::TransmissionError : code::InvalidParameter;
+  return ComPorts.Contains(pn) ? code::TransmissionError : code::InvalidParameter;
 }
 
 }  // namespace
@@ -62,7 +55,7 @@ SimulatedTerminal* SimulatedPractice::TerminalAt(std::uint16_t pn) {
 
 SerialLine SimulatedPractice::SerialLineAt(std::uint16_t pn) const {
   const auto found = ports_.find(pn);
-  if (found == ports_.end() || !IsComPort(pn)) return {.Port = SerialLine::State::Absent};
+  if (found == ports_.end() || !ComPorts.Contains(pn)) return {.Port = SerialLine::State::Absent};
   return found->second.Port.EffectiveLine();
 }
 
@@ -89,10 +82,10 @@ std::int8_t SimulatedPractice::Data(std::uint16_t ctn, std::uint8_t& dad, std::u
   responseLength = 0;
   const auto link = links_.find(ctn);
   if (link == links_.end() || command.empty()) return code::InvalidParameter;
-  if (sad != UnitHost || (dad != UnitTerminal && dad != UnitCard)) return code::InvalidParameter;
-  const std::uint8_t unit = dad;
-  sad = unit;
-  dad = UnitHost;
+  if (sad != HostAddress || !IsUnit(dad)) return code::InvalidParameter;
+  const auto unit = static_cast<Unit>(dad);
+  sad = dad;
+  dad = HostAddress;
 
   // A terminal that was unplugged with the link open is silent.
   const auto attached = ports_.find(link->second);
@@ -104,8 +97,8 @@ std::int8_t SimulatedPractice::Data(std::uint16_t ctn, std::uint8_t& dad, std::u
 
   Bytes answer;
   if (port.Terminal && (fault == nullptr || fault->CarriedOut)) {
-    answer = unit == UnitTerminal ? port.Terminal->TransmitToTerminal(command)
-                                  : port.Terminal->TransmitToCard(command);
+    answer = unit == Unit::Terminal ? port.Terminal->TransmitToTerminal(command)
+                                    : port.Terminal->TransmitToCard(command);
   }
   if (fault != nullptr) {
     if (const auto* const result = std::get_if<std::int8_t>(&fault->Result)) {
@@ -134,8 +127,8 @@ std::int8_t SimulatedPractice::GetBaudrate(std::uint16_t ctn, std::int32_t& baud
   const auto found = ports_.find(link->second);
   if (found == ports_.end()) return code::TransmissionError;
   const SimulatedPort& port = found->second.Port;
-  const std::int8_t result =
-      port.BaudCode.value_or(IsComPort(link->second) ? code::Success : code::InvalidParameter);
+  const std::int8_t result = port.BaudCode.value_or(
+      ComPorts.Contains(link->second) ? code::Success : code::InvalidParameter);
   if (result == code::Success) baud = port.Baud;
   return result;
 }

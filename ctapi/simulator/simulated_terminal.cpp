@@ -8,14 +8,11 @@ namespace ctapi {
 
 namespace {
 
-// Not of CT-BCS: asks how a terminal is connected.
-constexpr std::uint8_t InsUsbQuery = 0x71;
-
 void PowerUp(CardImage& card) {
   std::visit([](auto& image) { image.Reset(); }, card);
 }
 
-std::uint16_t WordOf(const CardImage& card) {
+StatusWord WordOf(const CardImage& card) {
   return std::holds_alternative<KvkCard>(card) ? sw::Ok : sw::OkProcessorCard;
 }
 
@@ -55,7 +52,7 @@ Bytes SimulatedTerminal::TransmitToTerminal(ByteView bytes) {
       return GetStatus(*command);
     case ct_bcs::InsEjectIcc:
       return EjectIcc(*command);
-    case InsUsbQuery:
+    case ct_bcs::InsConnectionQuery:
       return AnswerToUsbQuery(*command);
     default:
       return Answer(sw::UnknownInstruction);
@@ -65,7 +62,8 @@ Bytes SimulatedTerminal::TransmitToTerminal(ByteView bytes) {
 Bytes SimulatedTerminal::TransmitToCard(ByteView bytes) {
   if (const auto command = ParseCommand(bytes)) {
     if (const auto refusal = RefusalOf(*command)) return Answer(*refusal);
-    if (active_ == Presented::Record && command->Ins == ins::EraseBinary) return EraseRecord();
+    if (active_ == Presented::Record && command->Ins == iso7816::InsEraseBinary)
+      return EraseRecord();
   }
   CardImage* const card = ActiveCard();
   if (card == nullptr) return Answer(sw::NoDiagnosis);
@@ -92,12 +90,12 @@ Bytes SimulatedTerminal::RequestIcc(const Command& command) {
     case Condition::Locked:
       return Answer(sw::NotAllowed);
     case Condition::LockedSilently:
-      return Answer(sw::NothingPresented);
+      return Answer(sw::NoCard);
     case Condition::Ready:
       break;
   }
   if (active_ == Presented::Card) return Answer(sw::CardAlreadyPresent);
-  if (WhatThereIs() == Presented::Nothing) return Answer(sw::NothingPresented);
+  if (WhatThereIs() == Presented::Nothing) return Answer(sw::NoCard);
   return Activate(command);
 }
 
@@ -139,7 +137,7 @@ Bytes SimulatedTerminal::EjectIcc(const Command& command) {
   const bool cardStays = active_ != Presented::Record && card_.has_value();
   const bool waits = !command.Data.empty() && command.Data.front() != 0;
   active_ = Presented::Nothing;
-  return Answer(cardStays && waits ? sw::NothingPresented : sw::Ok);
+  return Answer(cardStays && waits ? sw::NoCard : sw::Ok);
 }
 
 // Vendor query: the USB device descriptor of the attachment. The lower byte of the product number
@@ -187,13 +185,14 @@ CardImage* SimulatedTerminal::ActiveCard() {
   return nullptr;
 }
 
-std::optional<std::uint16_t> SimulatedTerminal::RefusalOf(const Command& command) const {
-  if (command.Ins == ins::Select) {
+std::optional<StatusWord> SimulatedTerminal::RefusalOf(const Command& command) const {
+  if (command.Ins == iso7816::InsSelect) {
     if (state_.Medium == OutputMedium::DisplayPrinter) return sw::ConditionsOfUse;
     if (state_.Mode == Condition::LockedSilently || profile_.RefusesSelect) return sw::NotAllowed;
     return std::nullopt;
   }
-  const bool guarded = command.Ins == ins::ReadBinary || command.Ins == ins::EraseBinary;
+  const bool guarded =
+      command.Ins == iso7816::InsReadBinary || command.Ins == iso7816::InsEraseBinary;
   if (active_ != Presented::Record || !guarded) return std::nullopt;
   switch (state_.HealthCard) {
     case Release::NotReleased:

@@ -74,7 +74,7 @@ class SimulatedTerminal {
   [[nodiscard]] Presented WhatThereIs() const;
   [[nodiscard]] Bytes Activate(const Command& command);
   [[nodiscard]] CardImage* ActiveCard();
-  [[nodiscard]] std::optional<std::uint16_t> RefusalOf(const Command& command) const;
+  [[nodiscard]] std::optional<StatusWord> RefusalOf(const Command& command) const;
   [[nodiscard]] Bytes EraseRecord();
 
   TerminalProfile profile_;

@@ -18,10 +18,6 @@ constexpr std::uint8_t CheckTag = 0x93;
 constexpr std::size_t ApprovalLength = 27;
 constexpr std::size_t ExtendedApprovalLength = 38;
 
-constexpr int AsMuchAsThereIs = 256;
-constexpr std::uint8_t HasShortIdentifier = 0x80;
-constexpr std::uint8_t ShortIdentifierBits = 0x1F;
-
 std::string PaddedApproval(const StoredEgkContents& contents) {
   const std::size_t length = contents.Status.ApprovalLength.value_or(
       contents.Extended ? ExtendedApprovalLength : ApprovalLength);
@@ -69,14 +65,14 @@ Bytes StoredEgkRecord::Transmit(ByteView bytes) {
   const auto command = ParseCommand(bytes);
   if (!command) return Answer(sw::WrongLength);
   if (command->Cla != 0) return Answer(sw::UnknownClass);
-  if (command->Ins == ins::Select) return Select(*command);
-  if (command->Ins == ins::ReadBinary) return ReadBinary(*command);
+  if (command->Ins == iso7816::InsSelect) return Select(*command);
+  if (command->Ins == iso7816::InsReadBinary) return ReadBinary(*command);
   return Answer(sw::UnknownInstruction);
 }
 
 Bytes StoredEgkRecord::Select(const Command& command) {
   Reset();
-  const bool known = SelectsApplication(command) && Names(command, aid::Hca);
+  const bool known = SelectsApplication(command) && Names(command, iso7816::aid::Hca);
   if (!known || hca_ == ApplicationState::Missing) return Answer(sw::NotFound);
   if (hca_ == ApplicationState::Deactivated) return Answer(sw::Deactivated);
   selected_ = true;
@@ -86,9 +82,9 @@ Bytes StoredEgkRecord::Select(const Command& command) {
 Bytes StoredEgkRecord::ReadBinary(const Command& command) {
   if (!command.Le || !command.Data.empty()) return Answer(sw::WrongLength);
   if (!selected_) return Answer(sw::NoFileSelected);
-  const bool byShort = (command.P1 & HasShortIdentifier) != 0;
+  const bool byShort = (command.P1 & iso7816::HasShortIdentifier) != 0;
   if (byShort) {
-    current_ = command.P1 & ShortIdentifierBits;
+    current_ = command.P1 & iso7816::ShortIdentifierBits;
   } else if (current_ == 0) {
     return Answer(sw::NoFileSelected);
   }
@@ -99,7 +95,7 @@ Bytes StoredEgkRecord::ReadBinary(const Command& command) {
   }
   const ByteView file = found->second;
   const std::size_t offset = byShort ? command.P2 : command.Parameters();
-  if (*command.Le == AsMuchAsThereIs && !inPieces_ && offset < file.size()) {
+  if (*command.Le == iso7816::BytesOfLeMaximum && !inPieces_ && offset < file.size()) {
     return Answer(file.subspan(offset), sw::Ok);
   }
   return AnswerPiece(file, offset, *command.Le);

@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <array>
 
+#include "protocol/ct_bcs.h"
+
 namespace ctapi {
 
 namespace {
 
-constexpr std::uint8_t ManufacturerTag = 0x46;
 constexpr std::size_t TextWidth = 5;
 
 constexpr std::uint8_t HandheldTag = 0xD7;
@@ -35,7 +36,7 @@ Manufacturer NorvaProduct(const char* productCode, const char* version) {
   return {.Maker = Norva, .ProductCode = productCode, .Version = version};
 }
 
-TerminalProfile Known(Manufacturer maker, std::uint16_t reset, UsbQuery usb = UsbQuery::Unknown) {
+TerminalProfile Known(Manufacturer maker, StatusWord reset, UsbQuery usb = UsbQuery::Unknown) {
   TerminalProfile profile;
   profile.Maker = std::move(maker);
   profile.Reset = reset;
@@ -43,7 +44,7 @@ TerminalProfile Known(Manufacturer maker, std::uint16_t reset, UsbQuery usb = Us
   return profile;
 }
 
-TerminalProfile Older(std::uint16_t functionalUnits, std::uint16_t reset) {
+TerminalProfile Older(StatusWord functionalUnits, StatusWord reset) {
   TerminalProfile profile;
   profile.FunctionalUnits = functionalUnits;
   profile.Reset = reset;
@@ -101,7 +102,7 @@ Bytes TerminalProfile::AnswerToManufacturerQuery() const {
   if (!Maker) return Answer(FunctionalUnits == sw::Ok ? sw::WrongParameters : FunctionalUnits);
 
   Bytes data;
-  AppendObject(data, ManufacturerTag,
+  AppendObject(data, ct_bcs::ObjectManufacturer,
                Padded(Maker->Maker, TextWidth) + Padded(Maker->ProductCode, TextWidth) +
                    Padded(Maker->Version, TextWidth));
   if (!Maker->HandheldVersion.empty()) Append(data, HandheldObject(Maker->HandheldVersion));

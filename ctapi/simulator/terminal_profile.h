@@ -30,13 +30,13 @@ enum class UsbQuery {
 // What a terminal is: every answer by which one model is told from another.
 struct TerminalProfile {
   // GET STATUS for the functional units: 9000 behind the object 81, any other status word alone.
-  std::uint16_t FunctionalUnits = sw::Ok;
+  StatusWord FunctionalUnits = sw::Ok;
   // Without it GET STATUS for the manufacturer is answered with a status word alone.
   std::optional<Manufacturer> Maker{};
   // The whole answer to GET STATUS for the manufacturer, status word included, in place of Maker.
   std::optional<Bytes> ManufacturerAnswer{};
   // RESET CT: 9500 marks a mobile terminal, 9501 a mobile terminal with extended records.
-  std::uint16_t Reset = sw::Ok;
+  StatusWord Reset = sw::Ok;
   UsbQuery Usb = UsbQuery::Unknown;
   // Every SELECT is answered 6900: a hand-held terminal in its stationary mode.
   bool RefusesSelect = false;

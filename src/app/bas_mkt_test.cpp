@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "diagnosis/port_hints.h"
 #include "discovery/port_sweep.h"
 
 namespace kartocheck {
@@ -53,19 +54,19 @@ void Bas_MKT_Test::LoadSchemas(const QStringList& directories) {
 
 QString Bas_MKT_Test::IdentificationOf(int slot) const {
   const std::optional<Port> port = PortAt(slot);
-  return port ? directory_.IdentificationOf(port->Number()) : QString();
+  return port ? directory_.IdentificationOf(*port) : QString();
 }
 
 // While the link is open, it is this program that keeps others from the card.
 QString Bas_MKT_Test::HintFor(Port port) const {
   if (IsLinkOpen() || terminals_[port.Slot()].DataRead) return {};
-  return directory_.HintFor(port.Number());
+  return PortHint(directory_.TroubleOf(port));
 }
 
 QStringList Bas_MKT_Test::HintsWithoutReader() const {
   const bool hasReader = std::any_of(furtherPorts_.begin(), furtherPorts_.end(),
                                      [](Port port) { return port.IsUsb(); });
-  return hasReader ? QStringList() : directory_.HintsWithoutReader();
+  return hasReader ? QStringList() : PortHints(directory_.TroublesWithoutReader());
 }
 
 void Bas_MKT_Test::CheckPort(Port port, Remember remember) {

@@ -3,8 +3,6 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include <algorithm>
-
 namespace kartocheck {
 
 QStringList CtApiCandidates(const QString& programDirectory, QStringView fileName) {
@@ -12,15 +10,6 @@ QStringList CtApiCandidates(const QString& programDirectory, QStringView fileNam
   return {directory.filePath(fileName.toString()),
           QDir::cleanPath(directory.filePath(QStringLiteral("../lib/kartocheck/") + fileName)),
           fileName.toString()};
-}
-
-bool IsOwnCtApi(const QString& programDirectory, QStringView fileName, const QString& loaded) {
-  const QString file = QFileInfo(loaded).canonicalFilePath();
-  if (file.isEmpty()) return false;
-  const QStringList candidates = CtApiCandidates(programDirectory, fileName);
-  return std::any_of(candidates.begin(), candidates.end(), [&](const QString& candidate) {
-    return candidate != fileName && QFileInfo(candidate).canonicalFilePath() == file;
-  });
 }
 
 QStringList DataDirectories(const QString& programDirectory) {

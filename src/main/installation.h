@@ -13,11 +13,6 @@ namespace kartocheck {
 // library directory, the system's search path.
 [[nodiscard]] QStringList CtApiCandidates(const QString& programDirectory, QStringView fileName);
 
-// Whether a loaded CT-API library is the one that came with the program: it stands in one of the
-// program's own directories. Not so one from the search path, or none.
-[[nodiscard]] bool IsOwnCtApi(const QString& programDirectory, QStringView fileName,
-                              const QString& loaded);
-
 // Directories of data files: the program's own, then the installed data directory.
 [[nodiscard]] QStringList DataDirectories(const QString& programDirectory);
 

@@ -13,15 +13,16 @@
 #include "console/console_run.h"
 #include "main/command_line.h"
 #include "main/installation.h"
-#include "platform/machine_ports.h"
+#include "platform/machine_port_directory.h"
 #include "platform/qt/ct_api_library.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_serial_port.h"
-#include "platform/serial_devices.h"
+#include "platform/serial_port_directory.h"
 #include "platform/simulated/ct_api_simulated.h"
 #include "platform/simulated/serial_port_simulated.h"
 #include "platform/standard_streams.h"
 #include "platform/termination_signal.h"
+#include "protocol/com_table.h"
 #include "simulator/scenario.h"
 #if defined(KARTOCHECK_WITH_WINDOW)
 #include "main/start_window.h"
@@ -73,21 +74,25 @@ class Outside {
   }
 
   void UseMachine(const CommandLine& line) {
-    const std::vector<SerialDevice> devices = FindSerialDevices();
-    const ComTable table = MakeComTable(devices, line.serialPorts);
+    ctapi::ComTable overrides;
+    for (auto entry = line.serialPorts.cbegin(); entry != line.serialPorts.cend(); ++entry) {
+      overrides.emplace(entry.key(), entry.value().toStdString());
+    }
+    const std::vector<ctapi::ComDevice> devices = ctapi::FindComDevices();
+    const ctapi::ComTable table = ctapi::MakeComTable(devices, overrides);
     // The library opens the same devices under the same numbers.
-    qputenv(ComTableVariable, ComTableText(table));
+    qputenv(ctapi::ComTableVariable, QByteArray::fromStdString(ctapi::ComTableText(table)));
     auto library = std::make_unique<CtApiLibrary>(
         line.ctApi
             ? QStringList{*line.ctApi}
             : CtApiCandidates(QCoreApplication::applicationDirPath(), CtApiLibrary::FileName));
-    libraryText_ = [loaded = library.get()] { return loaded->LoadedFile(); };
+    const CtApiLibrary& loaded = *library;
+    libraryText_ = [&loaded] { return loaded.LoadedFile(); };
     api_ = std::move(library);
     serial_ = std::make_unique<QtSerialPort>(table);
-    directory_ = WithReaders(std::make_unique<SerialPortDirectory>(devices, table), [this] {
-      return IsOwnCtApi(QCoreApplication::applicationDirPath(), CtApiLibrary::FileName,
-                        libraryText_());
-    });
+    directory_ = std::make_unique<MachinePortDirectory>(
+        std::make_unique<SerialPortDirectory>(devices, table),
+        [&loaded](int pn) { return loaded.InfoOf(pn); });
   }
 
   ctapi::SimulatedPractice practice_;

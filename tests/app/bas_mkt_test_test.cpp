@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "diagnosis/port_hints.h"
 #include "diagnosis/read_loop.h"
 #include "support/dialogue.h"
 #include "support/fake_api.h"
@@ -88,8 +89,8 @@ TEST(BasMktTestTest, StartsWithPortOneAndNothingKnown) {
 TEST(BasMktTestTest, AHintIsForAPortThatCannotBeUsed) {
   Dialogue dialogue(CheckAndRead);
   Module module(dialogue);
-  const QString hint = QStringLiteral("Ein Hinweis.");
-  module.directory.hints[8192] = hint;
+  const QString hint = PortHint(CardHeld);
+  module.directory.troubles[8192] = CardHeld;
   std::vector<QString> whileOpen;
   module.eventLoop.onYield = [&] {
     if (module.state.IsLinkOpen()) whileOpen.push_back(module.state.HintFor(Port(8192)));
@@ -112,8 +113,8 @@ TEST(BasMktTestTest, AHintIsForAPortThatCannotBeUsed) {
 TEST(BasMktTestTest, HintsWithoutAReaderAreForASweepThatFoundNoUsbDevice) {
   FakeApi api;
   Module module(api);
-  const QStringList hints{QStringLiteral("Ein Hinweis."), QStringLiteral("Noch einer.")};
-  module.directory.hintsWithoutReader = hints;
+  const QStringList hints{PortHint(NotPermitted), PortHint(NoService)};
+  module.directory.troublesWithoutReader = {NotPermitted, NoService};
   EXPECT_EQ(module.state.HintsWithoutReader(), hints);
   module.state.FurtherPorts = {Port(5), Port(256)};
   EXPECT_EQ(module.state.HintsWithoutReader(), hints);

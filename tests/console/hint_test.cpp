@@ -6,6 +6,7 @@
 #include <string>
 
 #include "console/console_fixture.h"
+#include "diagnosis/port_hints.h"
 #include "support/fake_port_directory.h"
 #include "support/printing.h"
 
@@ -14,8 +15,8 @@
 namespace kartocheck::test {
 namespace {
 
-const QString FirstHint = QStringLiteral("Sie dürfen das nicht öffnen.");
-const QString SecondHint = QStringLiteral("Der Dienst läuft nicht.");
+const QString FirstHint = PortHint(NotPermitted);
+const QString SecondHint = PortHint(NoService);
 
 QJsonObject Report(const Console& console) {
   return QJsonDocument::fromJson(QByteArray::fromStdString(console.out.str())).object();
@@ -35,20 +36,20 @@ QString PortHint(const Console& console, const QString& pn) {
 
 TEST(ConsoleHintTest, WithoutAReaderTheTableEndsWithTheReasons) {
   FakePortDirectory machine;
-  machine.hintsWithoutReader = {FirstHint, SecondHint};
+  machine.troublesWithoutReader = {NotPermitted, NoService};
   Console console(machine);
   EXPECT_EQ(console.Run(), exit_status::NoTerminal);
   const std::string out = console.out.str();
-  EXPECT_TRUE(
-      out.ends_with("  Hinweis:                        Sie dürfen das nicht öffnen.\n"
-                    "  Hinweis:                        Der Dienst läuft nicht.\n"))
+  EXPECT_TRUE(out.ends_with("  Hinweis:                        " + FirstHint.toStdString() +
+                            "\n  Hinweis:                        " + SecondHint.toStdString() +
+                            '\n'))
       << out;
   EXPECT_GT(out.find("Hinweis:"), out.find("\nSchnittstellen\n"));
 }
 
 TEST(ConsoleHintTest, TheReasonsAreAListInTheDocument) {
   FakePortDirectory machine;
-  machine.hintsWithoutReader = {FirstHint, SecondHint};
+  machine.troublesWithoutReader = {NotPermitted, NoService};
   Console console(machine);
   (void)console.Run({.json = true});
   EXPECT_EQ(Hints(console), (QJsonArray{FirstHint, SecondHint}));
@@ -56,7 +57,7 @@ TEST(ConsoleHintTest, TheReasonsAreAListInTheDocument) {
 
 TEST(ConsoleHintTest, ATerminalOnASerialPortIsNoReader) {
   FakePortDirectory machine;
-  machine.hintsWithoutReader = {SecondHint};
+  machine.troublesWithoutReader = {NoService};
   Console console(machine);
   console.practice.Attach(1, PortOf("kvk-60"));
   console.practice.Attach(7, PortOf("kvk-60"));
@@ -66,7 +67,7 @@ TEST(ConsoleHintTest, ATerminalOnASerialPortIsNoReader) {
 
 TEST(ConsoleHintTest, WithAReaderThereIsNothingToSay) {
   FakePortDirectory machine;
-  machine.hintsWithoutReader = {FirstHint, SecondHint};
+  machine.troublesWithoutReader = {NotPermitted, NoService};
   for (const bool json : {false, true}) {
     Console console(machine);
     console.practice.Attach(8192, PortOf("keine-karte"));
@@ -80,7 +81,7 @@ TEST(ConsoleHintTest, WithAReaderThereIsNothingToSay) {
 
 TEST(ConsoleHintTest, WithoutASweepNothingIsSaidOfReaders) {
   FakePortDirectory machine;
-  machine.hintsWithoutReader = {FirstHint, SecondHint};
+  machine.troublesWithoutReader = {NotPermitted, NoService};
   Console console(machine);
   (void)console.Run({.json = true, .port = Port(8192)});
   EXPECT_EQ(Hints(console), QJsonArray());
@@ -94,7 +95,7 @@ TEST(ConsoleHintTest, SimulatedPortsNeedNoHint) {
 
 TEST(ConsoleHintTest, APortThatCannotBeUsedHasItsReason) {
   FakePortDirectory machine;
-  machine.hints = {{2, FirstHint}, {8192, SecondHint}};
+  machine.troubles = {{2, NotPermitted}, {8192, NoService}};
   Console console(machine);
   console.practice.Attach(8192, PortOf("keine-karte"));
   console.practice.Attach(8193, PortOf("keine-karte"));
@@ -110,14 +111,15 @@ TEST(ConsoleHintTest, APortThatCannotBeUsedHasItsReason) {
   const std::string out = text.out.str();
   const std::size_t reader = out.find("USB Device 1 (CTAPI pn=8192)\n");
   ASSERT_NE(reader, std::string::npos);
-  EXPECT_NE(out.find("  Hinweis:                        Der Dienst läuft nicht.\n\n", reader),
-            std::string::npos)
+  EXPECT_NE(
+      out.find("  Hinweis:                        " + SecondHint.toStdString() + "\n\n", reader),
+      std::string::npos)
       << out;
 }
 
 TEST(ConsoleHintTest, APortThatWasReadNeedsNone) {
   FakePortDirectory machine;
-  machine.hints = {{8192, SecondHint}};
+  machine.troubles = {{8192, NoService}};
   Console console(machine);
   console.practice.Attach(8192, PortOf("omega"));
   EXPECT_EQ(console.Run({.json = true, .port = Port(8192)}), exit_status::DataRead);
@@ -126,12 +128,13 @@ TEST(ConsoleHintTest, APortThatWasReadNeedsNone) {
 
 TEST(ConsoleHintTest, BeforeTheCardIsAskedForTheReasonStandsAmongTheMessages) {
   FakePortDirectory machine;
-  machine.hints = {{8192, SecondHint}};
+  machine.troubles = {{8192, NoService}};
   Console console(machine);
   console.practice.Attach(8192, PortOf("keine-karte"));
   (void)console.Run({.port = Port(8192)});
-  EXPECT_NE(console.messages.str().find("\nDer Dienst läuft nicht.\nKartoCheck: Bitte eine "),
-            std::string::npos)
+  EXPECT_NE(
+      console.messages.str().find('\n' + SecondHint.toStdString() + "\nKartoCheck: Bitte eine "),
+      std::string::npos)
       << console.messages.str();
 }
 

@@ -21,12 +21,13 @@ namespace {
 const QString HintField = QStringLiteral("Labl_Hinweis");
 const QString FurtherPorts = QStringLiteral("Opti_Comx_4");
 
-const QString NotAllowed = QStringLiteral(
+const QString NotPermittedText = QStringLiteral(
     "Sie dürfen /dev/ttyS0, /dev/ttyUSB0 nicht öffnen. Lassen Sie sich in die Gruppe \"dialout\" "
     "aufnehmen und melden Sie sich neu an.");
-const QString NoService = QStringLiteral(
-    "Der Kartenleser-Dienst läuft nicht. Starten Sie ihn mit \"sudo systemctl start pcscd\".");
-const QString Held = QStringLiteral(
+const QString NoServiceText = QStringLiteral(
+    "Der Kartenleser-Dienst läuft nicht. Starten Sie ihn mit \"sudo systemctl start pcscd\"; fehlt "
+    "er, installieren Sie die Pakete \"pcscd\" und \"libccid\".");
+const QString HeldText = QStringLiteral(
     "Ein anderes Programm benutzt die Karte im Kartenleser. Beenden Sie es und versuchen Sie es "
     "noch einmal.");
 
@@ -38,16 +39,20 @@ class HintWindowTest : public testing::Test {
 };
 
 TEST_F(HintWindowTest, AtTheStartNothingIsKnown) {
-  machine.hintsWithoutReader = {NoService};
+  machine.troublesWithoutReader = {NoService};
   EXPECT_FALSE(hint.isVisible());
 }
 
 TEST_F(HintWindowTest, WithoutAReaderTheReasonStandsBelowTheList) {
-  for (const QStringList& hints : {QStringList{NoService}, {NotAllowed}, {NotAllowed, NoService}}) {
-    machine.hintsWithoutReader = hints;
+  const std::pair<std::vector<PortTrouble>, QString> rows[] = {
+      {{NoService}, NoServiceText},
+      {{NotPermitted}, NotPermittedText},
+      {{NotPermitted, NoService}, NotPermittedText + u'\n' + NoServiceText}};
+  for (const auto& [troubles, text] : rows) {
+    machine.troublesWithoutReader = troubles;
     program.Click(FurtherPorts);
     EXPECT_TRUE(hint.isVisible());
-    EXPECT_EQ(hint.text(), hints.join(u'\n'));
+    EXPECT_EQ(hint.text(), text);
     const QWidget& list = program.Find(QStringLiteral("List1"));
     EXPECT_EQ(hint.parentWidget(), list.parentWidget());
     QApplication::processEvents();
@@ -56,14 +61,14 @@ TEST_F(HintWindowTest, WithoutAReaderTheReasonStandsBelowTheList) {
 }
 
 TEST_F(HintWindowTest, AFullScanShowsItToo) {
-  machine.hintsWithoutReader = {NoService};
+  machine.troublesWithoutReader = {NoService};
   const WindowVisitor visitor(QStringLiteral("Form_DatenInfo"), [](QWidget&) {});
   program.Click(QStringLiteral("CmdB_MKt_Test_0"));
   EXPECT_TRUE(hint.isVisible());
 }
 
 TEST_F(HintWindowTest, WithAReaderItIsGone) {
-  machine.hintsWithoutReader = {NoService};
+  machine.troublesWithoutReader = {NoService};
   program.Click(FurtherPorts);
   ASSERT_TRUE(hint.isVisible());
   program.practice.Attach(8192, PortOf("omega"));
@@ -78,11 +83,11 @@ TEST_F(HintWindowTest, WhereNothingIsInTheWayItStaysHidden) {
 }
 
 TEST_F(HintWindowTest, ItIsReadSelectedAndReachedLikeAnyValue) {
-  machine.hintsWithoutReader = {NoService};
+  machine.troublesWithoutReader = {NoService};
   program.Click(FurtherPorts);
   QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&hint);
   ASSERT_NE(accessible, nullptr);
-  EXPECT_EQ(accessible->text(QAccessible::Name), u"Hinweis: " + NoService);
+  EXPECT_EQ(accessible->text(QAccessible::Name), u"Hinweis: " + NoServiceText);
   EXPECT_TRUE(hint.textInteractionFlags().testFlags(Qt::TextSelectableByMouse |
                                                     Qt::TextSelectableByKeyboard));
   EXPECT_EQ(hint.textFormat(), Qt::PlainText);
@@ -95,7 +100,7 @@ TEST_F(HintWindowTest, ItIsReadSelectedAndReachedLikeAnyValue) {
 // Room for all lines, without a wider column or window.
 TEST_F(HintWindowTest, ItIsWrappedAndNeverCut) {
   const int column = program.Find(QStringLiteral("Fram_Comx")).width();
-  machine.hintsWithoutReader = {NotAllowed, NoService};
+  machine.troublesWithoutReader = {NotPermitted, NoService};
   const auto expectRoom = [&] {
     QApplication::processEvents();
     EXPECT_TRUE(hint.wordWrap());
@@ -119,22 +124,23 @@ TEST_F(HintWindowTest, ItIsWrappedAndNeverCut) {
 TEST_F(HintWindowTest, ALongStatusTextLeavesTheProgressItsPlace) {
   const QWidget& progress = program.Find(QStringLiteral("ProgressBar1"));
   const QWidget& bar = program.Find(QStringLiteral("StatusBar1"));
-  program.window.ShowStatusText(NotAllowed + NoService);
+  program.window.ShowStatusText(NotPermittedText + NoServiceText);
   QApplication::processEvents();
   EXPECT_EQ(bar.width(), program.window.width());
   EXPECT_TRUE(bar.rect().contains(progress.geometry()));
-  EXPECT_EQ(program.Find(QStringLiteral("Labl_StatusText")).toolTip(), NotAllowed + NoService);
-  program.window.ShowStatusText(Held);
+  EXPECT_EQ(program.Find(QStringLiteral("Labl_StatusText")).toolTip(),
+            NotPermittedText + NoServiceText);
+  program.window.ShowStatusText(HeldText);
   auto& text = program.Find<QLabel>(QStringLiteral("Labl_StatusText"));
   EXPECT_GE(text.width(), text.sizeHint().width()) << "this one is seen as a whole";
 }
 
 TEST_F(HintWindowTest, ThePortThatCannotBeUsedSaysWhy) {
-  program.view.portHints[2].Set(NotAllowed);
+  program.view.portHints[2].Set(NotPermittedText);
   const auto& option = program.Find<QRadioButton>(QStringLiteral("Opti_Comx_1"));
-  EXPECT_EQ(option.toolTip(), NotAllowed);
-  EXPECT_EQ(option.accessibleDescription(), NotAllowed);
-  EXPECT_EQ(program.Find(QStringLiteral("Labe_Comx_1")).toolTip(), NotAllowed);
+  EXPECT_EQ(option.toolTip(), NotPermittedText);
+  EXPECT_EQ(option.accessibleDescription(), NotPermittedText);
+  EXPECT_EQ(program.Find(QStringLiteral("Labe_Comx_1")).toolTip(), NotPermittedText);
   EXPECT_EQ(program.Find(QStringLiteral("Opti_Comx_0")).toolTip(), QString());
   EXPECT_EQ(program.Find(QStringLiteral("List1")).toolTip(), QString());
   program.view.portHints[2].Set({});
@@ -144,22 +150,22 @@ TEST_F(HintWindowTest, ThePortThatCannotBeUsedSaysWhy) {
 }
 
 TEST_F(HintWindowTest, TheChosenFurtherPortSaysWhyInTheList) {
-  machine.hints[8193] = Held;
+  machine.troubles[8193] = CardHeld;
   program.practice.Attach(8192, PortOf("keine-karte"));
   program.practice.Attach(8193, PortOf("keine-karte"));
   program.Click(FurtherPorts);
   auto& list = program.Find<QListWidget>(QStringLiteral("List1"));
   EXPECT_EQ(list.toolTip(), QString());
   list.setCurrentRow(1);
-  EXPECT_EQ(list.toolTip(), Held);
-  EXPECT_EQ(list.accessibleDescription(), Held);
-  EXPECT_EQ(program.Find(FurtherPorts).toolTip(), Held);
+  EXPECT_EQ(list.toolTip(), HeldText);
+  EXPECT_EQ(list.accessibleDescription(), HeldText);
+  EXPECT_EQ(program.Find(FurtherPorts).toolTip(), HeldText);
   list.setCurrentRow(0);
   EXPECT_EQ(list.toolTip(), QString());
 }
 
 TEST_F(HintWindowTest, ACardThatIsHeldIsToldInTheStatusBarWhileThePromptIsOpen) {
-  machine.hints[8192] = Held;
+  machine.troubles[8192] = CardHeld;
   program.practice.Attach(8192, PortOf("keine-karte"));
   program.Click(FurtherPorts);
   QString duringPrompt;
@@ -171,7 +177,7 @@ TEST_F(HintWindowTest, ACardThatIsHeldIsToldInTheStatusBarWhileThePromptIsOpen) 
     }});
     program.Click(QStringLiteral("CmdB_MKt_Test_3"));
   }
-  EXPECT_EQ(duringPrompt, Held);
+  EXPECT_EQ(duringPrompt, HeldText);
 }
 
 TEST(SimulationHintTest, ASimulatedPracticeWithoutReaderShowsNone) {

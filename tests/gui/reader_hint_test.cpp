@@ -5,7 +5,9 @@
 
 #include "gui/support/simulated_program.h"
 #include "host/fake_pcsc.h"
-#include "platform/reader_directory.h"
+#include "host/host_library_api.h"
+#include "host/pcsc_transport.h"
+#include "platform/machine_port_directory.h"
 #include "support/fake_port_directory.h"
 #include "support/printing.h"
 #include "support/sentence_name.h"
@@ -14,6 +16,11 @@
 
 namespace kartocheck::test {
 namespace {
+
+using ctapi::host::HostLibrary;
+using ctapi::host::PcscTransport;
+using ctapi::host::ServedPorts;
+using ctapi::host::test::HostLibraryApi;
 
 struct TroubleRow {
   const char* sentence;
@@ -29,15 +36,14 @@ class ReaderHintWindowTest : public testing::TestWithParam<TroubleRow> {};
 
 TEST_P(ReaderHintWindowTest, IsShownAfterTheSweep) {
   ctapi::host::test::FakePcsc pcsc;
-  int loads = 0;
-  const ReaderDirectory machine(
-      std::make_unique<FakePortDirectory>(), [] { return true; },
-      [&] {
-        ++loads;
-        return GetParam().load(pcsc);
-      });
+  std::vector<ServedPorts> transports;
+  transports.push_back({ctapi::UsbPorts, std::make_unique<PcscTransport>(GetParam().load(pcsc))});
+  HostLibrary library(std::move(transports));
+  HostLibraryApi api(library);
+  const MachinePortDirectory machine(std::make_unique<FakePortDirectory>(),
+                                     [&api](int pn) { return api.InfoOf(pn); });
   SimulatedProgram program(QStringLiteral("leer"), {}, &machine);
-  EXPECT_EQ(loads, 0) << "the start does not wait for the service";
+  EXPECT_EQ(pcsc.Contexts, 0) << "the start does not wait for the service";
   program.Click(QStringLiteral("Opti_Comx_4"));
   const auto& hint = program.Find<QLabel>(QStringLiteral("Labl_Hinweis"));
   EXPECT_EQ(hint.isVisible(), !GetParam().shown.isEmpty());

@@ -8,6 +8,7 @@
 
 #include "ctnrv32.h"
 #include "host/pty_terminal.h"
+#include "protocol/com_table.h"
 #include "simulator/hex.h"
 #include "simulator/simulated_terminal.h"
 
@@ -28,20 +29,24 @@ class BuiltLibrary : public testing::Test {
     Resolve(Data, "CTDENRVT1_data");
     Resolve(Close, "CTDENRVT1_close");
     Resolve(GetBaudrate, "CT_get_baudrate");
+    Resolve(PortInfo, "KARTOCHECK_port_info");
     EgkContents contents;
     contents.Vsd.EfPd = Bytes(600, 0x3C);
     terminal_.Insert(EgkCard(contents));
-    setenv("KARTOCHECK_COM_PORTS", ("3=" + pty_.Device()).c_str(), 1);
+    setenv(ComTableVariable, ("3=" + pty_.Device()).c_str(), 1);
   }
+  [[nodiscard]] std::string Device() const { return pty_.Device(); }
+
   ~BuiltLibrary() override {
     (void)Close(1);
-    unsetenv("KARTOCHECK_COM_PORTS");
+    unsetenv(ComTableVariable);
   }
 
   CTDENRVT1_init_t Init = nullptr;
   CTDENRVT1_data_t Data = nullptr;
   CTDENRVT1_close_t Close = nullptr;
   CT_get_baudrate_t GetBaudrate = nullptr;
+  KARTOCHECK_port_info_t PortInfo = nullptr;
 
   // The answer, or the code. Whatever it is, nothing is written behind the room that was offered.
   std::string Send(std::uint8_t unit, const Bytes& command, std::uint16_t room = 4098,
@@ -97,6 +102,32 @@ TEST_F(BuiltLibrary, ReadsACard) {
   EXPECT_EQ(sad, 0);
   EXPECT_EQ(Send(0, "00B0810000"), test::ToHex(Bytes(256, 0x3C)) + "9000");
   EXPECT_EQ(Close(1), 0);
+}
+
+TEST_F(BuiltLibrary, TellsWhatItHasOnAPort) {
+  const std::string device = Device();
+  std::uint8_t trouble = Untouched;
+  std::array<std::uint8_t, 64> name{};
+  name.fill(Untouched);
+  const auto ask = [&](std::uint16_t pn, std::size_t room) {
+    trouble = Untouched;
+    length = static_cast<std::uint16_t>(room);
+    return PortInfo(pn, &trouble, &length, name.data());
+  };
+  EXPECT_EQ(ask(Com3, device.size() - 1), -11);
+  EXPECT_EQ(name[0], Untouched);
+  EXPECT_EQ(ask(Com3, device.size()), 0);
+  EXPECT_EQ(std::string(name.begin(), name.begin() + length), device);
+  EXPECT_EQ(name[length], Untouched);
+  EXPECT_EQ(trouble, 0);
+  EXPECT_EQ(ask(4, name.size()), 0);
+  EXPECT_EQ(length, 0) << "no device is COM 4";
+  EXPECT_EQ(ask(257, name.size()), -1);
+  EXPECT_EQ(length, 0);
+  EXPECT_EQ(trouble, 0);
+  EXPECT_EQ(PortInfo(Com3, nullptr, &length, name.data()), -1);
+  EXPECT_EQ(PortInfo(Com3, &trouble, nullptr, name.data()), -1);
+  EXPECT_EQ(PortInfo(Com3, &trouble, &length, nullptr), -1);
 }
 
 TEST_F(BuiltLibrary, WithoutInitEveryCallIsRefused) {

@@ -48,6 +48,7 @@ class FakePcsc {
   int StateQuestions = 0;
   int EndlessWaits = 0;            // connections to a reader that another program holds
   std::vector<std::string> Calls;  // connects, reconnects, disconnects
+  std::string LastReader;          // whose card was reached
   std::vector<Bytes> Sent;
   int Contexts = 0;
   int Released = 0;  // contexts
@@ -88,7 +89,10 @@ class FakePcsc {
       current_ = reader;
       *handle = 7;
       *protocol = Readers.at(current_).Protocol;
-      if (mode != SCARD_SHARE_DIRECT) WhileConnecting();
+      if (mode != SCARD_SHARE_DIRECT) {
+        LastReader = reader;
+        WhileConnecting();
+      }
       return SCARD_S_SUCCESS;
     };
     api.Reconnect = [this](SCARDHANDLE, DWORD, DWORD, DWORD how, LPDWORD protocol) {

@@ -11,11 +11,10 @@
 #include <stdexcept>
 #include <string>
 
+#include "diagnosis/port_hints.h"
+#include "host/pcsc_api.h"
 #include "host/pcscd_service.h"
-#include "host/reader_trouble.h"
-#include "platform/machine_ports.h"
-#include "platform/reader_hint.h"
-#include "support/fake_port_directory.h"
+#include "host/transports.h"
 #include "support/printing.h"
 
 // The hints of the program on a machine without the PC/SC service, and on one with it.
@@ -23,7 +22,7 @@
 namespace kartocheck::test {
 namespace {
 
-using ctapi::host::ReaderTrouble;
+using ctapi::host::HostLibrary;
 using ctapi::test::Eventually;
 using ctapi::test::PcscdService;
 using ctapi::test::VirtualCard;
@@ -43,6 +42,10 @@ QByteArray OutputOf(const std::string& arguments, const char* streams = "2>/dev/
   }
   (void)::pclose(program);
   return output;
+}
+
+QString HintOn(PortTroubleKind kind) {
+  return PortHint({.Kind = kind});
 }
 
 QByteArray Row(const QString& hint) {
@@ -81,11 +84,12 @@ class HintProgramTest : public testing::Test {
 
   // Milliseconds of each question, for the record.
   void Time(const char* what) {
-    const auto machine = WithReaders(std::make_unique<FakePortDirectory>(), [] { return true; });
+    HostLibrary library(ctapi::host::MakeTransports());
     for (const char* const turn : {"first", "second"}) {
       const auto begin = Clock::now();
-      const QStringList hints = machine->HintsWithoutReader();
-      const QString hint = machine->HintFor(8192);
+      ctapi::PortInfo info;
+      EXPECT_EQ(library.InfoOf(ctapi::EveryReader, info), ctapi::code::Success);
+      EXPECT_EQ(library.InfoOf(8192, info), ctapi::code::Success);
       const double taken = std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
       std::printf("%s, %s question: %.2f ms\n", what, turn, taken);
       EXPECT_LT(taken, 200) << "the window waits for it";
@@ -94,7 +98,7 @@ class HintProgramTest : public testing::Test {
 };
 
 TEST_F(HintProgramTest, WithoutTheServiceTheProgramSaysSo) {
-  const QString hint = ReaderHint(ReaderTrouble::NoService);
+  const QString hint = HintOn(PortTroubleKind::NoService);
   const QJsonObject report = QJsonDocument::fromJson(OutputOf("--console --json")).object();
   EXPECT_EQ(ReaderHints(report), QJsonArray{hint});
   EXPECT_TRUE(OutputOf("--console").endsWith(Row(hint)));
@@ -114,7 +118,7 @@ TEST_F(HintProgramTest, OfTheReadersOfAnotherLibraryItSaysNothing) {
 TEST_F(HintProgramTest, TheOwnLibraryByItsNameIsStillTheOwn) {
   const QByteArray output = OutputOf("--console --json --ct-api " HOST_LIBRARY);
   EXPECT_EQ(ReaderHints(QJsonDocument::fromJson(output).object()),
-            QJsonArray{ReaderHint(ReaderTrouble::NoService)});
+            QJsonArray{HintOn(PortTroubleKind::NoService)});
 }
 
 class HintServiceTest : public HintProgramTest {
@@ -152,7 +156,7 @@ TEST_F(HintServiceTest, ACardThatAnotherProgramHoldsIsTold) {
   ASSERT_TRUE(api);
   SCARDCONTEXT context = 0;
   ASSERT_EQ(api->EstablishContext(SCARD_SCOPE_SYSTEM, nullptr, nullptr, &context), 0);
-  const QString hint = ReaderHint(ReaderTrouble::CardHeld);
+  const QString hint = HintOn(PortTroubleKind::CardHeld);
   for (const DWORD mode :
        {static_cast<DWORD>(SCARD_SHARE_SHARED), static_cast<DWORD>(SCARD_SHARE_EXCLUSIVE)}) {
     SCARDHANDLE handle = 0;

@@ -39,6 +39,12 @@ class NotedTransport final : public Transport {
     if (index != 0 && index != 255) return {.Code = code::TransmissionError};
     return {code::Success, std::make_unique<EchoLink>(baud_, code_)};
   }
+  PortInfo InfoOf(std::size_t index) override {
+    return {.Name = (baud_ ? std::to_string(*baud_) : "none") + " at " + std::to_string(index)};
+  }
+  PortTroubleKind TroubleOfReaders() override {
+    return baud_ ? PortTroubleKind::None : PortTroubleKind::NoReader;
+  }
 
  private:
   std::optional<std::int32_t> baud_;
@@ -56,11 +62,21 @@ class HostLibraryTest : public testing::Test {
     return library_.Data(ctn, dad_, sad_, command, std::span(response_).first(room), length_);
   }
 
+  std::vector<ServedPorts> Transports() {
+    std::vector<ServedPorts> transports;
+    transports.push_back({SomeComPorts, std::make_unique<NotedTransport>(19200, some_, code_)});
+    transports.push_back({ComPorts, std::make_unique<NotedTransport>(38400, serial_, code_)});
+    transports.push_back(
+        {UsbPorts, std::make_unique<NotedTransport>(std::nullopt, readers_, code_)});
+    return transports;
+  }
+
+  static constexpr PortRange SomeComPorts{200, 209};
+  std::vector<std::size_t> some_;
   std::vector<std::size_t> serial_;
   std::vector<std::size_t> readers_;
   std::int8_t code_ = code::Success;
-  HostLibrary library_{std::make_unique<NotedTransport>(38400, serial_, code_),
-                       std::make_unique<NotedTransport>(std::nullopt, readers_, code_)};
+  HostLibrary library_{Transports()};
   std::uint8_t dad_ = 0;
   std::uint8_t sad_ = 0;
   std::uint16_t length_ = 99;
@@ -75,6 +91,35 @@ TEST_F(HostLibraryTest, PortNumbersLeadToTheirTransport) {
   EXPECT_EQ(library_.Init(5, 2), -10) << "the transport's own code";
   EXPECT_EQ(serial_, (std::vector<std::size_t>{0, 255, 1}));
   EXPECT_EQ(readers_, (std::vector<std::size_t>{0, 255}));
+}
+
+TEST_F(HostLibraryTest, ATransportMayTakePartOfAnothersNumbers) {
+  std::int32_t baud = 0;
+  ASSERT_EQ(library_.Init(1, 200), 0);
+  EXPECT_EQ(library_.GetBaudrate(1, baud), 0);
+  EXPECT_EQ(baud, 19200);
+  (void)library_.Init(2, 209);
+  (void)library_.Init(3, 199);
+  (void)library_.Init(4, 210);
+  EXPECT_EQ(some_, (std::vector<std::size_t>{0, 9}));
+  EXPECT_EQ(serial_, (std::vector<std::size_t>{198, 209}));
+}
+
+TEST_F(HostLibraryTest, EachTransportTellsOfItsOwnPorts) {
+  const auto nameOf = [this](std::uint16_t pn) {
+    PortInfo info;
+    EXPECT_EQ(library_.InfoOf(pn, info), 0) << pn;
+    return info.Name;
+  };
+  EXPECT_EQ(nameOf(1), "38400 at 0");
+  EXPECT_EQ(nameOf(205), "19200 at 5");
+  EXPECT_EQ(nameOf(8447), "none at 255");
+  ASSERT_EQ(library_.Init(1, 1), 0);
+  EXPECT_EQ(nameOf(1), "38400 at 0") << "an open port, too";
+  PortInfo info;
+  EXPECT_EQ(library_.InfoOf(EveryReader, info), 0);
+  EXPECT_EQ(info.Trouble, PortTroubleKind::NoReader) << "that of the only ones who have one";
+  EXPECT_EQ(library_.InfoOf(257, info), -1);
 }
 
 TEST_F(HostLibraryTest, OtherPortNumbersAreRefused) {

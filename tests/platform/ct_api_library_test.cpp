@@ -71,6 +71,30 @@ TEST(CtApiLibraryTest, CodesAreSignedEightBitNumbers) {
   EXPECT_EQ(library.Init(1, 255), -1);
 }
 
+TEST(CtApiLibraryTest, WhatALibraryTellsOfAPort) {
+  CtApiLibrary library({EchoLibrary.toString()});
+  EXPECT_EQ(library.InfoOf(4).Name, "") << "nothing is loaded for a question";
+  EXPECT_EQ(library.LoadedFile(), QString());
+  (void)library.Init(1, 0);
+  const ctapi::PortInfo info = library.InfoOf(4);
+  EXPECT_EQ(info.Trouble, ctapi::PortTroubleKind::CardHeld);
+  EXPECT_EQ(info.Name, "Gerät");
+  EXPECT_EQ(library.InfoOf(ctapi::EveryReader).Trouble, ctapi::PortTroubleKind::None);
+  EXPECT_EQ(library.InfoOf(0x0104).Name, "") << "it returns -1";
+  EXPECT_EQ(library.InfoOf(0x0104).Trouble, ctapi::PortTroubleKind::None);
+  EXPECT_EQ(library.InfoOf(6).Trouble, ctapi::PortTroubleKind::None) << "no trouble known here";
+  EXPECT_EQ(library.InfoOf(6).Name, "Gerät");
+  EXPECT_EQ(library.InfoOf(255).Name.size(), 1024U) << "more than the buffer holds";
+}
+
+TEST(CtApiLibraryTest, ALibraryMayHaveNothingToTell) {
+  CtApiLibrary library({NamedLibrary.toString()});
+  (void)library.Init(1, 0);
+  EXPECT_NE(library.LoadedFile(), QString());
+  EXPECT_EQ(library.InfoOf(4).Trouble, ctapi::PortTroubleKind::None);
+  EXPECT_EQ(library.InfoOf(4).Name, "");
+}
+
 enum class EntryPoint { Init, Data, Close, GetBaudrate };
 
 void Call(CtApiLibrary& library, EntryPoint entryPoint) {

@@ -23,6 +23,8 @@
 
 #include "discovery/serial_test.h"
 #include "platform/qt/qt_event_loop.h"
+#include "platform/serial_devices.h"
+#include "platform/serial_port_directory.h"
 #include "support/printing.h"
 #include "support/sentence_name.h"
 #include "support/serial_line_terminal.h"
@@ -37,7 +39,7 @@ using Rates = std::vector<int>;
 const QByteArray Resynchronised = QByteArray::fromHex("21E000C1");
 
 // Error number with which opening COM n fails; 0 where it opens.
-int OpenError(const ComTable& table, int comNumber) {
+int OpenError(const ctapi::ComTable& table, int comNumber) {
   QtSerialPort port(table);
   try {
     port.Open(comNumber);
@@ -79,7 +81,7 @@ class ProbedLineTest : public QtSerialPortTest, public testing::WithParamInterfa
 TEST_P(ProbedLineTest, TheProbeFindsTheRate) {
   const ProbedLine& row = GetParam();
   const SerialLineTerminal terminal(row.terminal);
-  QtSerialPort port({{2, terminal.Device()}});
+  QtSerialPort port({{2, terminal.Device().toStdString()}});
   QtEventLoop eventLoop;
   PortEntry entry;
   QElapsedTimer clock;
@@ -136,7 +138,7 @@ TEST_F(QtSerialPortTest, EveryByteComesThroughAsItIs) {
   QByteArray bytes;
   for (int byte = 0; byte < 256; ++byte) bytes.append(static_cast<char>(byte));
   const SerialLineTerminal terminal({.baud = 9600, .answer = bytes});
-  QtSerialPort port({{1, terminal.Device()}});
+  QtSerialPort port({{1, terminal.Device().toStdString()}});
   QtEventLoop eventLoop;
   port.Open(1);
   port.SetSettings(u"9600,E,8,1");
@@ -149,7 +151,7 @@ TEST_F(QtSerialPortTest, EveryByteComesThroughAsItIs) {
 
 TEST_F(QtSerialPortTest, EmptyingTheBufferForgetsWhatCameBefore) {
   const SerialLineTerminal terminal({.baud = 9600, .answer = Resynchronised});
-  QtSerialPort port({{1, terminal.Device()}});
+  QtSerialPort port({{1, terminal.Device().toStdString()}});
   QtEventLoop eventLoop;
   port.Open(1);
   port.SetSettings(u"9600,E,8,1");
@@ -164,7 +166,7 @@ TEST_F(QtSerialPortTest, EmptyingTheBufferForgetsWhatCameBefore) {
 // A pseudo-terminal has no modem lines; many USB cables have none either.
 TEST_F(QtSerialPortTest, ADeviceWithoutModemLinesGivesNoLineSignal) {
   const SerialLineTerminal terminal({});
-  QtSerialPort port({{3, terminal.Device()}});
+  QtSerialPort port({{3, terminal.Device().toStdString()}});
   QtEventLoop eventLoop;
   bool lineState = true;
   QElapsedTimer clock;
@@ -176,21 +178,21 @@ TEST_F(QtSerialPortTest, ADeviceWithoutModemLinesGivesNoLineSignal) {
 
 TEST_F(QtSerialPortTest, APortCanBeOpenedAgain) {
   const SerialLineTerminal terminal({.baud = 9600, .answer = Resynchronised});
-  QtSerialPort port({{1, terminal.Device()}});
+  QtSerialPort port({{1, terminal.Device().toStdString()}});
   QtEventLoop eventLoop;
   for (int time = 0; time < 3; ++time) {
     PortEntry entry;
     ProbeSerialSettings(Port(1), port, eventLoop, entry);
     EXPECT_TRUE(entry.SettingsFound) << time;
   }
-  EXPECT_EQ(OpenError({{1, terminal.Device()}}, 1), 0) << "and by another program";
+  EXPECT_EQ(OpenError({{1, terminal.Device().toStdString()}}, 1), 0) << "and by another program";
 }
 
 // The device disappears while a rate is tried.
 TEST_F(QtSerialPortTest, ADeviceUnpluggedInTheMiddleEndsTheProbe) {
   for (const int baud : {9600, 38400, 115200}) {
     const SerialLineTerminal terminal({.unpluggedAt = baud});
-    QtSerialPort port({{1, terminal.Device()}});
+    QtSerialPort port({{1, terminal.Device().toStdString()}});
     QtEventLoop eventLoop;
     PortEntry entry;
     ProbeSerialSettings(Port(1), port, eventLoop, entry);
@@ -203,7 +205,7 @@ TEST_F(QtSerialPortTest, ADeviceUnpluggedInTheMiddleEndsTheProbe) {
 // ... and while the port test waits.
 TEST_F(QtSerialPortTest, ADeviceUnpluggedInTheMiddleEndsThePortTest) {
   auto terminal = std::make_unique<SerialLineTerminal>(SerialLineTerminal::Behaviour{});
-  QtSerialPort port({{1, terminal->Device()}});
+  QtSerialPort port({{1, terminal->Device().toStdString()}});
   struct Unplugging final : EventLoop {
     explicit Unplugging(std::unique_ptr<SerialLineTerminal>& device) : device_(device) {}
     void Yield() override {}
@@ -225,7 +227,7 @@ TEST_F(QtSerialPortTest, ADeviceUnpluggedInTheMiddleEndsThePortTest) {
 TEST_F(QtSerialPortTest, EveryCallOnALostPortIsAnError) {
   const auto call = [](const auto& use) {
     auto terminal = std::make_unique<SerialLineTerminal>(SerialLineTerminal::Behaviour{});
-    QtSerialPort port({{1, terminal->Device()}});
+    QtSerialPort port({{1, terminal->Device().toStdString()}});
     QtEventLoop eventLoop;
     port.Open(1);
     terminal.reset();
@@ -281,7 +283,7 @@ class OtherProgram {
 TEST_F(QtSerialPortTest, ADeviceThatAnotherProgramLocksIsInUse) {
   const SerialLineTerminal terminal({});
   OtherProgram other(terminal.Device());
-  const ComTable table{{1, terminal.Device()}};
+  const ctapi::ComTable table{{1, terminal.Device().toStdString()}};
   EXPECT_EQ(OpenError(table, 1), 0) << "open alone takes nothing";
   other.Lock();
   EXPECT_EQ(OpenError(table, 1), SerialPortError::AlreadyOpen);
@@ -291,13 +293,13 @@ TEST_F(QtSerialPortTest, ADeviceThatAnotherProgramUsesExclusivelyIsInUse) {
   const SerialLineTerminal terminal({});
   OtherProgram other(terminal.Device());
   other.UseExclusively();
-  EXPECT_EQ(OpenError({{1, terminal.Device()}}, 1), SerialPortError::AlreadyOpen);
+  EXPECT_EQ(OpenError({{1, terminal.Device().toStdString()}}, 1), SerialPortError::AlreadyOpen);
 }
 
 // The lock file of older serial programs: the process number, and perhaps more lines.
 TEST_F(QtSerialPortTest, ADeviceWithALockFileIsInUseWhileItsProcessLives) {
   const SerialLineTerminal terminal({});
-  const ComTable table{{1, terminal.Device()}};
+  const ctapi::ComTable table{{1, terminal.Device().toStdString()}};
   QFile lock(u"/var/lock/LCK.." + QFileInfo(terminal.Device()).fileName());
   if (!lock.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
     GTEST_SKIP() << "no lock files can be made here";
@@ -328,7 +330,7 @@ TEST_F(QtSerialPortTest, ADeviceWithALockFileIsInUseWhileItsProcessLives) {
 
 TEST_F(QtSerialPortTest, APortThatIsOpenHereIsInUseElsewhere) {
   const SerialLineTerminal terminal({});
-  const ComTable table{{1, terminal.Device()}};
+  const ctapi::ComTable table{{1, terminal.Device().toStdString()}};
   QtSerialPort port(table);
   port.Open(1);
   EXPECT_EQ(OpenError(table, 1), SerialPortError::AlreadyOpen);
@@ -338,15 +340,15 @@ TEST_F(QtSerialPortTest, APortThatIsOpenHereIsInUseElsewhere) {
 
 TEST_F(QtSerialPortTest, WhatIsNoDeviceIsAnInvalidNumber) {
   EXPECT_EQ(OpenError({}, 1), SerialPortError::InvalidNumber) << "no device is COM 1";
-  EXPECT_EQ(OpenError({{1, QStringLiteral("/dev/there-is-none")}}, 1),
-            SerialPortError::InvalidNumber);
+  EXPECT_EQ(OpenError({{1, "/dev/there-is-none"}}, 1), SerialPortError::InvalidNumber);
 }
 
 // The control knows COM 1 to 4; whatever the table says of the others.
 TEST_F(QtSerialPortTest, EveryNumberButOneToFourIsInvalid) {
   const SerialLineTerminal terminal({});
-  ComTable table;
-  for (const int number : {-1, 0, 1, 4, 5, 6, 256, 8192}) table.insert(number, terminal.Device());
+  ctapi::ComTable table;
+  for (const int number : {-1, 0, 1, 4, 5, 6, 256, 8192})
+    table.emplace(number, terminal.Device().toStdString());
   for (const int number : {1, 4}) EXPECT_EQ(OpenError(table, number), 0) << number;
   for (const int number : {-1, 0, 5, 6, 256, 8192}) {
     EXPECT_EQ(OpenError(table, number), SerialPortError::InvalidNumber) << number;
@@ -358,11 +360,11 @@ TEST_F(QtSerialPortTest, WhatIsNoSerialDeviceFails) {
   const QString path = folder.filePath(QStringLiteral("no-port"));
   QFile file(path);
   ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  EXPECT_EQ(OpenError({{1, path}}, 1), SerialPortError::Other);
-  EXPECT_EQ(OpenError({{1, folder.path()}}, 1), SerialPortError::Other);
+  EXPECT_EQ(OpenError({{1, path.toStdString()}}, 1), SerialPortError::Other);
+  EXPECT_EQ(OpenError({{1, folder.path().toStdString()}}, 1), SerialPortError::Other);
   const QString pipe = folder.filePath(QStringLiteral("pipe"));
   ASSERT_EQ(::mkfifo(qPrintable(pipe), 0600), 0);
-  EXPECT_EQ(OpenError({{1, pipe}}, 1), SerialPortError::Other);
+  EXPECT_EQ(OpenError({{1, pipe.toStdString()}}, 1), SerialPortError::Other);
 }
 
 // As a user who may do nothing. Whoever is not root stays who they are.
@@ -397,17 +399,16 @@ constexpr mode_t ForTheGroupOnly = 0060;
 TEST_F(QtSerialPortTest, ADeviceThatTheUserMayNotOpenNamesTheGroupThatMay) {
   const SerialLineTerminal terminal({});
   ASSERT_EQ(::chmod(qPrintable(terminal.Device()), ForTheGroupOnly), 0);
-  const ComTable table{{1, terminal.Device()}};
+  const ctapi::ComTable table{{1, terminal.Device().toStdString()}};
   const SerialPortDirectory directory({}, table);
-  const QString group = GroupOfDevice(terminal.Device());
+  const QString group = GroupOfDevice(terminal.Device().toStdString());
   EXPECT_FALSE(group.isEmpty());
-  const QString hint = u"Sie dürfen " + terminal.Device() +
-                       u" nicht öffnen. Lassen Sie sich in die Gruppe \"" + group +
-                       u"\" aufnehmen und melden Sie sich neu an.";
+  const PortTrouble trouble{
+      .Kind = PortTroubleKind::NotPermitted, .Devices = {terminal.Device()}, .Group = group};
   const Nobody nobody;
   EXPECT_EQ(OpenError(table, 1), SerialPortError::NotAllowed);
-  EXPECT_EQ(directory.HintFor(1), hint);
-  EXPECT_EQ(directory.HintsWithoutReader(), QStringList{hint});
+  EXPECT_EQ(directory.TroubleOf(Port(1)), trouble);
+  EXPECT_EQ(directory.TroublesWithoutReader(), std::vector{trouble});
   // In the port test it counts as any other failure.
   QtSerialPort port(table);
   QtEventLoop eventLoop;
@@ -418,46 +419,45 @@ TEST_F(QtSerialPortTest, ADeviceThatTheUserMayNotOpenNamesTheGroupThatMay) {
 // To join a group that may not open the device itself would be of no use.
 TEST_F(QtSerialPortTest, WithoutAGroupThatMayTheAdministratorIsAsked) {
   const SerialLineTerminal terminal({});
-  const SerialPortDirectory directory({}, {{1, terminal.Device()}});
+  const SerialPortDirectory directory({}, {{1, terminal.Device().toStdString()}});
   for (const mode_t mode : std::initializer_list<mode_t>{0000, 0040, 0020}) {
     ASSERT_EQ(::chmod(qPrintable(terminal.Device()), mode), 0);
-    EXPECT_EQ(GroupOfDevice(terminal.Device()), QString()) << mode;
+    EXPECT_EQ(GroupOfDevice(terminal.Device().toStdString()), QString()) << mode;
   }
   const Nobody nobody;
-  EXPECT_EQ(directory.HintFor(1), u"Sie dürfen " + terminal.Device() +
-                                      u" nicht öffnen. Bitten Sie Ihre Systemverwaltung um dieses "
-                                      u"Recht.");
+  EXPECT_EQ(directory.TroubleOf(Port(1)),
+            (PortTrouble{.Kind = PortTroubleKind::NotPermitted, .Devices = {terminal.Device()}}));
 }
 
-TEST_F(QtSerialPortTest, DevicesOfAGroupShareASentence) {
+TEST_F(QtSerialPortTest, DevicesOfAGroupAreToldTogether) {
   const std::array<SerialLineTerminal, 4> terminals{SerialLineTerminal({}), SerialLineTerminal({}),
                                                     SerialLineTerminal({}), SerialLineTerminal({})};
-  ComTable table;
+  ctapi::ComTable table;
   for (int i = 0; i < 4; ++i) {
     const QString device = terminals.at(static_cast<std::size_t>(i)).Device();
-    table.insert(i + 1, device);
+    table.emplace(i + 1, device.toStdString());
     const mode_t modes[] = {ForTheGroupOnly, 0666, ForTheGroupOnly, 0};
     ASSERT_EQ(::chmod(qPrintable(device), modes[i]), 0);
   }
   const SerialPortDirectory directory({}, table);
   const Nobody nobody;
-  const QStringList hints = directory.HintsWithoutReader();
-  ASSERT_EQ(hints.size(), 2);
-  EXPECT_TRUE(hints[0].startsWith(u"Sie dürfen " + table[4] + u" nicht öffnen. Bitten "));
-  EXPECT_TRUE(
-      hints[1].startsWith(u"Sie dürfen " + table[1] + u", " + table[3] + u" nicht öffnen. Lassen "))
-      << hints[1].toStdString();
+  const std::vector<PortTrouble> troubles = directory.TroublesWithoutReader();
+  ASSERT_EQ(troubles.size(), 2U);
+  EXPECT_EQ(troubles[0].Devices, QStringList{terminals[3].Device()});
+  EXPECT_EQ(troubles[0].Group, QString());
+  EXPECT_EQ(troubles[1].Devices, (QStringList{terminals[0].Device(), terminals[2].Device()}));
+  EXPECT_NE(troubles[1].Group, QString());
 }
 
-TEST_F(QtSerialPortTest, WhatCanBeOpenedNeedsNoHint) {
+TEST_F(QtSerialPortTest, WhatCanBeOpenedIsNoTrouble) {
   const SerialLineTerminal terminal({});
   const SerialPortDirectory directory(
-      {}, {{1, terminal.Device()}, {2, QStringLiteral("/dev/there-is-none")}});
-  EXPECT_EQ(directory.HintFor(1), QString());
-  EXPECT_EQ(directory.HintFor(2), QString());
-  EXPECT_EQ(directory.HintFor(3), QString());
-  EXPECT_EQ(directory.HintFor(8192), QString());
-  EXPECT_EQ(directory.HintsWithoutReader(), QStringList());
+      {}, {{1, terminal.Device().toStdString()}, {2, "/dev/there-is-none"}});
+  EXPECT_EQ(directory.TroubleOf(Port(1)), PortTrouble());
+  EXPECT_EQ(directory.TroubleOf(Port(2)), PortTrouble());
+  EXPECT_EQ(directory.TroubleOf(Port(3)), PortTrouble());
+  EXPECT_EQ(directory.TroubleOf(Port(8192)), PortTrouble());
+  EXPECT_TRUE(directory.TroublesWithoutReader().empty());
 }
 
 TEST_F(QtSerialPortTest, TheDirectoryKnowsWhatTheSystemSaysOfADevice) {
@@ -467,14 +467,14 @@ TEST_F(QtSerialPortTest, TheDirectoryKnowsWhatTheSystemSaysOfADevice) {
   const QString link = folder.filePath(QStringLiteral("by-id"));
   ASSERT_TRUE(QFile::link(terminal.Device(), link));
   const SerialPortDirectory directory(
-      {{.path = terminal.Device(),
-        .builtInNumber = {},
-        .identification = QStringLiteral("USB VID_FFFE PID_0001 TEST")}},
-      {{2, terminal.Device()}, {3, link}, {4, other.Device()}});
-  EXPECT_EQ(directory.IdentificationOf(2), u"USB VID_FFFE PID_0001 TEST");
-  EXPECT_EQ(directory.IdentificationOf(3), u"USB VID_FFFE PID_0001 TEST") << "by a link";
-  EXPECT_EQ(directory.IdentificationOf(4), QString());
-  EXPECT_EQ(directory.IdentificationOf(1), QString());
+      {{.Path = terminal.Device().toStdString(), .Identification = "USB VID_FFFE PID_0001 TEST"}},
+      {{2, terminal.Device().toStdString()},
+       {3, link.toStdString()},
+       {4, other.Device().toStdString()}});
+  EXPECT_EQ(directory.IdentificationOf(Port(2)), u"USB VID_FFFE PID_0001 TEST");
+  EXPECT_EQ(directory.IdentificationOf(Port(3)), u"USB VID_FFFE PID_0001 TEST") << "by a link";
+  EXPECT_EQ(directory.IdentificationOf(Port(4)), QString());
+  EXPECT_EQ(directory.IdentificationOf(Port(1)), QString());
 }
 
 }  // namespace

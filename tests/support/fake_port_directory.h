@@ -6,18 +6,29 @@
 
 namespace kartocheck::test {
 
+inline const PortTrouble CardHeld{.Kind = PortTroubleKind::CardHeld};
+inline const PortTrouble NoService{.Kind = PortTroubleKind::NoService};
+inline const PortTrouble NotPermitted{
+    .Kind = PortTroubleKind::NotPermitted,
+    .Devices = {QStringLiteral("/dev/ttyS0"), QStringLiteral("/dev/ttyUSB0")},
+    .Group = QStringLiteral("dialout")};
+
 // Knows of the ports what a test tells it, by port number.
 class FakePortDirectory final : public PortDirectory {
  public:
-  [[nodiscard]] QString IdentificationOf(int pn) const override {
-    return identifications.value(pn);
+  [[nodiscard]] QString IdentificationOf(Port port) const override {
+    return identifications.value(port.Number());
   }
-  [[nodiscard]] QString HintFor(int pn) const override { return hints.value(pn); }
-  [[nodiscard]] QStringList HintsWithoutReader() const override { return hintsWithoutReader; }
+  [[nodiscard]] PortTrouble TroubleOf(Port port) const override {
+    return troubles.value(port.Number());
+  }
+  [[nodiscard]] std::vector<PortTrouble> TroublesWithoutReader() const override {
+    return troublesWithoutReader;
+  }
 
   QMap<int, QString> identifications;
-  QMap<int, QString> hints;
-  QStringList hintsWithoutReader;
+  QMap<int, PortTrouble> troubles;
+  std::vector<PortTrouble> troublesWithoutReader;
 };
 
 }  // namespace kartocheck::test

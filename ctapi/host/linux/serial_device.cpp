@@ -3,22 +3,16 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <charconv>
-#include <fcntl.h>
-#include <filesystem>
-#include <fstream>
 #include <linux/serial.h>
 #include <poll.h>
-#include <string_view>
-#include <sys/file.h>
 #include <sys/ioctl.h>
-#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 #include <utility>
 
 #include "host/linux/serial_device_settings.h"
 #include "host/parity_marks.h"
+#include "protocol/linux/device_lock.h"
 
 namespace ctapi::host {
 
@@ -32,21 +26,6 @@ constexpr int BitsPerByte = 11;  // start bit, 8 data bits, parity, stop bit
 // A line without flow control takes every byte; this is for drivers that stop all the same.
 constexpr int SendingStuck = 2000;  // milliseconds
 
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
-  [[nodiscard]] int Number() const { return number_; }
-
- private:
-  int number_;
-};
-
 speed_t SpeedOf(std::int32_t baud) {
   constexpr std::array<std::pair<std::int32_t, speed_t>, 5> Speeds{
       {{9600, B9600}, {19200, B19200}, {38400, B38400}, {57600, B57600}, {115200, B115200}}};
@@ -56,41 +35,8 @@ speed_t SpeedOf(std::int32_t baud) {
 }
 
 std::int8_t CodeOfOpenError(int error) {
-  switch (error) {
-    case ENOENT:
-    case ENODEV:
-    case ENXIO:
-    case ENOTDIR:
-    case EIO:
-      return code::InvalidParameter;
-    default:
-      // Among them the missing permission: there is a device, but not for this user. -1 would say
-      // that there is none.
-      return code::HostError;
-  }
-}
-
-// Older serial programs tell each other by a lock file that they use a port. It has the name of the
-// device file, by whatever link (/dev/serial/by-id) the port is known here. One whose process is
-// gone counts for nothing.
-bool HasLockFile(const std::string& path) {
-  std::error_code error;
-  const std::filesystem::path device = std::filesystem::canonical(path, error);
-  if (error) return false;
-  std::ifstream file("/var/lock/LCK.." + device.filename().string());
-  long process = 0;
-  if (!(file >> process) || process <= 0) return false;
-  struct stat status{};
-  return ::stat(("/proc/" + std::to_string(process)).c_str(), &status) == 0;
-}
-
-// Exclusive mode does not keep root out, and a lock only binds those who look for it; so both are
-// looked for, and both are taken.
-bool TakeAlone(int descriptor) {
-  int exclusive = 0;
-  if (::ioctl(descriptor, TIOCGEXCL, &exclusive) == 0 && exclusive != 0) return false;
-  if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) return false;
-  return ::ioctl(descriptor, TIOCEXCL) == 0;
+  // A missing permission is no missing device: -1 would say that there is none.
+  return MeansNoDevice(error) ? code::InvalidParameter : code::HostError;
 }
 
 // USB adapters collect bytes for 16 ms unless told otherwise. Not every driver offers it.
@@ -122,9 +68,7 @@ bool Configure(int descriptor) {
 class SerialDevice final : public LinePort {
  public:
   explicit SerialDevice(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
-  // The lock ends with the descriptor; exclusive mode would outlive it on a device still open
-  // elsewhere.
-  ~SerialDevice() override { (void)::ioctl(descriptor_.Number(), TIOCNXCL); }
+  ~SerialDevice() override { GiveBack(descriptor_); }
 
   void Send(ByteView bytes) override;
   Reception Receive(milliseconds longest) override;
@@ -212,12 +156,12 @@ void SerialDevice::SetBaud(std::int32_t baud) {
 }  // namespace
 
 OpenedLine OpenSerialDevice(const std::string& path) {
-  Descriptor descriptor(::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
-  if (descriptor.Number() < 0) return {.Code = CodeOfOpenError(errno)};
+  Descriptor descriptor = OpenDeviceFile(path);
+  if (!descriptor.IsOpen()) return {.Code = CodeOfOpenError(errno)};
   // A placeholder without hardware can be opened, but has no settings.
   termios settings{};
   if (::tcgetattr(descriptor.Number(), &settings) != 0) return {.Code = code::InvalidParameter};
-  if (HasLockFile(path) || !TakeAlone(descriptor.Number())) return {.Code = code::HostError};
+  if (!TakeAlone(descriptor, path)) return {.Code = code::HostError};
   auto device = std::make_unique<SerialDevice>(std::move(descriptor));
   if (!Configure(device->Number())) return {.Code = code::HostError};
   return {code::Success, std::move(device)};

@@ -2,9 +2,12 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 #include "ctnrv32.h"
+#include "protocol/return_code.h"
 
 namespace kartocheck {
 
@@ -13,9 +16,12 @@ struct CtApiEntryPoints {
   CTDENRVT1_data_t data;
   CTDENRVT1_close_t close;
   CT_get_baudrate_t getBaudrate;
+  KARTOCHECK_port_info_t portInfo;  // none where the library cannot tell
 };
 
 namespace {
+
+constexpr std::size_t LongestName = 1024;  // bytes; readers have names of at most 128
 
 bool IsPath(const QString& candidate) {
   return QFileInfo(candidate).fileName() != candidate;
@@ -31,6 +37,17 @@ void Load(QLibrary& library, const QStringList& candidates) {
     if (IsPath(candidate)) break;
   }
   throw LibraryNotFound(library.errorString().toStdString());
+}
+
+template <typename Function>
+Function ResolveOptional(QLibrary& library, const char* name) {
+  return reinterpret_cast<Function>(library.resolve(name));
+}
+
+// A newer library may know troubles that this program has no words for.
+ctapi::PortTroubleKind TroubleOf(std::uint8_t number) {
+  const auto kind = static_cast<ctapi::PortTroubleKind>(number);
+  return kind <= ctapi::LastPortTrouble ? kind : ctapi::PortTroubleKind::None;
 }
 
 template <typename Function>
@@ -57,9 +74,23 @@ const CtApiEntryPoints& CtApiLibrary::EntryPoints() {
         .data = Resolve<CTDENRVT1_data_t>(library_, "CTDENRVT1_data"),
         .close = Resolve<CTDENRVT1_close_t>(library_, "CTDENRVT1_close"),
         .getBaudrate = Resolve<CT_get_baudrate_t>(library_, "CT_get_baudrate"),
+        .portInfo = ResolveOptional<KARTOCHECK_port_info_t>(library_, "KARTOCHECK_port_info"),
     });
   }
   return *entryPoints_;
+}
+
+ctapi::PortInfo CtApiLibrary::InfoOf(int pn) const {
+  if (!entryPoints_ || entryPoints_->portInfo == nullptr) return {};
+  std::array<std::uint8_t, LongestName> name{};
+  auto length = static_cast<std::uint16_t>(name.size());
+  std::uint8_t trouble = 0;
+  const std::int8_t code =
+      entryPoints_->portInfo(static_cast<std::uint16_t>(pn), &trouble, &length, name.data());
+  if (code != ctapi::code::Success) return {};
+  const std::size_t told = std::min<std::size_t>(length, name.size());
+  return {.Trouble = TroubleOf(trouble),
+          .Name = std::string(name.begin(), name.begin() + static_cast<std::ptrdiff_t>(told))};
 }
 
 std::int8_t CtApiLibrary::Init(std::uint16_t ctn, std::uint16_t pn) {

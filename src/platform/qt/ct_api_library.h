@@ -6,13 +6,15 @@
 #include <memory>
 
 #include "platform/ct_api.h"
+#include "protocol/port_info.h"
 
 namespace kartocheck {
 
 struct CtApiEntryPoints;
 
 // The CT-API through a shared library. It is loaded at the first call, and all four entry points
-// are resolved together: a library that lacks one of them is refused before any is called.
+// are resolved together: a library that lacks one of them is refused before any is called. One that
+// lacks the further, optional entry point only tells nothing of its ports.
 class CtApiLibrary final : public CtApi {
  public:
   // File name of CTNRV32 on this platform.
@@ -29,6 +31,9 @@ class CtApiLibrary final : public CtApi {
 
   // Where the library stands that was loaded; empty before the first call.
   [[nodiscard]] QString LoadedFile() const;
+
+  // What the library tells of a port, or of EveryReader. Nothing as long as it is not loaded.
+  [[nodiscard]] ctapi::PortInfo InfoOf(int pn) const;
 
   [[nodiscard]] std::int8_t Init(std::uint16_t ctn, std::uint16_t pn) override;
   [[nodiscard]] std::int8_t Data(std::uint16_t ctn, std::uint8_t& dad, std::uint8_t& sad,

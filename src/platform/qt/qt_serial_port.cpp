@@ -3,12 +3,12 @@
 #include <chrono>
 #include <utility>
 
+#include "platform/port.h"
+#include "platform/serial_devices.h"
+
 namespace kartocheck {
 
 namespace {
-
-// Numbers that the control knows; whatever the table says of others, they are invalid.
-constexpr int LastComNumber = 4;
 
 // How long a device that went away may stay unnoticed, and keep the event loop busy.
 constexpr std::chrono::milliseconds LossCheckInterval{100};
@@ -26,16 +26,9 @@ constexpr std::chrono::milliseconds LossCheckInterval{100};
   }
 }
 
-QString PermissionHint(const QStringList& devices, const QString& group) {
-  const QString refused = u"Sie dürfen " + devices.join(u", ") + u" nicht öffnen. ";
-  if (group.isEmpty()) return refused + u"Bitten Sie Ihre Systemverwaltung um dieses Recht.";
-  return refused + u"Lassen Sie sich in die Gruppe \"" + group +
-         u"\" aufnehmen und melden Sie sich neu an.";
-}
-
 }  // namespace
 
-QtSerialPort::QtSerialPort(ComTable table) : table_(std::move(table)) {
+QtSerialPort::QtSerialPort(ctapi::ComTable table) : table_(std::move(table)) {
   QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
                    [this](QSerialPort::SerialPortError error) { NoteError(error); });
   lossCheck_.setInterval(LossCheckInterval);
@@ -43,18 +36,18 @@ QtSerialPort::QtSerialPort(ComTable table) : table_(std::move(table)) {
 }
 
 void QtSerialPort::Open(int comNumber) {
-  const auto device = table_.constFind(comNumber);
-  if (comNumber < 1 || comNumber > LastComNumber || device == table_.constEnd()) {
-    Throw(DeviceState::Absent);
-  }
-  if (const DeviceState state = StateOfDevice(*device); state != DeviceState::Free) Throw(state);
+  // Whatever the table says of others, the control knows no further ones.
+  const auto entry = table_.find(comNumber);
+  if (!Port(comNumber).IsTested() || entry == table_.end()) Throw(DeviceState::Absent);
+  const std::string& device = entry->second;
+  if (const DeviceState state = StateOfDevice(device); state != DeviceState::Free) Throw(state);
 
-  port_.setPortName(*device);
+  port_.setPortName(QString::fromStdString(device));
   port_.setDataBits(QSerialPort::Data8);
   port_.setStopBits(QSerialPort::OneStop);
   port_.setFlowControl(QSerialPort::NoFlowControl);
   isLost_ = false;
-  if (!port_.open(QIODevice::ReadWrite)) Throw(StateOfDevice(*device));
+  if (!port_.open(QIODevice::ReadWrite)) Throw(StateOfDevice(device));
   lossCheck_.start();
 }
 
@@ -143,36 +136,6 @@ void QtSerialPort::NoteError(QSerialPort::SerialPortError error) {
         if (isLost_) Close();
       },
       Qt::QueuedConnection);
-}
-
-SerialPortDirectory::SerialPortDirectory(const std::vector<SerialDevice>& devices, ComTable table)
-    : table_(std::move(table)) {
-  for (const SerialDevice& device : devices) {
-    identifications_.insert(DeviceFileOf(device.path), device.identification);
-  }
-}
-
-QString SerialPortDirectory::IdentificationOf(int pn) const {
-  return identifications_.value(DeviceFileOf(table_.value(pn)));
-}
-
-QString SerialPortDirectory::HintFor(int pn) const {
-  const QString device = table_.value(pn);
-  if (device.isEmpty() || IsAllowed(device)) return {};
-  return PermissionHint({device}, GroupOfDevice(device));
-}
-
-// One sentence for all devices of a group.
-QStringList SerialPortDirectory::HintsWithoutReader() const {
-  QMap<QString, QStringList> refused;
-  for (const QString& device : table_) {
-    if (!IsAllowed(device)) refused[GroupOfDevice(device)].append(device);
-  }
-  QStringList hints;
-  for (auto group = refused.cbegin(); group != refused.cend(); ++group) {
-    hints.append(PermissionHint(group.value(), group.key()));
-  }
-  return hints;
 }
 
 }  // namespace kartocheck

@@ -3,16 +3,15 @@
 #include <QSerialPort>
 #include <QTimer>
 
-#include "platform/port_directory.h"
-#include "platform/serial_devices.h"
 #include "platform/serial_port.h"
+#include "protocol/com_table.h"
 
 namespace kartocheck {
 
 // The serial ports of the machine through QSerialPort. Needs a running event loop to receive.
 class QtSerialPort final : public SerialPort {
  public:
-  explicit QtSerialPort(ComTable table);
+  explicit QtSerialPort(ctapi::ComTable table);
 
   void Open(int comNumber) override;
   void Close() noexcept override;
@@ -31,24 +30,10 @@ class QtSerialPort final : public SerialPort {
   void CheckForLoss();
   void NoteError(QSerialPort::SerialPortError error);
 
-  ComTable table_;
+  ctapi::ComTable table_;
   QSerialPort port_;
   QTimer lossCheck_;     // runs while the port is open
   bool isLost_ = false;  // the device went away while the port was open
-};
-
-// What the machine knows of its serial ports.
-class SerialPortDirectory final : public PortDirectory {
- public:
-  SerialPortDirectory(const std::vector<SerialDevice>& devices, ComTable table);
-
-  [[nodiscard]] QString IdentificationOf(int pn) const override;
-  [[nodiscard]] QString HintFor(int pn) const override;
-  [[nodiscard]] QStringList HintsWithoutReader() const override;
-
- private:
-  ComTable table_;
-  QMap<QString, QString> identifications_;  // by device file
 };
 
 }  // namespace kartocheck

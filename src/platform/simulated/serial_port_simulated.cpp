@@ -2,21 +2,21 @@
 
 #include <QList>
 
+#include "platform/port.h"
+
 namespace kartocheck {
 
 namespace {
-
-// As with the machine's own ports, the control knows COM 1 to 4 only.
-constexpr int LastComNumber = 4;
 
 using State = ctapi::SerialLine::State;
 
 }  // namespace
 
 void SerialPortSimulated::Open(int comNumber) {
-  const bool isKnown = comNumber >= 1 && comNumber <= LastComNumber;
-  const State state =
-      isKnown ? practice_.SerialLineAt(static_cast<std::uint16_t>(comNumber)).Port : State::Absent;
+  // As with the machine's own ports, the control knows no further ones.
+  const State state = Port(comNumber).IsTested()
+                          ? practice_.SerialLineAt(static_cast<std::uint16_t>(comNumber)).Port
+                          : State::Absent;
   switch (state) {
     case State::Absent:
       throw SerialPortError(SerialPortError::InvalidNumber, "no such port");
@@ -66,9 +66,9 @@ ctapi::SerialLine SerialPortSimulated::Line() const {
   return line;
 }
 
-QString PortDirectorySimulated::IdentificationOf(int pn) const {
-  const ctapi::SimulatedPort* port = practice_.PortAt(static_cast<std::uint16_t>(pn));
-  return port == nullptr ? QString() : QString::fromStdString(port->DeviceId);
+QString PortDirectorySimulated::IdentificationOf(Port port) const {
+  const auto* const attached = practice_.PortAt(static_cast<std::uint16_t>(port.Number()));
+  return attached == nullptr ? QString() : QString::fromStdString(attached->DeviceId);
 }
 
 }  // namespace kartocheck

@@ -38,9 +38,10 @@ class PortDirectorySimulated final : public PortDirectory {
  public:
   explicit PortDirectorySimulated(ctapi::SimulatedPractice& practice) : practice_(practice) {}
 
-  [[nodiscard]] QString IdentificationOf(int pn) const override;
-  [[nodiscard]] QString HintFor(int /*pn*/) const override { return {}; }
-  [[nodiscard]] QStringList HintsWithoutReader() const override { return {}; }
+  [[nodiscard]] QString IdentificationOf(Port port) const override;
+  // Every simulated port can be used.
+  [[nodiscard]] PortTrouble TroubleOf(Port /*port*/) const override { return {}; }
+  [[nodiscard]] std::vector<PortTrouble> TroublesWithoutReader() const override { return {}; }
 
  private:
   ctapi::SimulatedPractice& practice_;

@@ -60,7 +60,7 @@ constexpr auto StatusParts = std::to_array<StatusPart>({
 
 // Fills a line for each part of the status, from `line` on.
 void AddStatusParts(EgkInfo& view, std::size_t line, QStringView status,
-                    QStringView StatusPart::*caption) {
+                    QStringView StatusPart::* caption) {
   for (const StatusPart& part : StatusParts) {
     view.lines.at(line) = {part.*caption + hex::Mid(status, part.position, part.length).toString(),
                            part.toolTip};

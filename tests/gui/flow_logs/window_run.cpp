@@ -28,10 +28,7 @@ constexpr std::array<QStringView, 6> EgkButtons{
 }  // namespace
 
 WindowRun::WindowRun(const QString& scenarioFile, Manner manner, FlowLog& log)
-    : log_(log),
-      program_(scenarioFile, log),
-      user_(
-          manner, [this] { LogScreen(); }, log) {
+    : log_(log), program_(scenarioFile, log), user_(manner, [this] { LogScreen(); }, log) {
   QApplication::clipboard()->clear();
   program_.library.beforeExchange = [this](int /*exchange*/) { LogScreen(); };
   QObject::connect(&program_.Find<QProgressBar>(QStringLiteral("ProgressBar1")),

@@ -5,9 +5,10 @@
 #include <cstdlib>
 
 #include "ctnrv32.h"
+#include "protocol/com_table.h"
 
 std::int8_t CTDENRVT1_init(std::uint16_t /*ctn*/, std::uint16_t /*pn*/) {
-  const char* const table = std::getenv("KARTOCHECK_COM_PORTS");
+  const char* const table = std::getenv(ctapi::ComTableVariable);
   std::fprintf(stderr, "<%s>\n", table == nullptr ? "none" : table);
   return -1;
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <stdexcept>
+#include <string_view>
 
 #include "ctnrv32.h"
 
@@ -57,3 +58,17 @@ std::int8_t CT_get_baudrate(std::uint16_t ctn, std::int32_t* baud) {
   *baud = TestBaud + ctn;
   return 0;
 }
+
+#ifndef WITHOUT_PORT_INFO
+// The low byte of the port number is the trouble, its high byte, negated, the code; 255 reports a
+// name that is longer than the buffer.
+std::int8_t KARTOCHECK_port_info(std::uint16_t pn, std::uint8_t* trouble, std::uint16_t* length,
+                                 std::uint8_t* name) {
+  constexpr std::string_view Name = "Gerät";
+  *trouble = static_cast<std::uint8_t>(pn);
+  std::memset(name, '.', *length);
+  std::copy(Name.begin(), Name.end(), name);
+  *length = *trouble == 255 ? std::uint16_t{65'535} : static_cast<std::uint16_t>(Name.size());
+  return static_cast<std::int8_t>(-(pn >> 8));
+}
+#endif

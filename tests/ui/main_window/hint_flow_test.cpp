@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "diagnosis/port_hints.h"
 #include "support/fake_port_directory.h"
 #include "support/printing.h"
 #include "ui/main_window/simulated_window.h"
@@ -13,8 +14,8 @@
 namespace kartocheck::test {
 namespace {
 
-const QString Held = QStringLiteral("Ein anderes Programm benutzt die Karte.");
-const QString NoService = QStringLiteral("Der Dienst läuft nicht.");
+const QString HeldHint = PortHint(CardHeld);
+const QString NoServiceHint = PortHint(NoService);
 
 using Lines = std::vector<std::string>;
 
@@ -34,11 +35,11 @@ Lines Asked(SimulatedWindow& window) {
 
 TEST(HintFlowTest, ACardThatIsHeldIsToldInTheStatusBarBeforeThePrompt) {
   FakePortDirectory machine;
-  machine.hints[2] = Held;
+  machine.troubles[2] = CardHeld;
   SimulatedWindow window(machine);
   window.practice.Attach(2, PortOf("keine-karte"));
   window.flow.ChoosePort(1);
-  const std::string hint = Held.toStdString();
+  const std::string hint = HeldHint.toStdString();
   const Lines lines = Asked(window);
   const auto prompt = std::find(lines.begin(), lines.end(), "ask  Bitte eine K");
   ASSERT_NE(prompt, lines.end());
@@ -56,7 +57,7 @@ TEST(HintFlowTest, WithoutAHintThePromptFollowsTheCheck) {
 
 TEST(HintFlowTest, APortsHintIsRenewedWithEachCheckAndGoneOnceItIsRead) {
   FakePortDirectory machine;
-  machine.hints[1] = Held;
+  machine.troubles[1] = CardHeld;
   SimulatedWindow window(machine);
   window.practice.Attach(1, PortOf("kvk-60"));
   std::vector<QString> duringRead;
@@ -66,32 +67,32 @@ TEST(HintFlowTest, APortsHintIsRenewedWithEachCheckAndGoneOnceItIsRead) {
     }
   };
   window.flow.Button(ReadButton);
-  EXPECT_EQ(duringRead, std::vector{Held});
+  EXPECT_EQ(duringRead, std::vector{HeldHint});
   ASSERT_TRUE(window.module.Terminals[1].DataRead);
   EXPECT_EQ(window.frontEnd.portHints[1], QString());
 }
 
 TEST(HintFlowTest, APortWithoutTerminalShowsItsHintAfterTheCheck) {
   FakePortDirectory machine;
-  machine.hints[3] = NoService;
+  machine.troubles[3] = NoService;
   SimulatedWindow window(machine);
   window.ports.Scan(Port(3));
-  EXPECT_EQ(window.frontEnd.portHints[3], NoService);
-  machine.hints.clear();
+  EXPECT_EQ(window.frontEnd.portHints[3], NoServiceHint);
+  machine.troubles.clear();
   window.ports.Scan(Port(3));
   EXPECT_EQ(window.frontEnd.portHints[3], QString());
 }
 
 TEST(HintFlowTest, TheFurtherPortsHintIsThatOfTheChosenOne) {
   FakePortDirectory machine;
-  machine.hints[8193] = Held;
+  machine.troubles[8193] = CardHeld;
   SimulatedWindow window(machine);
   window.practice.Attach(8192, PortOf("keine-karte"));
   window.practice.Attach(8193, PortOf("keine-karte"));
   window.flow.ChoosePort(4);
   EXPECT_EQ(window.frontEnd.portHints[5], QString());
   window.flow.ChooseFurtherPort(1);
-  EXPECT_EQ(window.frontEnd.portHints[5], Held);
+  EXPECT_EQ(window.frontEnd.portHints[5], HeldHint);
   window.practice = {};
   window.ports.SweepFurtherPorts();
   EXPECT_EQ(window.frontEnd.portHints[5], QString()) << "there is none any more";
@@ -99,12 +100,12 @@ TEST(HintFlowTest, TheFurtherPortsHintIsThatOfTheChosenOne) {
 
 TEST(HintFlowTest, AfterASweepWithoutAReaderTheReasonsAreShown) {
   FakePortDirectory machine;
-  machine.hintsWithoutReader = {Held, NoService};
+  machine.troublesWithoutReader = {CardHeld, NoService};
   SimulatedWindow window(machine);
   window.practice.Attach(7, PortOf("gamma"));
   EXPECT_EQ(window.frontEnd.hintsWithoutReader, QStringList()) << "nothing is asked at the start";
   window.flow.ChoosePort(4);
-  EXPECT_EQ(window.frontEnd.hintsWithoutReader, (QStringList{Held, NoService}));
+  EXPECT_EQ(window.frontEnd.hintsWithoutReader, (QStringList{HeldHint, NoServiceHint}));
   window.practice.Attach(8192, PortOf("omega"));
   window.ports.SweepFurtherPorts();
   EXPECT_EQ(window.frontEnd.hintsWithoutReader, QStringList());

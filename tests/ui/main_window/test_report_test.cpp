@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <set>
 
+#include "diagnosis/port_hints.h"
 #include "platform/simulated/ct_api_simulated.h"
 #include "platform/simulated/serial_port_simulated.h"
 #include "simulator/scenario.h"
@@ -43,7 +44,7 @@ class Practice {
       : practice_(ctapi::LoadScenario(FileOf(scenario).toStdU16String())) {
     const PortDirectorySimulated simulated(practice_);
     for (const int pn : {1, 2, 3, 4, 8192}) {
-      directory.identifications[pn] = simulated.IdentificationOf(pn);
+      directory.identifications[pn] = simulated.IdentificationOf(Port(pn));
     }
   }
 
@@ -229,25 +230,23 @@ TEST(TestReportTest, TellsThatThereIsNoFurtherPort) {
 
 TEST(TestReportTest, TellsWhyPortsAndReadersCannotBeUsed) {
   Practice practice(QStringLiteral("leer"));
-  practice.directory.hints = {{2, QStringLiteral("Sie dürfen das nicht.")},
-                              {8193, QStringLiteral("Die Karte ist belegt.")}};
-  practice.directory.hintsWithoutReader = {QStringLiteral("Der Dienst läuft nicht."),
-                                           QStringLiteral("Noch ein Hinweis.")};
+  practice.directory.troubles = {{2, NotPermitted}, {8193, CardHeld}};
+  practice.directory.troublesWithoutReader = {NotPermitted, NoService};
   const QString report = practice.Report();
   EXPECT_TRUE(Section(report, QStringLiteral("COM 2"), QStringLiteral("COM 3"))
-                  .endsWith(u"  Hinweis:                Sie dürfen das nicht.\r\n"));
+                  .endsWith(u"  Hinweis:                " + PortHint(NotPermitted) + u"\r\n"));
   EXPECT_FALSE(
       Section(report, QStringLiteral("COM 3"), QStringLiteral("COM 4")).contains(u"Hinweis:"));
-  EXPECT_TRUE(
-      report.contains(u"\r\nWeitere Schnittstellen\r\n  keine\r\n"
-                      u"  Hinweis:                Der Dienst läuft nicht.\r\n"
-                      u"  Hinweis:                Noch ein Hinweis.\r\n"))
+  EXPECT_TRUE(report.contains(
+      u"\r\nWeitere Schnittstellen\r\n  keine\r\n"
+      u"  Hinweis:                " +
+      PortHint(NotPermitted) + u"\r\n  Hinweis:                " + PortHint(NoService) + u"\r\n"))
       << report.toStdString();
   practice.module.FurtherPorts = {Port(8193)};
   practice.module.UseFurtherPort(Port(8193));
   const QString found = practice.Report();
-  EXPECT_TRUE(found.contains(u"  Hinweis:                Die Karte ist belegt.\r\n"));
-  EXPECT_FALSE(found.contains(u"Noch ein Hinweis."));
+  EXPECT_TRUE(found.contains(u"  Hinweis:                " + PortHint(CardHeld) + u"\r\n"));
+  EXPECT_FALSE(found.contains(PortHint(NoService)));
 }
 
 TEST(TestReportTest, TellsAPortThatAnotherProgramHolds) {

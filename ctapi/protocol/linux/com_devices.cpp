@@ -1,3 +1,5 @@
+#include "protocol/linux/com_devices.h"
+
 #include <algorithm>
 #include <cctype>
 #include <charconv>
@@ -5,9 +7,7 @@
 #include <fstream>
 #include <string>
 
-#include "host/com_table.h"
-
-namespace ctapi::host {
+namespace ctapi {
 
 namespace {
 
@@ -65,8 +65,12 @@ std::string UsbIdentification(const fs::path& tty) {
 
 }  // namespace
 
-std::vector<ComDevice> FindComDevices(const std::string& ttyFolder,
-                                      const std::string& deviceFolder) {
+std::vector<ComDevice> FindComDevices() {
+  return FindComDevicesIn("/sys/class/tty", "/dev");
+}
+
+std::vector<ComDevice> FindComDevicesIn(const std::string& ttyFolder,
+                                        const std::string& deviceFolder) {
   std::vector<ComDevice> devices;
   std::error_code error;
   for (fs::directory_iterator entry(ttyFolder, error), end; !error && entry != end;
@@ -80,4 +84,4 @@ std::vector<ComDevice> FindComDevices(const std::string& ttyFolder,
   return devices;
 }
 
-}  // namespace ctapi::host
+}  // namespace ctapi

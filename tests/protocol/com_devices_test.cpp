@@ -1,60 +1,14 @@
-#include "host/com_table.h"
+#include "protocol/linux/com_devices.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "support/com_table_rows.h"
-#include "support/sentence_name.h"
-
-namespace ctapi::host {
+namespace ctapi {
 namespace {
 
 namespace fs = std::filesystem;
-using kartocheck::test::ComTableRow;
-
-TEST(ComTable, IsReadFromTheProgramsText) {
-  EXPECT_EQ(ParseComTable("1=/dev/ttyS0;2=/dev/ttyUSB0"),
-            (ComTable{{1, "/dev/ttyS0"}, {2, "/dev/ttyUSB0"}}));
-  EXPECT_EQ(ParseComTable("12=/dev/ttyACM0"), (ComTable{{12, "/dev/ttyACM0"}}));
-  EXPECT_EQ(ParseComTable("7=/dev/serial/by-id/a=b"), (ComTable{{7, "/dev/serial/by-id/a=b"}}));
-  EXPECT_TRUE(ParseComTable("").empty());
-}
-
-TEST(ComTable, LeavesOutWhatIsNoEntry) {
-  EXPECT_EQ(ParseComTable("0=/dev/a;-1=/dev/b;x=/dev/c;=/dev/d;3;4=;5 =/dev/e;99999999999=/dev/f;"
-                          "6=/dev/g;;"),
-            (ComTable{{6, "/dev/g"}}));
-}
-
-class MadeComTable : public testing::TestWithParam<ComTableRow> {
- protected:
-  [[nodiscard]] static std::vector<ComDevice> Devices() {
-    std::vector<ComDevice> devices;
-    for (const ComTableRow::Device& each : GetParam().devices) {
-      devices.push_back({.Path = each.path,
-                         .BuiltInNumber = each.builtInNumber,
-                         .Identification = each.identification});
-    }
-    return devices;
-  }
-};
-
-TEST_P(MadeComTable, IsThatOfTheProgram) {
-  EXPECT_EQ(MakeComTable(Devices()), ParseComTable(GetParam().expected));
-}
-
-// The order in which the system finds the devices does not matter.
-TEST_P(MadeComTable, DoesNotDependOnTheOrderOfTheDevices) {
-  std::vector<ComDevice> devices = Devices();
-  std::reverse(devices.begin(), devices.end());
-  EXPECT_EQ(MakeComTable(devices), ParseComTable(GetParam().expected));
-}
-
-INSTANTIATE_TEST_SUITE_P(Host, MadeComTable, testing::ValuesIn(kartocheck::test::ComTableRows()),
-                         kartocheck::test::SentenceName());
 
 // A tree like the kernel's: serial devices with links to the hardware they belong to.
 class DeviceTree {
@@ -99,9 +53,9 @@ TEST(ComDevices, AreThoseWithHardware) {
   tree.Add("tty1", "");
   tree.AddUsb("ttyUSB0", "0403", "A1");
   tree.AddUsb("ttyACM3", "0c4b", "");
-  EXPECT_EQ(MakeComTable(FindComDevices(tree.Folder(), "/dev")),
+  EXPECT_EQ(MakeComTable(FindComDevicesIn(tree.Folder(), "/dev")),
             (ComTable{{1, "/dev/ttyS0"}, {2, "/dev/ttyUSB0"}, {3, "/dev/ttyACM3"}}));
-  for (const ComDevice& device : FindComDevices(tree.Folder(), "/dev")) {
+  for (const ComDevice& device : FindComDevicesIn(tree.Folder(), "/dev")) {
     if (device.Path == "/dev/ttyUSB0") {
       EXPECT_EQ(device.Identification, "USB VID_0403 PID_6001 A1 Adapter");
     }
@@ -112,8 +66,8 @@ TEST(ComDevices, AreThoseWithHardware) {
 }
 
 TEST(ComDevices, OfASystemWithoutSuchAFolderAreNone) {
-  EXPECT_TRUE(FindComDevices("/nowhere/class", "/dev").empty());
+  EXPECT_TRUE(FindComDevicesIn("/nowhere/class", "/dev").empty());
 }
 
 }  // namespace
-}  // namespace ctapi::host
+}  // namespace ctapi

@@ -1,0 +1,58 @@
+#include "diagnosis/port_hints.h"
+
+#include "platform/system_names.h"
+
+namespace kartocheck {
+
+namespace {
+
+QString Quoted(const QString& name) {
+  return u'"' + name + u'"';
+}
+
+QString PermissionHint(const PortTrouble& trouble) {
+  const QString refused = u"Sie dürfen " + trouble.Devices.join(u", ") + u" nicht öffnen. ";
+  if (trouble.Group.isEmpty()) {
+    return refused + u"Bitten Sie Ihre Systemverwaltung um dieses Recht.";
+  }
+  return refused + u"Lassen Sie sich in die Gruppe " + Quoted(trouble.Group) +
+         u" aufnehmen und melden Sie sich neu an.";
+}
+
+QString Packages(const SystemNames& names) {
+  return u"die Pakete " + Quoted(names.ServicePackage) + u" und " + Quoted(names.DriverPackage);
+}
+
+}  // namespace
+
+QString PortHint(const PortTrouble& trouble) {
+  const SystemNames names = NamesOfThisSystem();
+  switch (trouble.Kind) {
+    case PortTroubleKind::None:
+      break;
+    case PortTroubleKind::NotInstalled:
+      return u"PC/SC ist nicht installiert. Installieren Sie " + Packages(names) + u'.';
+    case PortTroubleKind::NoService:
+      return u"Der Kartenleser-Dienst läuft nicht. Starten Sie ihn mit " +
+             Quoted(names.StartService) + u"; fehlt er, installieren Sie " + Packages(names) + u'.';
+    case PortTroubleKind::NoReader:
+      return u"Der Kartenleser-Dienst kennt keinen Kartenleser. Stecken Sie den Leser an und "
+             u"installieren Sie seinen Treiber (meist das Paket " +
+             Quoted(names.DriverPackage) + u").";
+    case PortTroubleKind::CardHeld:
+      return QStringLiteral(
+          "Ein anderes Programm benutzt die Karte im Kartenleser. Beenden Sie es und versuchen Sie "
+          "es noch einmal.");
+    case PortTroubleKind::NotPermitted:
+      return PermissionHint(trouble);
+  }
+  return {};
+}
+
+QStringList PortHints(const std::vector<PortTrouble>& troubles) {
+  QStringList hints;
+  for (const PortTrouble& trouble : troubles) hints.append(PortHint(trouble));
+  return hints;
+}
+
+}  // namespace kartocheck

@@ -1,0 +1,71 @@
+#include "diagnosis/port_hints.h"
+
+#include <gtest/gtest.h>
+#include <ostream>
+
+#include "support/printing.h"
+#include "support/sentence_name.h"
+
+namespace kartocheck::test {
+namespace {
+
+struct Row {
+  const char* sentence;
+  PortTrouble trouble;
+  QStringView hint;
+
+  friend std::ostream& operator<<(std::ostream& out, const Row& row) { return out << row.sentence; }
+};
+
+class PortHintTest : public testing::TestWithParam<Row> {};
+
+TEST_P(PortHintTest, SaysWhatToDo) {
+  EXPECT_EQ(PortHint(GetParam().trouble), GetParam().hint);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Diagnosis, PortHintTest,
+    testing::Values(
+        Row{"nothing is in the way", {}, u""},
+        Row{"PC/SC is not installed",
+            {.Kind = PortTroubleKind::NotInstalled},
+            u"PC/SC ist nicht installiert. Installieren Sie die Pakete \"pcscd\" und \"libccid\"."},
+        Row{"the service does not run",
+            {.Kind = PortTroubleKind::NoService},
+            u"Der Kartenleser-Dienst läuft nicht. Starten Sie ihn mit \"sudo systemctl start "
+            u"pcscd\"; fehlt er, installieren Sie die Pakete \"pcscd\" und \"libccid\"."},
+        Row{"the service knows no reader",
+            {.Kind = PortTroubleKind::NoReader},
+            u"Der Kartenleser-Dienst kennt keinen Kartenleser. Stecken Sie den Leser an und "
+            u"installieren Sie seinen Treiber (meist das Paket \"libccid\")."},
+        Row{"the card is held",
+            {.Kind = PortTroubleKind::CardHeld},
+            u"Ein anderes Programm benutzt die Karte im Kartenleser. Beenden Sie es und versuchen "
+            u"Sie es noch einmal."},
+        Row{"a group may open the device",
+            {.Kind = PortTroubleKind::NotPermitted,
+             .Devices = {QStringLiteral("/dev/ttyS0")},
+             .Group = QStringLiteral("dialout")},
+            u"Sie dürfen /dev/ttyS0 nicht öffnen. Lassen Sie sich in die Gruppe \"dialout\" "
+            u"aufnehmen und melden Sie sich neu an."},
+        Row{"a group may open several devices",
+            {.Kind = PortTroubleKind::NotPermitted,
+             .Devices = {QStringLiteral("/dev/ttyS0"), QStringLiteral("/dev/ttyUSB0")},
+             .Group = QStringLiteral("dialout")},
+            u"Sie dürfen /dev/ttyS0, /dev/ttyUSB0 nicht öffnen. Lassen Sie sich in die Gruppe "
+            u"\"dialout\" aufnehmen und melden Sie sich neu an."},
+        Row{"no group may open the device",
+            {.Kind = PortTroubleKind::NotPermitted, .Devices = {QStringLiteral("/dev/ttyS0")}},
+            u"Sie dürfen /dev/ttyS0 nicht öffnen. Bitten Sie Ihre Systemverwaltung um dieses "
+            u"Recht."}),
+    SentenceName());
+
+TEST(PortHintsTest, AreOneForEachTroubleInTheirOrder) {
+  const PortTrouble first{.Kind = PortTroubleKind::CardHeld};
+  const PortTrouble second{.Kind = PortTroubleKind::NoService};
+  EXPECT_EQ(PortHints({first, second}), (QStringList{PortHint(first), PortHint(second)}));
+  EXPECT_EQ(PortHints({}), QStringList());
+}
+
+}  // namespace
+}  // namespace kartocheck::test
