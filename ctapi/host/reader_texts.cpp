@@ -1,20 +1,14 @@
 #include "host/reader_texts.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 
 #include "protocol/ct_bcs.h"
+#include "protocol/terminal_models.h"
 
 namespace ctapi::host {
 
 namespace {
-
-constexpr std::size_t FieldLength = 5;
-
-// Codes of makers and products by which terminal models are told apart.
-constexpr std::array<std::string_view, 7> CodesOfTerminals{"DENRV", "NVRHC", "PKT-G", "PKT-S",
-                                                           "PKTO ", "PKTD ", "PKTDM"};
 
 // Takes the next word; words are parted by blanks and brackets.
 std::string_view TakeWord(std::string_view& text) {
@@ -28,18 +22,15 @@ std::string_view TakeWord(std::string_view& text) {
 // Five printable characters, padded with blanks.
 std::string Field(std::string_view text) {
   constexpr char Replacement = '?';
-  std::string field(text.substr(0, FieldLength));
+  std::string field(text.substr(0, ManufacturerCodeLength));
   for (char& c : field) {
     if (c < ' ' || c > '~') c = Replacement;
   }
-  field.resize(FieldLength, ' ');
+  field.resize(ManufacturerCodeLength, ' ');
   std::string upper = field;
   std::transform(upper.begin(), upper.end(), upper.begin(),
                  [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-  if (std::find(CodesOfTerminals.begin(), CodesOfTerminals.end(), upper) !=
-      CodesOfTerminals.end()) {
-    field.back() = '*';
-  }
+  if (IsTerminalCode(upper)) field.back() = '*';
   return field;
 }
 
@@ -54,7 +45,7 @@ Bytes ManufacturerObject(std::string_view reader, std::optional<std::uint32_t> d
   const std::string maker = Field(TakeWord(reader));
   const std::string product = Field(TakeWord(reader));
   const std::string version = Field(driverVersion ? VersionText(*driverVersion) : "");
-  Bytes object{ct_bcs::ObjectManufacturer, 3 * FieldLength};
+  Bytes object{ct_bcs::ObjectManufacturer, 3 * ManufacturerCodeLength};
   for (const std::string& field : {maker, product, version}) {
     object.insert(object.end(), field.begin(), field.end());
   }

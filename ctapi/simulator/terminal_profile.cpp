@@ -1,23 +1,19 @@
 #include "simulator/terminal_profile.h"
 
 #include <algorithm>
-#include <array>
+#include <vector>
 
 #include "protocol/ct_bcs.h"
+#include "protocol/terminal_models.h"
 
 namespace ctapi {
 
 namespace {
 
-constexpr std::size_t TextWidth = 5;
-
 constexpr std::uint8_t HandheldTag = 0xD7;
 constexpr std::size_t HandheldLength = 54;
 constexpr std::size_t HandheldVersionOffset = 31;
 constexpr std::size_t HandheldVersionWidth = 9;
-
-constexpr const char* Norva = "DENRV";
-constexpr const char* NorvaHandheld = "NVRHC";
 
 std::string Padded(std::string text, std::size_t width) {
   text.resize(width, ' ');
@@ -32,13 +28,16 @@ Bytes HandheldObject(const std::string& version) {
   return object;
 }
 
-Manufacturer NorvaProduct(const char* productCode, const char* version) {
-  return {.Maker = Norva, .ProductCode = productCode, .Version = version};
+Manufacturer NorvaProduct(std::string_view productCode, const char* version) {
+  return {.Maker = std::string(maker::Norva),
+          .ProductCode = std::string(productCode),
+          .Version = version};
 }
 
-TerminalProfile Known(Manufacturer maker, StatusWord reset, UsbQuery usb = UsbQuery::Unknown) {
+TerminalProfile Known(Manufacturer manufacturer, StatusWord reset,
+                      UsbQuery usb = UsbQuery::Unknown) {
   TerminalProfile profile;
-  profile.Maker = std::move(maker);
+  profile.Maker = std::move(manufacturer);
   profile.Reset = reset;
   profile.Usb = usb;
   return profile;
@@ -58,8 +57,8 @@ TerminalProfile EarlyCtBcs() {
 }
 
 Manufacturer HandheldProduct() {
-  return {.Maker = NorvaHandheld,
-          .ProductCode = "PKTDM",
+  return {.Maker = std::string(maker::NorvaHandheld),
+          .ProductCode = std::string(product_code::SerieDeltaMobil),
           .Version = "3.00",
           .HandheldVersion = "003001002"};
 }
@@ -70,18 +69,22 @@ TerminalProfile StationaryHandheld() {
   return profile;
 }
 
-std::span<const TerminalFamily> Families() {
-  static const auto families = std::to_array<TerminalFamily>({
-      {"gamma", Known(NorvaProduct("PKT-G", "1.20"), sw::Ok)},
-      {"sigma", Known(NorvaProduct("PKT-S", "2.10"), sw::MobileTerminal)},
-      {"omega", Known(NorvaProduct("PKTO ", "4.01"), sw::Ok, UsbQuery::OtherDevice)},
-      {"delta", Known(NorvaProduct("PKTD ", "1.80"), sw::MobileTerminal, UsbQuery::OtherDevice)},
-      {"deltaStationary", Known(NorvaProduct("PKTD ", "1.80"), sw::Ok, UsbQuery::OtherDevice)},
-      {"deltaMobil",
-       Known(NorvaProduct("PKTD ", "2.40"), sw::MobileExtended, UsbQuery::OtherDevice)},
-      {"delta3", Known(NorvaProduct("PKTDM", "3.00"), sw::MobileTerminal, UsbQuery::OtherDevice)},
-      {"delta3Mobil",
-       Known(NorvaProduct("PKTDM", "3.10"), sw::MobileExtended, UsbQuery::OtherDevice)},
+const std::vector<TerminalFamily>& Families() {
+  static const std::vector<TerminalFamily> families{
+      {"gamma", Known(NorvaProduct(product_code::SerieGamma, "1.20"), sw::Ok)},
+      {"sigma", Known(NorvaProduct(product_code::SerieSigma, "2.10"), sw::MobileTerminal)},
+      {"omega",
+       Known(NorvaProduct(product_code::SerieOmega, "4.01"), sw::Ok, UsbQuery::OtherDevice)},
+      {"delta", Known(NorvaProduct(product_code::SerieDelta, "1.80"), sw::MobileTerminal,
+                      UsbQuery::OtherDevice)},
+      {"deltaStationary",
+       Known(NorvaProduct(product_code::SerieDelta, "1.80"), sw::Ok, UsbQuery::OtherDevice)},
+      {"deltaMobil", Known(NorvaProduct(product_code::SerieDelta, "2.40"), sw::MobileExtended,
+                           UsbQuery::OtherDevice)},
+      {"delta3", Known(NorvaProduct(product_code::SerieDeltaMobil, "3.00"), sw::MobileTerminal,
+                       UsbQuery::OtherDevice)},
+      {"delta3Mobil", Known(NorvaProduct(product_code::SerieDeltaMobil, "3.10"), sw::MobileExtended,
+                            UsbQuery::OtherDevice)},
       {"vedraA", Older(sw::UnknownInstruction, sw::Ok)},
       {"vedraF", Older(sw::UnknownInstruction, sw::MobileTerminal)},
       {"vedraG", Older(sw::NotAllowed, sw::Ok)},
@@ -91,7 +94,7 @@ std::span<const TerminalFamily> Families() {
       {"unknownProduct",
        Known({.Maker = "XXTST", .ProductCode = "TST-1", .Version = "1.00"}, sw::Ok)},
       {"unknownAnswer", Older(sw::UnknownClass, sw::Ok)},
-  });
+  };
   return families;
 }
 
@@ -103,8 +106,9 @@ Bytes TerminalProfile::AnswerToManufacturerQuery() const {
 
   Bytes data;
   AppendObject(data, ct_bcs::ObjectManufacturer,
-               Padded(Maker->Maker, TextWidth) + Padded(Maker->ProductCode, TextWidth) +
-                   Padded(Maker->Version, TextWidth));
+               Padded(Maker->Maker, ManufacturerCodeLength) +
+                   Padded(Maker->ProductCode, ManufacturerCodeLength) +
+                   Padded(Maker->Version, ManufacturerCodeLength));
   if (!Maker->HandheldVersion.empty()) Append(data, HandheldObject(Maker->HandheldVersion));
   return Answer(data, sw::Ok);
 }

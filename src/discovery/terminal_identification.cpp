@@ -10,6 +10,9 @@ namespace kartocheck {
 
 namespace {
 
+using ctapi::ModelTest;
+using ctapi::TerminalModel;
+
 // Vendor-specific status query: is the terminal attached through a USB virtual COM port?
 constexpr QStringView UsbVirtualComQuery = u"2071000100";
 
@@ -59,16 +62,23 @@ void WritePortText(int pn, bool usbVirtualCom, PortEntry& port) {
   if (usbVirtualCom && Port(pn).Kind() == PortKind::Com) port.AvailText = u"";
 }
 
-// Terminals of the Delta series are mobile or stationary; their answer to RESET CT tells.
-void TestDeltaReset(CtSession& link, QStringView productCode, TerminalInfo& info) {
+QString TextOf(std::string_view utf8) {
+  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+// Null for a code that no model has. Terminals are not strict about its capitals.
+const TerminalModel* ModelOf(const TerminalInfo& info) {
+  const QByteArray code = info.ProductCode.Padded().toUpper().toLatin1();
+  return ctapi::FindTerminalModel({code.data(), static_cast<std::size_t>(code.size())});
+}
+
+// Terminals of some models are mobile or stationary; their answer to RESET CT tells.
+void TestReset(CtSession& link, const TerminalModel& model, TerminalInfo& info) {
   const CtAnswer answer = link.CtExchange(CommandCatalogue::ResetCt, Unit::Terminal);
   if (!answer.Succeeded()) return;
   info.Reset9501 = answer.Is(sw::MobileExtended);
   info.Reset95 = info.Reset9501 || answer.Is(sw::MobileTerminal);
-  if (info.Reset9501) {
-    info.ModelName = productCode == product_code::SerieDeltaMobil ? u"Norva Delta-3 mobil"
-                                                                  : u"Norva Delta-2 mobil";
-  }
+  if (info.Reset9501) info.ModelName = TextOf(model.ExtendedName);
 }
 
 std::int16_t IdentifyByProductCode(CtSession& link, int pn, TerminalInfo& info, PortEntry& port) {
@@ -76,25 +86,10 @@ std::int16_t IdentifyByProductCode(CtSession& link, int pn, TerminalInfo& info, 
     info.Answered = false;
     return result;
   }
-  const QString productCode = info.ProductCode.Padded().toUpper();
-  if (productCode == product_code::SerieGamma) {
-    info.ModelName = u"Serie Gamma";
-    return 0;
-  }
-  if (productCode == product_code::SerieSigma) {
-    info.ModelName = u"Serie Sigma";
-    return 0;
-  }
-  if (productCode == product_code::SerieOmega) {
-    info.ModelName = u"Serie Omega";
-  } else if (productCode == product_code::SerieDelta ||
-             productCode == product_code::SerieDeltaMobil) {
-    info.ModelName = u"Serie Delta";
-    TestDeltaReset(link, productCode, info);
-  } else {
-    info.ModelName = u"Unbekannt";
-    return 0;
-  }
+  const TerminalModel* const model = ModelOf(info);
+  info.ModelName = model == nullptr ? QStringLiteral("Unbekannt") : TextOf(model->Name);
+  if (model == nullptr || model->Tests == ModelTest::None) return 0;
+  if (model->Tests == ModelTest::ResetAndUsb) TestReset(link, *model, info);
   ProbeUsbVirtualCom(link, info);
   WritePortText(pn, info.UsbVirtualCom, port);
   return 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "protocol/terminal_models.h"
 #include "text/fixed_text.h"
 
 namespace kartocheck {
@@ -23,17 +24,17 @@ struct TerminalInfo {
   [[nodiscard]] bool IsMobile() const { return Reset95; }
 };
 
-// Maker codes of the manufacturer data object (tag 46).
-inline constexpr QStringView MakerNorva = u"DENRV";
-inline constexpr QStringView MakerNorvaHandheld = u"NVRHC";
+// Codes of the manufacturer data object that more is done with than to look a model up.
+[[nodiscard]] constexpr QLatin1StringView AsLatin1(std::string_view code) {
+  return {code.data(), static_cast<qsizetype>(code.size())};
+}
+inline constexpr QLatin1StringView MakerNorva = AsLatin1(ctapi::maker::Norva);
+inline constexpr QLatin1StringView MakerNorvaHandheld = AsLatin1(ctapi::maker::NorvaHandheld);
 
-// Product codes of the manufacturer data object, blank-padded to five characters.
 namespace product_code {
-inline constexpr QStringView SerieGamma = u"PKT-G";
-inline constexpr QStringView SerieSigma = u"PKT-S";
-inline constexpr QStringView SerieOmega = u"PKTO ";
-inline constexpr QStringView SerieDelta = u"PKTD ";
-inline constexpr QStringView SerieDeltaMobil = u"PKTDM";
+inline constexpr QLatin1StringView SerieSigma = AsLatin1(ctapi::product_code::SerieSigma);
+inline constexpr QLatin1StringView SerieDelta = AsLatin1(ctapi::product_code::SerieDelta);
+inline constexpr QLatin1StringView SerieDeltaMobil = AsLatin1(ctapi::product_code::SerieDeltaMobil);
 }  // namespace product_code
 
 // Output media shown as "Ausgabemedium:".

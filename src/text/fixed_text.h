@@ -13,10 +13,13 @@ class FixedText {
   FixedText() : text_(Width, u' ') {}
   FixedText(QStringView value) : text_(Fitted(value)) {}  // NOLINT: a record field takes a text
 
+  FixedText(QLatin1StringView value) : text_(Fitted(QString(value))) {}  // NOLINT: the same
+
   FixedText& operator=(QStringView value) {
     text_ = Fitted(value);
     return *this;
   }
+  FixedText& operator=(QLatin1StringView value) { return *this = QStringView(QString(value)); }
 
   [[nodiscard]] const QString& Padded() const { return text_; }
 
@@ -30,6 +33,9 @@ class FixedText {
   [[nodiscard]] bool IsBlank() const { return Trimmed().isEmpty(); }
 
   friend bool operator==(const FixedText& left, QStringView right) { return left.text_ == right; }
+  friend bool operator==(const FixedText& left, QLatin1StringView right) {
+    return left.text_ == right;
+  }
   friend bool operator==(const FixedText& left, const FixedText& right) {
     return left.text_ == right.text_;
   }

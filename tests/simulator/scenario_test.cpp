@@ -425,5 +425,14 @@ TEST(BundledScenarios, EveryFamilyHasOne) {
   }
 }
 
+TEST(ScenarioPages, NameEveryFamily) {
+  std::ifstream stream(SCENARIO_PAGES);
+  const std::string page{std::istreambuf_iterator<char>(stream), {}};
+  for (const TerminalFamily& family : TerminalFamilies()) {
+    EXPECT_NE(page.find("\n| `" + std::string(family.Name) + '`'), std::string::npos)
+        << family.Name;
+  }
+}
+
 }  // namespace
 }  // namespace ctapi

@@ -1,5 +1,6 @@
 #include "simulator/simulated_terminal.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "simulator/hex.h"
@@ -55,6 +56,41 @@ std::string Descriptor(const char* product) {
   return std::string("1201000202000040FEFF") + product + "0000010102" + "0001" + "9000";
 }
 
+// Maker and product code in hexadecimal digits: DENRV is 44454E5256, NVRHC is 4E56524843.
+std::vector<FamilyRow> FamilyRows() {
+  return {
+      {"gamma", "8101019000", "460F44454E5256504B542D47312E3230209000", "9000", "6D00"},
+      {"sigma", "8101019000", "460F44454E5256504B542D53322E3130209000", "9500", "6D00"},
+      {"omega", "8101019000", "460F44454E5256504B544F20342E3031209000", "9000", NoComPort},
+      {"delta", "8101019000", "460F44454E5256504B544420312E3830209000", "9500", NoComPort},
+      {"deltaStationary", "8101019000", "460F44454E5256504B544420312E3830209000", "9000",
+       NoComPort},
+      {"deltaMobil", "8101019000", "460F44454E5256504B544420322E3430209000", "9501", NoComPort},
+      {"delta3", "8101019000", "460F44454E5256504B54444D332E3030209000", "9500", NoComPort},
+      {"delta3Mobil", "8101019000", "460F44454E5256504B54444D332E3130209000", "9501", NoComPort},
+      {"vedraA", "6D00", "6D00", "9000", "6D00"},
+      {"vedraF", "6D00", "6D00", "9500", "6D00"},
+      {"vedraG", "6900", "6900", "9000", "6D00"},
+      {"pktH", "6F00", "460F44454E5256504B542D48302E3930209000", "9000", "6D00"},
+      {"handheld", "8101019000",
+       "460F4E56524843504B54444D332E303020D736"
+       "20202020202020202020202020202020202020202020202020202020202020"
+       "303033303031303032"
+       "2020202020202020202020202020"
+       "9000",
+       "9501", NoComPort},
+      {"handheldStationary", "8101019000",
+       "460F4E56524843504B54444D332E303020D736"
+       "20202020202020202020202020202020202020202020202020202020202020"
+       "303033303031303032"
+       "2020202020202020202020202020"
+       "9000",
+       "9000", NoComPort},
+      {"unknownProduct", "8101019000", "460F58585453545453542D31312E3030209000", "9000", "6D00"},
+      {"unknownAnswer", "6E00", "6E00", "9000", "6D00"},
+  };
+}
+
 TEST_P(Family, AnswersTheIdentification) {
   const FamilyRow& row = GetParam();
   SimulatedTerminal terminal = Terminal(row.Name);
@@ -65,49 +101,18 @@ TEST_P(Family, AnswersTheIdentification) {
             row.Usb == NoComPort ? Descriptor("01") : std::string(row.Usb));
 }
 
-// Maker and product code in hexadecimal digits: DENRV is 44454E5256, NVRHC is 4E56524843.
-INSTANTIATE_TEST_SUITE_P(
-    Families, Family,
-    testing::Values(
-        FamilyRow{"gamma", "8101019000", "460F44454E5256504B542D47312E3230209000", "9000", "6D00"},
-        FamilyRow{"sigma", "8101019000", "460F44454E5256504B542D53322E3130209000", "9500", "6D00"},
-        FamilyRow{"omega", "8101019000", "460F44454E5256504B544F20342E3031209000", "9000",
-                  NoComPort},
-        FamilyRow{"delta", "8101019000", "460F44454E5256504B544420312E3830209000", "9500",
-                  NoComPort},
-        FamilyRow{"deltaStationary", "8101019000", "460F44454E5256504B544420312E3830209000", "9000",
-                  NoComPort},
-        FamilyRow{"deltaMobil", "8101019000", "460F44454E5256504B544420322E3430209000", "9501",
-                  NoComPort},
-        FamilyRow{"delta3", "8101019000", "460F44454E5256504B54444D332E3030209000", "9500",
-                  NoComPort},
-        FamilyRow{"delta3Mobil", "8101019000", "460F44454E5256504B54444D332E3130209000", "9501",
-                  NoComPort},
-        FamilyRow{"vedraA", "6D00", "6D00", "9000", "6D00"},
-        FamilyRow{"vedraF", "6D00", "6D00", "9500", "6D00"},
-        FamilyRow{"vedraG", "6900", "6900", "9000", "6D00"},
-        FamilyRow{"pktH", "6F00", "460F44454E5256504B542D48302E3930209000", "9000", "6D00"},
-        FamilyRow{"handheld", "8101019000",
-                  "460F4E56524843504B54444D332E303020D736"
-                  "20202020202020202020202020202020202020202020202020202020202020"
-                  "303033303031303032"
-                  "2020202020202020202020202020"
-                  "9000",
-                  "9501", NoComPort},
-        FamilyRow{"handheldStationary", "8101019000",
-                  "460F4E56524843504B54444D332E303020D736"
-                  "20202020202020202020202020202020202020202020202020202020202020"
-                  "303033303031303032"
-                  "2020202020202020202020202020"
-                  "9000",
-                  "9000", NoComPort},
-        FamilyRow{"unknownProduct", "8101019000", "460F58585453545453542D31312E3030209000", "9000",
-                  "6D00"},
-        FamilyRow{"unknownAnswer", "6E00", "6E00", "9000", "6D00"}),
-    test::RowName<FamilyRow>);
+INSTANTIATE_TEST_SUITE_P(Families, Family, testing::ValuesIn(FamilyRows()),
+                         test::RowName<FamilyRow>);
 
 TEST(TerminalFamilies, AreAllInTheTableAbove) {
-  EXPECT_EQ(TerminalFamilies().size(), 16u);
+  const std::vector<FamilyRow> rows = FamilyRows();
+  EXPECT_EQ(TerminalFamilies().size(), rows.size());
+  for (const TerminalFamily& family : TerminalFamilies()) {
+    EXPECT_EQ(std::count_if(rows.begin(), rows.end(),
+                            [&](const FamilyRow& row) { return row.Name == family.Name; }),
+              1)
+        << family.Name;
+  }
   EXPECT_FALSE(ProfileOf("none of them"));
 }
 
