@@ -3,11 +3,9 @@
 #include <algorithm>
 
 #include "diagnosis/guided_diagnosis.h"
-#include "diagnosis/status_check.h"
 #include "discovery/port_check.h"
 #include "discovery/port_names.h"
 #include "discovery/port_sweep.h"
-#include "kvk/read_dispatcher.h"
 
 namespace kartocheck {
 
@@ -73,7 +71,7 @@ QStringList Bas_MKT_Test::HintsWithoutReader() const {
   return hasReader ? QStringList() : directory_.HintsWithoutReader();
 }
 
-std::int16_t Bas_MKT_Test::StatusCheck(int pn) {
+Readiness Bas_MKT_Test::StatusCheck(int pn) {
   return CheckStatus({session_, pn, Terminals[SlotOf(pn)], dialogs_});
 }
 
@@ -82,7 +80,7 @@ void Bas_MKT_Test::RunGuidedDiagnosis(const std::function<void()>& checkPort,
   kartocheck::RunGuidedDiagnosis({Hints, dialogs_, display_, checkPort, showTerminalStatus});
 }
 
-std::int16_t Bas_MKT_Test::ReadCardData(int pn) {
+ReadOutcome Bas_MKT_Test::ReadCardData(int pn) {
   const int slot = SlotOf(pn);
   return kartocheck::ReadCardData({session_, pn, Terminals[slot], Insured[slot], Egk[slot],
                                    Validation, dialogs_, display_, eventLoop_});

@@ -1,16 +1,17 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <optional>
 #include <vector>
 
 #include "app/closing_dialogs.h"
 #include "diagnosis/hint_texts.h"
+#include "diagnosis/status_check.h"
 #include "discovery/terminal_info.h"
 #include "egk/egk_data.h"
 #include "egk/vsd_schema.h"
 #include "kvk/insured_data.h"
+#include "kvk/read_dispatcher.h"
 #include "platform/ct_api.h"
 #include "platform/dialogs.h"
 #include "platform/display.h"
@@ -88,11 +89,11 @@ class Bas_MKT_Test {
   // Why the last sweep found no USB device, and what to do about it; empty where it found one.
   [[nodiscard]] QStringList HintsWithoutReader() const;
 
-  // Is a card or record ready? 1 when it is or the user was told why not, 0 otherwise.
-  [[nodiscard]] std::int16_t StatusCheck(int pn);
+  // Is a card or record ready?
+  [[nodiscard]] Readiness StatusCheck(int pn);
 
-  // Reads the card or stored record on the port into its slot. 0 done, 1 another try is wanted.
-  [[nodiscard]] std::int16_t ReadCardData(int pn);
+  // Reads the card or stored record on the port into its slot.
+  [[nodiscard]] ReadOutcome ReadCardData(int pn);
 
   // Runs the guided questions, which end with a check of the port or with the terminals' status.
   void RunGuidedDiagnosis(const std::function<void()>& checkPort,

@@ -77,10 +77,11 @@ void CheckWithLineSignal(int pn, CtCode code, const PortCheckTarget& with) {
   if (code != ctapi::code::Success) {
     MarkUnopened(code, with.info);
   } else {
-    const std::int16_t identified = IdentifyTerminal(with.link, pn, with.info, with.port);
+    const Identification identified = IdentifyTerminal(with.link, pn, with.info, with.port);
     const CtCode closed = with.link.CtClose();
     const QString settings = with.settingsOf(pn);
-    if (identified == 0 && closed == ctapi::code::Success && !settings.isEmpty()) {
+    if (identified == Identification::Finished && closed == ctapi::code::Success &&
+        !settings.isEmpty()) {
       with.info.SerialSettings = settings;
     }
   }

@@ -71,19 +71,19 @@ void TestDeltaReset(CtSession& link, QStringView productCode, TerminalInfo& info
   }
 }
 
-std::int16_t IdentifyByProductCode(CtSession& link, int pn, TerminalInfo& info, PortEntry& port) {
-  if (const auto result = ReadManufacturerData(link, info); result != 0) {
+Identification IdentifyByProductCode(CtSession& link, int pn, TerminalInfo& info, PortEntry& port) {
+  if (const auto result = ReadManufacturerData(link, info); result != Identification::Finished) {
     info.Answered = false;
     return result;
   }
   const QString productCode = info.ProductCode.Padded().toUpper();
   if (productCode == product_code::SerieGamma) {
     info.ModelName = u"Serie Gamma";
-    return 0;
+    return Identification::Finished;
   }
   if (productCode == product_code::SerieSigma) {
     info.ModelName = u"Serie Sigma";
-    return 0;
+    return Identification::Finished;
   }
   if (productCode == product_code::SerieOmega) {
     info.ModelName = u"Serie Omega";
@@ -93,11 +93,11 @@ std::int16_t IdentifyByProductCode(CtSession& link, int pn, TerminalInfo& info, 
     TestDeltaReset(link, productCode, info);
   } else {
     info.ModelName = u"Unbekannt";
-    return 0;
+    return Identification::Finished;
   }
   ProbeUsbVirtualCom(link, info);
   WritePortText(pn, info.UsbVirtualCom, port);
-  return 0;
+  return Identification::Finished;
 }
 
 // Terminals that do not know GET STATUS for the functional units.
@@ -123,9 +123,9 @@ void IdentifyByReset(CtSession& link, int pn, TerminalInfo& info, PortEntry& por
   info.Reset95 = true;
 }
 
-std::int16_t IdentifyEarlyCtBcs(CtSession& link, TerminalInfo& info) {
+Identification IdentifyEarlyCtBcs(CtSession& link, TerminalInfo& info) {
   const auto result = ReadManufacturerData(link, info);
-  if (result == 0) {
+  if (result == Identification::Finished) {
     info.ModelName = u"Modell PKT H CT-BCS (0.9)";
   } else {
     info.Answered = false;
@@ -135,38 +135,38 @@ std::int16_t IdentifyEarlyCtBcs(CtSession& link, TerminalInfo& info) {
 
 }  // namespace
 
-std::int16_t IdentifyTerminal(CtSession& link, int pn, TerminalInfo& info, PortEntry& port) {
+Identification IdentifyTerminal(CtSession& link, int pn, TerminalInfo& info, PortEntry& port) {
   info.Reset95 = false;
   const CtAnswer answer =
       link.CtExchange(CommandCatalogue::GetStatusFunctionalUnits, Unit::Terminal);
   info.Answered = answer.Succeeded();
-  if (!answer.Succeeded()) return answer.code;
+  if (!answer.Succeeded()) return Identification::ExchangeFailed;
 
   if (answer.Is(sw::Ok)) return IdentifyByProductCode(link, pn, info, port);
   if (answer.Is(sw::NotAllowed)) {
     info.ModelName = u"Modell Vedra G im Vedra A-kompatibel Mode";
-    return 0;
+    return Identification::Finished;
   }
   if (answer.Is(sw::UnknownInstruction)) {
     IdentifyByReset(link, pn, info, port);
-    return 0;
+    return Identification::Finished;
   }
   if (answer.Is(sw::NoDiagnosis)) return IdentifyEarlyCtBcs(link, info);
 
   info.ModelName = u"Modell nicht bekannt!";
   info.Answered = false;
-  return 0;
+  return Identification::Finished;
 }
 
-std::int16_t ReadManufacturerData(CtSession& link, TerminalInfo& info) {
+Identification ReadManufacturerData(CtSession& link, TerminalInfo& info) {
   const CtAnswer answer = link.CtExchange(CommandCatalogue::GetStatusManufacturer, Unit::Terminal);
-  if (!answer.Succeeded()) return answer.code;
+  if (!answer.Succeeded()) return Identification::ExchangeFailed;
 
   const QString data = answer.HexData();
   const bool whole = hex::From(data, 5).size() >= 2 * ManufacturerLength;
   if (hex::Mid(data, 1, 2) != ManufacturerTag || hex::ByteAt(data, 3) < ManufacturerLength ||
       !whole) {
-    return 1;
+    return Identification::NoManufacturerData;
   }
   info.ManufacturerId = TextAt(data, 5, 5);
   info.ProductCode = TextAt(data, 15, 5);
@@ -175,7 +175,7 @@ std::int16_t ReadManufacturerData(CtSession& link, TerminalInfo& info) {
     const QString version = HandheldVersion(data);
     if (!version.isEmpty()) info.SoftwareVersion = version;
   }
-  return 0;
+  return Identification::Finished;
 }
 
 void ResetTerminalInfo(TerminalInfo& info) {

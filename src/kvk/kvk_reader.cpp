@@ -60,9 +60,9 @@ const TemplateShape& ShapeOf(KvkForm form) {
   }
 }
 
-std::int16_t Refuse(const KvkTarget& target, QStringView message) {
+KvkResult Refuse(const KvkTarget& target, QStringView message) {
   target.dialogs.Tell(Icon::Critical, Dialogs::Title.toString(), message.toString());
-  return -1;
+  return KvkResult::Refused;
 }
 
 std::optional<Element> ElementOfTag(quint8 tag) {
@@ -76,7 +76,7 @@ bool IsBinary(Element element) {
   return ElementTable[static_cast<std::size_t>(element)].kind == FieldKind::Binary;
 }
 
-std::int16_t ReadTemplate(QStringView data, const TemplateShape& shape, const KvkTarget& target) {
+KvkResult ReadTemplate(QStringView data, const TemplateShape& shape, const KvkTarget& target) {
   const qsizetype length = hex::NumberAt(data, shape.lengthPosition, shape.lengthBytes);
   ParseKvkAsn1(hex::From(data, shape.elementsPosition), target);
 
@@ -85,7 +85,7 @@ std::int16_t ReadTemplate(QStringView data, const TemplateShape& shape, const Kv
   if (checksum.isEmpty() || hex::Value(checksum) != KvkXorChecksum(data, 1, checksumEnd)) {
     return Refuse(target, u" Prüfsumme KVK korrupt!!! ");
   }
-  if (!target.info.IsMobile()) return 0;
+  if (!target.info.IsMobile()) return KvkResult::Read;
 
   const QString& supplement = target.insured[Element::ChecksumSupplement];
   if (supplement.isEmpty()) return Refuse(target, u" Prüfsummezusatz KVK korrupt!!! ");
@@ -95,7 +95,7 @@ std::int16_t ReadTemplate(QStringView data, const TemplateShape& shape, const Kv
   }
   const quint8 sum = KvkXorChecksum(data, data.size() - rest + 1, data.size() - 3);
   if (hex::Value(supplement) != sum) return Refuse(target, u" Prüfsummezusatz KVK korrupt!!! ");
-  return 0;
+  return KvkResult::Read;
 }
 
 QChar KvkCharacterOf(quint8 byte) {
@@ -142,7 +142,7 @@ QStringView OutputFormatText(KvkForm form) {
   return output_medium::PcUnknownFormat;
 }
 
-std::int16_t ReadKvk(QStringView data, const KvkTarget& target) {
+KvkResult ReadKvk(QStringView data, const KvkTarget& target) {
   if (!HasAcceptedLength(data, target.info.IsMobile())) {
     return Refuse(target, u" Keine Krankenversichertenkarte!!! ");
   }
@@ -150,7 +150,7 @@ std::int16_t ReadKvk(QStringView data, const KvkTarget& target) {
   target.info.DisplayText = OutputFormatText(form);
   if (form != KvkForm::Fixed) return ReadTemplate(data, ShapeOf(form), target);
   ParseKvkFixed(data, target);
-  return 0;
+  return KvkResult::Read;
 }
 
 void ParseKvkAsn1(QStringView elements, const KvkTarget& target) {

@@ -413,9 +413,9 @@ ReadLoopSteps TestFlow::LoopSteps(int pn) {
       .checkPort = {},
       .checkStatus =
           [this, pn] {
-            const std::int16_t result = module_.StatusCheck(pn);
+            const Readiness readiness = module_.StatusCheck(pn);
             display_.ShowSlot(SlotOf(pn));
-            return result;
+            return readiness;
           },
       .hint = [this, pn] { return ShowHint(pn); },
       .insertCardPrompt = [this, pn] { return InsertCardPrompt(pn, IsMobile(pn)); },
