@@ -27,7 +27,7 @@ struct Practice {
 
   void Read() {
     if (ReadCardData({session, 1, info, insured, egk, validation, dialogs, display, eventLoop}) !=
-        0) {
+        ReadOutcome::Done) {
       throw std::runtime_error("the card was not read");
     }
   }

@@ -91,8 +91,9 @@ void ReadFullTemplate(benchmark::State& state, bool mobile) {
   info.Reset95 = mobile;
   InsuredData insured;
   const auto read = [&] {
-    int result = ReadKvk(record, {info, insured, 1, dialogs});
-    if (result != 0 || insured[Element::Town].isEmpty()) state.SkipWithError("not read");
+    KvkResult result = ReadKvk(record, {info, insured, 1, dialogs});
+    if (result != KvkResult::Read || insured[Element::Town].isEmpty())
+      state.SkipWithError("not read");
     benchmark::DoNotOptimize(insured);
   };
   for (auto _ : state) read();

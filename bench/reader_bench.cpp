@@ -57,7 +57,7 @@ class Program {
   void Read() {
     const ReadTarget target{session_,    FirstReader, info_,    insured_,  egk_,
                             validation_, dialogs_,    display_, eventLoop_};
-    Expect(ReadCardData(target) == 0, "the card was not read");
+    Expect(ReadCardData(target) == ReadOutcome::Done, "the card was not read");
   }
 
  private:

@@ -57,8 +57,8 @@ class OurDecoder {
                            .validation = validation_,
                            .display = display_,
                            .eventLoop = eventLoop_};
-    return DecompressPd(compressed, target) == 0 && !egk_.documents[VsdKind::Pd].notValidated &&
-           !insured[Element::LastName].isEmpty();
+    return DecompressPd(compressed, target) == VsdResult::Decompressed &&
+           !egk_.documents[VsdKind::Pd].notValidated && !insured[Element::LastName].isEmpty();
   }
 
  private:

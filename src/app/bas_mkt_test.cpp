@@ -87,14 +87,14 @@ QString Bas_MKT_Test::SettingsOf(Port port) const {
   return port.Line().section(u'(', 1).section(u')', 0, 0);
 }
 
-std::int16_t Bas_MKT_Test::StatusCheck(Port port) {
-  return CheckStatus({session_, port.Number(), terminals_[port.Slot()], dialogs_});
+Readiness Bas_MKT_Test::StatusCheck(Port port) {
+  return CheckStatus({session_, port, terminals_[port.Slot()], dialogs_});
 }
 
-std::int16_t Bas_MKT_Test::ReadCardData(Port port) {
+ReadOutcome Bas_MKT_Test::ReadCardData(Port port) {
   const int slot = port.Slot();
-  return kartocheck::ReadCardData({session_, port.Number(), terminals_[slot], insured_[slot],
-                                   egk_[slot], validation_, dialogs_, display_, eventLoop_});
+  return kartocheck::ReadCardData({session_, port, terminals_[slot], insured_[slot], egk_[slot],
+                                   validation_, dialogs_, display_, eventLoop_});
 }
 
 void Bas_MKT_Test::ClearSlot(int slot) {

@@ -104,10 +104,10 @@ class Bas_MKT_Test {
   // Checks the port and identifies the terminal on it. Fills the port's slot, which is emptied
   // first: nothing of an earlier terminal or card stays in it but what is to be remembered.
   void CheckPort(Port port, Remember remember = Remember::ThatItAnswered);
-  // Is a card or record ready, or was the user told why not?
-  [[nodiscard]] std::int16_t StatusCheck(Port port);
+  // Is a card or record ready?
+  [[nodiscard]] Readiness StatusCheck(Port port);
   // Reads the card or stored record on the port into its slot.
-  [[nodiscard]] std::int16_t ReadCardData(Port port);
+  [[nodiscard]] ReadOutcome ReadCardData(Port port);
   // Empties the slot's insured data and eGK data.
   void ClearSlot(int slot);
 

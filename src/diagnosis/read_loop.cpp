@@ -15,19 +15,19 @@ Answer AskForCard(const ReadLoopSteps& steps, Dialogs& dialogs, Display& display
 
 void RunReadLoop(const ReadLoopSteps& steps, Dialogs& dialogs, Display& display) {
   Answer answer = Answer::Ok;
-  std::int16_t result = 0;
+  ReadOutcome outcome = ReadOutcome::Done;
   do {
     display.ShowStatusText(status_text::ReadPrompt.toString());
     if (steps.checkPort) steps.checkPort();
-    result = steps.checkStatus();
-    answer = result == ReadyToRead ? Answer::Ok : AskForCard(steps, dialogs, display);
+    const bool isReady = steps.checkStatus() == Readiness::Ready;
+    answer = isReady ? Answer::Ok : AskForCard(steps, dialogs, display);
     if (answer == Answer::Ok) {
       display.ShowStatusText(status_text::Reading.toString());
-      result = steps.read();
+      outcome = steps.read();
       steps.showSlot();
       display.ShowStatusText(status_text::Shown.toString());
     }
-  } while (answer == Answer::Ok && result >= 1);
+  } while (answer == Answer::Ok && outcome == ReadOutcome::TryAgain);
 }
 
 }  // namespace kartocheck

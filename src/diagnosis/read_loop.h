@@ -1,9 +1,9 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 
 #include "diagnosis/status_check.h"
+#include "kvk/read_dispatcher.h"
 #include "platform/dialogs.h"
 #include "platform/display.h"
 
@@ -13,15 +13,15 @@ namespace kartocheck {
 // leaves checkPort empty.
 struct ReadLoopSteps {
   std::function<void()> checkPort;
-  std::function<std::int16_t()> checkStatus;  // ReadyToRead, or NotReady: ask for the card
+  std::function<Readiness()> checkStatus;
   std::function<QString()> hint;  // what keeps the card from being read; empty where nothing does
   std::function<Question()> insertCardPrompt;
-  std::function<std::int16_t()> read;  // 0 done, 1 the user wants another try, below 0 failed
+  std::function<ReadOutcome()> read;
   std::function<void()> showSlot;
 };
 
-// Checks, asks for the card where it is needed, and reads; again while the user has not cancelled
-// and the last result is 1 or more. A hint is shown before the card is asked for.
+// Checks, asks for the card where it is needed, and reads; again while the user wants another try
+// and has not cancelled. A hint is shown before the card is asked for.
 void RunReadLoop(const ReadLoopSteps& steps, Dialogs& dialogs, Display& display);
 
 }  // namespace kartocheck

@@ -11,12 +11,12 @@ void Advise(const StatusCheckTarget& with, const QString& text) {
   with.dialogs.Tell(Icon::Critical, Dialogs::Title.toString(), text);
 }
 
-std::int16_t CheckSelectOfPresentCard(const StatusCheckTarget& with) {
+Readiness CheckSelectOfPresentCard(const StatusCheckTarget& with) {
   const CtAnswer answer = with.link.CtExchange(CommandCatalogue::SelectKvk, Unit::Card);
   if (answer.Is(sw::ConditionsOfUse)) {
     with.info.DisplayText = output_medium::DisplayOrPrinter;
   }
-  return ReadyToRead;
+  return Readiness::Ready;
 }
 
 bool IsMobileDelta(const TerminalInfo& info) {
@@ -24,17 +24,17 @@ bool IsMobileDelta(const TerminalInfo& info) {
                           info.ProductCode == product_code::SerieDelta);
 }
 
-std::int16_t CheckEmptySlot(const StatusCheckTarget& with) {
+Readiness CheckEmptySlot(const StatusCheckTarget& with) {
   if (IsMobileDelta(with.info)) {
     Advise(with, Lines({u" Es sind keine Datensätze gespeichert! ", u""}));
-    return ReadyToRead;
+    return Readiness::Ready;
   }
   const CtAnswer answer = with.link.CtExchange(CommandCatalogue::SelectKvk, Unit::Card);
   if (answer.Is(sw::NotAllowed)) with.info.SelectRefused = true;
-  return NotReady;
+  return Readiness::NotReady;
 }
 
-std::int16_t AdviseNotAllowed(const StatusCheckTarget& with) {
+Readiness AdviseNotAllowed(const StatusCheckTarget& with) {
   Advise(with, with.info.IsMobile()
                    ? Lines({u" Bitte Chipkartenterminal überprüfen! ",
                             u" Ist das mobile Chipkartenterminal zugeschlossen?",
@@ -42,10 +42,10 @@ std::int16_t AdviseNotAllowed(const StatusCheckTarget& with) {
                    : Lines({u" Bitte Chipkartenterminal überprüfen! ",
                             u" Sind die Chipkartenterminal Menü-Einstellungen aktiviert? ",
                             u" Wenn ja, Chipkartenterminal auf die Standardanzeige stellen."}));
-  return ReadyToRead;
+  return Readiness::Ready;
 }
 
-std::int16_t CheckOverOpenLink(const StatusCheckTarget& with) {
+Readiness CheckOverOpenLink(const StatusCheckTarget& with) {
   const CtAnswer answer = with.link.CtExchange(CommandCatalogue::RequestIcc1, Unit::Terminal);
   if (answer.code == ctapi::code::TransmissionError) {
     with.info.DisplayText = output_medium::DisplayOrPrinter;
@@ -55,25 +55,25 @@ std::int16_t CheckOverOpenLink(const StatusCheckTarget& with) {
   }
   if (answer.Is(sw::NoCard)) return CheckEmptySlot(with);
   if (answer.Is(sw::NotAllowed)) return AdviseNotAllowed(with);
-  return NotReady;
+  return Readiness::NotReady;
 }
 
 }  // namespace
 
-std::int16_t CheckStatus(const StatusCheckTarget& target) {
+Readiness CheckStatus(const StatusCheckTarget& target) {
   target.info.SelectRefused = false;
   if (target.link.IsOpen()) target.link.CtClose();
-  if (const CtCode code = target.link.CtOpen(target.pn); code != ctapi::code::Success) {
+  if (const CtCode code = target.link.CtOpen(target.port); code != ctapi::code::Success) {
     if (target.info.Answered && code == ctapi::code::TransmissionError) {
       Advise(target, Lines({u" Bitte Chipkartenterminal überprüfen! ",
                             u" Ist das Terminal eingeschaltet?! ",
                             u" Ist die KeyCard nicht mehr aktiv?! "}));
     }
-    return NotReady;
+    return Readiness::NotReady;
   }
-  const std::int16_t result = CheckOverOpenLink(target);
+  const Readiness readiness = CheckOverOpenLink(target);
   target.link.CtClose();
-  return result;
+  return readiness;
 }
 
 }  // namespace kartocheck

@@ -20,7 +20,7 @@ CtCode ProbeAndOpen(Port port, const PortCheckTarget& with) {
   with.port.SettingsFound = false;
   ProbeSerialSettings(port, with.serial, with.eventLoop, with.port);
   if (with.link.IsOpen()) ResetAndClose(with.link);
-  const CtCode code = with.link.CtOpen(port.Number());
+  const CtCode code = with.link.CtOpen(port);
   if (code == ctapi::code::Success && !with.port.SettingsFound) {
     with.port.AvailText = with.port.BaudText.Padded();
   }
@@ -45,7 +45,7 @@ void CheckFurtherPort(Port port, const PortCheckTarget& with) {
   const CtCode code = ProbeAndOpen(port, with);
   with.port.ScanResult = code;
   if (code != ctapi::code::Success) return MarkUnopened(code, with.info);
-  (void)IdentifyTerminal(with.link, port.Number(), with.info, with.port);
+  (void)IdentifyTerminal(with.link, port, with.info, with.port);
   with.link.CtClose();
 }
 
@@ -75,11 +75,11 @@ void CheckWithLineSignal(Port port, CtCode code, const PortCheckTarget& with) {
   if (code != ctapi::code::Success) {
     MarkUnopened(code, with.info);
   } else {
-    const std::int16_t identified =
-        IdentifyTerminal(with.link, port.Number(), with.info, with.port);
+    const Identification identified = IdentifyTerminal(with.link, port, with.info, with.port);
     const CtCode closed = with.link.CtClose();
     const QString settings = with.settingsOf(port);
-    if (identified == 0 && closed == ctapi::code::Success && !settings.isEmpty()) {
+    if (identified == Identification::Finished && closed == ctapi::code::Success &&
+        !settings.isEmpty()) {
       with.info.SerialSettings = settings;
     }
   }
@@ -91,7 +91,7 @@ void CheckWithoutLineSignal(Port port, CtCode code, const PortCheckTarget& with)
   switch (code) {
     case ctapi::code::Success:
       entry.ScanResult = scan_result::NoLineSignal;
-      (void)IdentifyTerminal(with.link, port.Number(), with.info, entry);
+      (void)IdentifyTerminal(with.link, port, with.info, entry);
       if (!with.info.UsbVirtualCom) {
         entry.PortText = u"USB-Kabel oder falsches RS 232 Kabel/Verbinder!";
       }

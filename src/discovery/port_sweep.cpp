@@ -8,7 +8,7 @@ namespace {
 // serial-port control.
 void TryPort(Port port, CtSession& link, Display& display, std::vector<Port>& found) {
   if (!port.IsTested()) display.ShowStatusText(PortCheckText(port));
-  const bool answers = link.CtTryPort(port.Number()) == ctapi::code::Success;
+  const bool answers = link.CtTryPort(port) == ctapi::code::Success;
   if (answers && !port.IsTested()) found.push_back(port);
 }
 

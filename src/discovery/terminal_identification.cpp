@@ -57,9 +57,9 @@ void ProbeUsbVirtualCom(CtSession& link, TerminalInfo& info) {
                        hex::Mid(response, 21, 2) == u"02";
 }
 
-void WritePortText(int pn, bool usbVirtualCom, PortEntry& port) {
-  port.PortText = Port(pn).Description(usbVirtualCom);
-  if (usbVirtualCom && Port(pn).Kind() == PortKind::Com) port.AvailText = u"";
+void WritePortText(Port port, bool usbVirtualCom, PortEntry& entry) {
+  entry.PortText = port.Description(usbVirtualCom);
+  if (usbVirtualCom && port.Kind() == PortKind::Com) entry.AvailText = u"";
 }
 
 QString TextOf(std::string_view utf8) {
@@ -81,22 +81,25 @@ void TestReset(CtSession& link, const TerminalModel& model, TerminalInfo& info) 
   if (info.Reset9501) info.ModelName = TextOf(model.ExtendedName);
 }
 
-std::int16_t IdentifyByProductCode(CtSession& link, int pn, TerminalInfo& info, PortEntry& port) {
-  if (const auto result = ReadManufacturerData(link, info); result != 0) {
+Identification IdentifyByProductCode(CtSession& link, Port port, TerminalInfo& info,
+                                     PortEntry& entry) {
+  if (const auto result = ReadManufacturerData(link, info); result != Identification::Finished) {
     info.Answered = false;
     return result;
   }
   const TerminalModel* const model = ModelOf(info);
   info.ModelName = model == nullptr ? QStringLiteral("Unbekannt") : TextOf(model->Name);
-  if (model == nullptr || model->Tests == ModelTest::None) return 0;
+  if (model == nullptr || model->Tests == ModelTest::None) {
+    return Identification::Finished;
+  }
   if (model->Tests == ModelTest::ResetAndUsb) TestReset(link, *model, info);
   ProbeUsbVirtualCom(link, info);
-  WritePortText(pn, info.UsbVirtualCom, port);
-  return 0;
+  WritePortText(port, info.UsbVirtualCom, entry);
+  return Identification::Finished;
 }
 
 // Terminals that do not know GET STATUS for the functional units.
-void IdentifyByReset(CtSession& link, int pn, TerminalInfo& info, PortEntry& port) {
+void IdentifyByReset(CtSession& link, Port port, TerminalInfo& info, PortEntry& entry) {
   const CtAnswer answer = link.CtExchange(CommandCatalogue::ResetCt, Unit::Terminal);
   if (!answer.Succeeded()) {
     info.Answered = false;
@@ -106,10 +109,10 @@ void IdentifyByReset(CtSession& link, int pn, TerminalInfo& info, PortEntry& por
     info.ModelName = u"Modell Vedra A/B/C/D/E/F";
     return;
   }
-  WritePortText(pn, false, port);
-  if (Port(pn).Kind() == PortKind::Com) {
+  WritePortText(port, false, entry);
+  if (port.Kind() == PortKind::Com) {
     info.ModelName = u"Modell Vedra F/Serie Delta/Sigma";
-  } else if (Port(pn).IsUsb()) {
+  } else if (port.IsUsb()) {
     // A USB device of this family answers like a Delta terminal and is recorded as one.
     info.ModelName = u"Serie Delta";
     info.ProductCode = product_code::SerieDelta;
@@ -118,9 +121,9 @@ void IdentifyByReset(CtSession& link, int pn, TerminalInfo& info, PortEntry& por
   info.Reset95 = true;
 }
 
-std::int16_t IdentifyEarlyCtBcs(CtSession& link, TerminalInfo& info) {
+Identification IdentifyEarlyCtBcs(CtSession& link, TerminalInfo& info) {
   const auto result = ReadManufacturerData(link, info);
-  if (result == 0) {
+  if (result == Identification::Finished) {
     info.ModelName = u"Modell PKT H CT-BCS (0.9)";
   } else {
     info.Answered = false;
@@ -130,38 +133,38 @@ std::int16_t IdentifyEarlyCtBcs(CtSession& link, TerminalInfo& info) {
 
 }  // namespace
 
-std::int16_t IdentifyTerminal(CtSession& link, int pn, TerminalInfo& info, PortEntry& port) {
+Identification IdentifyTerminal(CtSession& link, Port port, TerminalInfo& info, PortEntry& entry) {
   info.Reset95 = false;
   const CtAnswer answer =
       link.CtExchange(CommandCatalogue::GetStatusFunctionalUnits, Unit::Terminal);
   info.Answered = answer.Succeeded();
-  if (!answer.Succeeded()) return answer.code;
+  if (!answer.Succeeded()) return Identification::ExchangeFailed;
 
-  if (answer.Is(sw::Ok)) return IdentifyByProductCode(link, pn, info, port);
+  if (answer.Is(sw::Ok)) return IdentifyByProductCode(link, port, info, entry);
   if (answer.Is(sw::NotAllowed)) {
     info.ModelName = u"Modell Vedra G im Vedra A-kompatibel Mode";
-    return 0;
+    return Identification::Finished;
   }
   if (answer.Is(sw::UnknownInstruction)) {
-    IdentifyByReset(link, pn, info, port);
-    return 0;
+    IdentifyByReset(link, port, info, entry);
+    return Identification::Finished;
   }
   if (answer.Is(sw::NoDiagnosis)) return IdentifyEarlyCtBcs(link, info);
 
   info.ModelName = u"Modell nicht bekannt!";
   info.Answered = false;
-  return 0;
+  return Identification::Finished;
 }
 
-std::int16_t ReadManufacturerData(CtSession& link, TerminalInfo& info) {
+Identification ReadManufacturerData(CtSession& link, TerminalInfo& info) {
   const CtAnswer answer = link.CtExchange(CommandCatalogue::GetStatusManufacturer, Unit::Terminal);
-  if (!answer.Succeeded()) return answer.code;
+  if (!answer.Succeeded()) return Identification::ExchangeFailed;
 
   const QString data = answer.HexData();
   const bool whole = hex::From(data, 5).size() >= 2 * ManufacturerLength;
   if (hex::Mid(data, 1, 2) != ManufacturerTag || hex::ByteAt(data, 3) < ManufacturerLength ||
       !whole) {
-    return 1;
+    return Identification::NoManufacturerData;
   }
   info.ManufacturerId = TextAt(data, 5, 5);
   info.ProductCode = TextAt(data, 15, 5);
@@ -170,7 +173,7 @@ std::int16_t ReadManufacturerData(CtSession& link, TerminalInfo& info) {
     const QString version = HandheldVersion(data);
     if (!version.isEmpty()) info.SoftwareVersion = version;
   }
-  return 0;
+  return Identification::Finished;
 }
 
 void ResetTerminalInfo(TerminalInfo& info) {

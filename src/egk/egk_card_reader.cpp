@@ -13,8 +13,6 @@ namespace kartocheck {
 
 namespace {
 
-constexpr std::int16_t Stopped = -1;
-
 // Longest blocks that are read, in bytes.
 constexpr int LongestVd = 792;
 constexpr int LongestPd = 848;
@@ -35,13 +33,13 @@ class CardRead {
  public:
   explicit CardRead(const EgkTarget& target) : with_(target) {}
 
-  [[nodiscard]] std::int16_t Run() {
-    if (!ResetCard()) return Stopped;
+  [[nodiscard]] EgkResult Run() {
+    if (!ResetCard()) return EgkResult::Stopped;
     ReadSerialNumber();
-    if (!ReadVd() || !ReadPd() || !ReadGvd() || !ReadStatus()) return Stopped;
+    if (!ReadVd() || !ReadPd() || !ReadGvd() || !ReadStatus()) return EgkResult::Stopped;
     with_.insured.Store(found_, with_.info.IsMobile());
     with_.info.DisplayText = output_medium::PcAsn1;
-    return 0;
+    return EgkResult::Finished;
   }
 
  private:
@@ -236,7 +234,7 @@ bool CardRead::ReadStatus() {
 
 }  // namespace
 
-std::int16_t ReadEgkFromCard(const EgkTarget& target) {
+EgkResult ReadEgkFromCard(const EgkTarget& target) {
   return CardRead(target).Run();
 }
 

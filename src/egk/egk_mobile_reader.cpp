@@ -14,8 +14,6 @@ namespace kartocheck {
 
 namespace {
 
-constexpr std::int16_t Stopped = -1;
-
 // A stored file: P1 P2 with its short file identifier, and the size of its buffer in bytes.
 struct StoredFile {
   std::uint16_t p1p2;
@@ -48,13 +46,13 @@ class RecordRead {
  public:
   explicit RecordRead(const EgkTarget& target) : with_(target) {}
 
-  [[nodiscard]] std::int16_t Run() {
+  [[nodiscard]] EgkResult Run() {
     with_.egk.stored = {};
     if (SelectHca(with_, QStringLiteral("Das Kommando Select DF HCA war nicht erfolgreich!")) !=
         HcaSelection::Selected) {
-      return Stopped;
+      return EgkResult::Stopped;
     }
-    if (!ReadStatus()) return Stopped;
+    if (!ReadStatus()) return EgkResult::Stopped;
     ReadPd();
     ReadVd();
     if (with_.info.Reset9501) ReadGvd();
@@ -66,7 +64,7 @@ class RecordRead {
     HandOver(VsdKind::Gvd, gvd_.isEmpty() ? containerGvd_ : gvd_);
     with_.insured.Store(found_, with_.info.IsMobile());
     with_.info.DisplayText = output_medium::PcAsn1;
-    return 0;
+    return EgkResult::Finished;
   }
 
  private:
@@ -176,7 +174,7 @@ void RecordRead::TakeOverStatus() {
 
 }  // namespace
 
-std::int16_t ReadEgkFromMobile(const EgkTarget& target) {
+EgkResult ReadEgkFromMobile(const EgkTarget& target) {
   return RecordRead(target).Run();
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
 #include "discovery/terminal_info.h"
 #include "egk/egk_data.h"
 #include "egk/vsd_schema.h"
@@ -25,13 +23,16 @@ struct EgkTarget {
   EventLoop& eventLoop;
 };
 
-// Reads the eGK in the terminal's first slot: serial number, VD, PD, GVD and EF.StatusVD. Single
-// sections may fail and are reported. Returns 0 when the read ran to its end, -1 when it stopped
-// early; nothing is stored into the slot's insured data then.
-[[nodiscard]] std::int16_t ReadEgkFromCard(const EgkTarget& target);
+// How an eGK read ended. Failures of single sections are told and do not stop it.
+enum class EgkResult {
+  Finished,
+  Stopped,  // early, and told; the slot's insured data are as they were, a record is not erased
+};
 
-// Reads the eGK record that a mobile terminal keeps, and erases it there. Returns 0 when the record
-// was processed to its end, -1 when the read stopped before the erase.
-[[nodiscard]] std::int16_t ReadEgkFromMobile(const EgkTarget& target);
+// Reads the eGK in the terminal's first slot: serial number, VD, PD, GVD and EF.StatusVD.
+[[nodiscard]] EgkResult ReadEgkFromCard(const EgkTarget& target);
+
+// Reads the eGK record that a mobile terminal keeps, and erases it there.
+[[nodiscard]] EgkResult ReadEgkFromMobile(const EgkTarget& target);
 
 }  // namespace kartocheck

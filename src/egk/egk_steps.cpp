@@ -19,7 +19,7 @@ constexpr PerVsdKind<DecoderTexts> Texts({
     {u"Die Dekomprimierung der GVD Daten war nicht erfolgreich!", u"Error GVD XML Daten!"},
 });
 
-std::int16_t Decompress(VsdKind kind, QByteArrayView compressed, const VsdTarget& target) {
+VsdResult Decompress(VsdKind kind, QByteArrayView compressed, const VsdTarget& target) {
   switch (kind) {
     case VsdKind::Pd:
       return DecompressPd(compressed, target);
@@ -28,7 +28,7 @@ std::int16_t Decompress(VsdKind kind, QByteArrayView compressed, const VsdTarget
     case VsdKind::Gvd:
       return DecompressGvd(compressed, target);
   }
-  return VsdXmlError;
+  return VsdResult::XmlError;
 }
 
 }  // namespace
@@ -58,12 +58,13 @@ HcaSelection SelectHca(const EgkTarget& target, const QString& failedText) {
 
 void HandToDecoder(const EgkTarget& target, VsdKind kind, QByteArrayView compressed,
                    InsuredData& found) {
-  const std::int16_t result = Decompress(
+  const VsdResult result = Decompress(
       kind, compressed, {target.egk, found, target.validation, target.display, target.eventLoop});
-  if (result == VsdDecompressed) return;
+  if (result == VsdResult::Decompressed) return;
   const DecoderTexts& texts = Texts[kind];
-  TellEgk(target,
-          Lines({result == VsdNotDecompressed ? texts.notDecompressed : texts.xmlError, u""}));
+  TellEgk(
+      target,
+      Lines({result == VsdResult::NotDecompressed ? texts.notDecompressed : texts.xmlError, u""}));
 }
 
 }  // namespace kartocheck

@@ -57,13 +57,13 @@ void MapUnvalidated(VsdKind kind, const VsdTarget& target) {
   if (document) MapFields(kind, document->Root(), target);
 }
 
-std::int16_t ValidateAndMap(VsdKind kind, const VsdTarget& target) {
+VsdResult ValidateAndMap(VsdKind kind, const VsdTarget& target) {
   const VsdKindTexts& texts = VsdTexts[kind];
   VsdDocument& kept = target.egk.documents[kind];
   target.display.ShowStatusText(texts.validationStatus.toString());
 
   const std::optional<XmlDocument> document = XmlDocument::Parse(kept.xmlText);
-  if (!document) return VsdXmlError;
+  if (!document) return VsdResult::XmlError;
   const XmlElement root = document->Root();
   kept.xmlText = root.OwnXml();
 
@@ -74,28 +74,28 @@ std::int16_t ValidateAndMap(VsdKind kind, const VsdTarget& target) {
         texts, prepared.HasRoot()
                    ? u"Der URI-Verweis für den Namespace dieses Schemas ist nicht zutreffend!"
                    : u"Kein lokales XSD-Schema verfügbar! ");
-    return VsdDecompressed;
+    return VsdResult::Decompressed;
   }
 
   const QString version = prepared.Version().isEmpty() ? DataVersion(root) : prepared.Version();
   if (!schema->Accepts(*document)) {
     kept.validationText = Validated(texts, version, u"war nicht erfolgreich!");
-    return VsdDecompressed;
+    return VsdResult::Decompressed;
   }
   MapFields(kind, root, target);
   kept.notValidated = false;
   kept.validationText = Validated(texts, version, u"war erfolgreich!");
-  return VsdDecompressed;
+  return VsdResult::Decompressed;
 }
 
-std::int16_t Decompress(VsdKind kind, QByteArrayView compressed, const VsdTarget& target) {
+VsdResult Decompress(VsdKind kind, QByteArrayView compressed, const VsdTarget& target) {
   target.display.ShowStatusText(VsdTexts[kind].decompressionStatus.toString());
-  if (compressed.isEmpty()) return VsdXmlError;
+  if (compressed.isEmpty()) return VsdResult::XmlError;
 
   const Gunzipped output = Gunzip(compressed, Limits);
   target.eventLoop.Yield();
   if (output.outcome != GunzipOutcome::Complete || LooksCompressed(output.bytes)) {
-    return VsdNotDecompressed;
+    return VsdResult::NotDecompressed;
   }
 
   VsdDocument& kept = target.egk.documents[kind];
@@ -105,20 +105,20 @@ std::int16_t Decompress(VsdKind kind, QByteArrayView compressed, const VsdTarget
 
   if (target.validation.isOn) return ValidateAndMap(kind, target);
   MapUnvalidated(kind, target);
-  return VsdDecompressed;
+  return VsdResult::Decompressed;
 }
 
 }  // namespace
 
-std::int16_t DecompressVd(QByteArrayView compressed, const VsdTarget& target) {
+VsdResult DecompressVd(QByteArrayView compressed, const VsdTarget& target) {
   return Decompress(VsdKind::Vd, compressed, target);
 }
 
-std::int16_t DecompressPd(QByteArrayView compressed, const VsdTarget& target) {
+VsdResult DecompressPd(QByteArrayView compressed, const VsdTarget& target) {
   return Decompress(VsdKind::Pd, compressed, target);
 }
 
-std::int16_t DecompressGvd(QByteArrayView compressed, const VsdTarget& target) {
+VsdResult DecompressGvd(QByteArrayView compressed, const VsdTarget& target) {
   return Decompress(VsdKind::Gvd, compressed, target);
 }
 

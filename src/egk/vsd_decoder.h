@@ -2,8 +2,6 @@
 
 #include <QByteArrayView>
 
-#include <cstdint>
-
 #include "egk/egk_data.h"
 #include "egk/vsd_schema.h"
 #include "kvk/insured_data.h"
@@ -21,17 +19,18 @@ struct VsdTarget {
   EventLoop& eventLoop;
 };
 
-// Results of the three procedures.
-inline constexpr std::int16_t VsdDecompressed = 0;  // whether or not validated or mapped
-inline constexpr std::int16_t VsdXmlError = -1;     // no bytes; with validation: not parsed
-inline constexpr std::int16_t VsdNotDecompressed = -2;
+enum class VsdResult {
+  Decompressed,     // whether or not validated or mapped
+  XmlError,         // no bytes; with validation: not parsed
+  NotDecompressed,  // damaged gzip data, or a text that is too long
+};
 
 // Turns one gzip-compressed document into its XML text, validates it when asked to and maps it onto
 // the field table and the element list. A block that is not gzip data is taken as the text itself.
-// The text, at most 32,767 characters as decompressed, is kept for every result 0 and for -1 of a
-// document that could not be parsed.
-[[nodiscard]] std::int16_t DecompressVd(QByteArrayView compressed, const VsdTarget& target);
-[[nodiscard]] std::int16_t DecompressPd(QByteArrayView compressed, const VsdTarget& target);
-[[nodiscard]] std::int16_t DecompressGvd(QByteArrayView compressed, const VsdTarget& target);
+// The text, at most 32,767 characters as decompressed, is kept when it was decompressed and when it
+// could not be parsed.
+[[nodiscard]] VsdResult DecompressVd(QByteArrayView compressed, const VsdTarget& target);
+[[nodiscard]] VsdResult DecompressPd(QByteArrayView compressed, const VsdTarget& target);
+[[nodiscard]] VsdResult DecompressGvd(QByteArrayView compressed, const VsdTarget& target);
 
 }  // namespace kartocheck

@@ -60,9 +60,9 @@ const TemplateShape& ShapeOf(KvkForm form) {
   }
 }
 
-std::int16_t Refuse(const KvkTarget& target, QStringView message) {
+KvkResult Refuse(const KvkTarget& target, QStringView message) {
   target.dialogs.Tell(Icon::Critical, Dialogs::Title.toString(), message.toString());
-  return -1;
+  return KvkResult::Refused;
 }
 
 std::optional<Element> ElementOfTag(quint8 tag) {
@@ -73,7 +73,7 @@ std::optional<Element> ElementOfTag(quint8 tag) {
   return row->Which;
 }
 
-std::int16_t ReadTemplate(QStringView data, const TemplateShape& shape, const KvkTarget& target) {
+KvkResult ReadTemplate(QStringView data, const TemplateShape& shape, const KvkTarget& target) {
   const qsizetype length = hex::NumberAt(data, shape.lengthPosition, shape.lengthBytes);
   ParseKvkAsn1(hex::From(data, shape.elementsPosition), target);
 
@@ -82,7 +82,7 @@ std::int16_t ReadTemplate(QStringView data, const TemplateShape& shape, const Kv
   if (checksum.isEmpty() || hex::Value(checksum) != KvkXorChecksum(data, 1, checksumEnd)) {
     return Refuse(target, u" Prüfsumme KVK korrupt!!! ");
   }
-  if (!target.info.IsMobile()) return 0;
+  if (!target.info.IsMobile()) return KvkResult::Read;
 
   const QString& supplement = target.insured[Element::ChecksumSupplement];
   if (supplement.isEmpty()) return Refuse(target, u" Prüfsummezusatz KVK korrupt!!! ");
@@ -92,7 +92,7 @@ std::int16_t ReadTemplate(QStringView data, const TemplateShape& shape, const Kv
   }
   const quint8 sum = KvkXorChecksum(data, data.size() - rest + 1, data.size() - 3);
   if (hex::Value(supplement) != sum) return Refuse(target, u" Prüfsummezusatz KVK korrupt!!! ");
-  return 0;
+  return KvkResult::Read;
 }
 
 QChar KvkCharacterOf(quint8 byte) {
@@ -125,7 +125,7 @@ QStringView OutputFormatText(KvkForm form) {
   return output_medium::PcUnknownFormat;
 }
 
-std::int16_t ReadKvk(QStringView data, const KvkTarget& target) {
+KvkResult ReadKvk(QStringView data, const KvkTarget& target) {
   if (!HasAcceptedLength(data, target.info.IsMobile())) {
     return Refuse(target, u" Keine Krankenversichertenkarte!!! ");
   }
@@ -133,7 +133,7 @@ std::int16_t ReadKvk(QStringView data, const KvkTarget& target) {
   target.info.DisplayText = OutputFormatText(form);
   if (form != KvkForm::Fixed) return ReadTemplate(data, ShapeOf(form), target);
   ParseKvkFixed(data, target);
-  return 0;
+  return KvkResult::Read;
 }
 
 void ParseKvkAsn1(QStringView elements, const KvkTarget& target) {
@@ -158,7 +158,7 @@ void ParseKvkAsn1(QStringView elements, const KvkTarget& target) {
     }
     constexpr qsizetype ShortApprovalNumber = 2 * DescriptionOf(Element::ApprovalNumber).Width;
     if (element == Element::ApprovalNumber && value.size() == ShortApprovalNumber) {
-      CorrectModel(found[*element], KvkFormat::Template, target.pn, target.info);
+      CorrectModel(found[*element], KvkFormat::Template, target.port, target.info);
     }
   }
   target.insured.Store(found, target.info.IsMobile());
@@ -181,7 +181,7 @@ void ParseKvkFixed(QStringView data, const KvkTarget& target) {
   }
   target.insured.Store(found, target.info.IsMobile());
   if (target.info.IsMobile() && data.size() == SupplementLength) {
-    CorrectModel(found[Element::ApprovalNumber], KvkFormat::Fixed, target.pn, target.info);
+    CorrectModel(found[Element::ApprovalNumber], KvkFormat::Fixed, target.port, target.info);
   }
 }
 

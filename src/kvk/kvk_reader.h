@@ -3,8 +3,6 @@
 #include <QString>
 #include <QStringView>
 
-#include <cstdint>
-
 #include "discovery/terminal_info.h"
 #include "kvk/insured_data.h"
 #include "platform/dialogs.h"
@@ -15,7 +13,7 @@ namespace kartocheck {
 struct KvkTarget {
   TerminalInfo& info;
   InsuredData& insured;
-  int pn;  // port number of the link
+  Port port;  // of the link
   Dialogs& dialogs;
 };
 
@@ -25,10 +23,15 @@ enum class KvkForm { Template60, Template6081, Template6082, Fixed, Unknown };
 // The output format that a terminal which delivers this form is set to.
 [[nodiscard]] QStringView OutputFormatText(KvkForm form);
 
+enum class KvkResult {
+  Read,
+  Refused,  // after an error message; the elements parsed before the failure stay stored
+};
+
 // Reads KVK data as a terminal hands them out: hexadecimal text of the record without status word,
-// from a card or, when the terminal is flagged as mobile, from a stored record with its supplement.
-// Returns 0, or -1 after an error message; the elements parsed before the failure stay stored.
-[[nodiscard]] std::int16_t ReadKvk(QStringView data, const KvkTarget& target);
+// 106 to 518 characters, from a card or, when the terminal is flagged as mobile, from a stored
+// record with its supplement.
+[[nodiscard]] KvkResult ReadKvk(QStringView data, const KvkTarget& target);
 
 // Splits the element list of a template, the supplement behind it included, and stores the result.
 void ParseKvkAsn1(QStringView elements, const KvkTarget& target);

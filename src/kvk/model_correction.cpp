@@ -4,9 +4,9 @@
 
 namespace kartocheck {
 
-void CorrectModel(QStringView approvalNumber, KvkFormat format, int pn, TerminalInfo& info) {
+void CorrectModel(QStringView approvalNumber, KvkFormat format, Port port, TerminalInfo& info) {
   if (approvalNumber == u"103") {
-    if (info.ProductCode == product_code::SerieDelta || Port(pn).IsUsb()) {
+    if (info.ProductCode == product_code::SerieDelta || port.IsUsb()) {
       info.ModelName = u"Serie Delta";
       info.ProductCode = product_code::SerieDelta;
     } else {

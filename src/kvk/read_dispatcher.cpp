@@ -1,7 +1,5 @@
 #include "kvk/read_dispatcher.h"
 
-#include <algorithm>
-
 #include "kvk/kvk_reader.h"
 #include "terminal/command_catalogue.h"
 #include "terminal/reset_and_close.h"
@@ -11,8 +9,6 @@ namespace kartocheck {
 
 namespace {
 
-constexpr std::int16_t Failed = -1;
-
 constexpr QStringView AskForAnotherTry = u" Noch einmal versuchen? ";
 constexpr QStringView ReadImpossible =
     u" Lesen der Krankenversichertendaten von der Karte nicht möglich! ";
@@ -21,10 +17,10 @@ void Tell(const ReadTarget& with, Icon icon, const QString& text) {
   with.dialogs.Tell(icon, Dialogs::Title.toString(), text);
 }
 
-std::int16_t AskToRetry(const ReadTarget& with, const QString& text, Icon icon = Icon::Question) {
+ReadOutcome AskToRetry(const ReadTarget& with, const QString& text, Icon icon = Icon::Question) {
   const Answer answer =
       with.dialogs.Ask({.title = Dialogs::Title.toString(), .text = text, .icon = icon});
-  return answer == Answer::Yes ? TryAgain : Failed;
+  return answer == Answer::Yes ? ReadOutcome::TryAgain : ReadOutcome::Failed;
 }
 
 bool AgreesToErase(const ReadTarget& with, const QString& warning) {
@@ -34,41 +30,40 @@ bool AgreesToErase(const ReadTarget& with, const QString& warning) {
                            .consequence = Consequence::ErasesRecord}) == Answer::Yes;
 }
 
-std::int16_t ReportFailedOpen(const ReadTarget& with, CtCode code) {
+ReadOutcome ReportFailedOpen(const ReadTarget& with, CtCode code) {
   Tell(with, Icon::Critical,
        code == ctapi::code::TransmissionError
            ? Lines({ReadImpossible,
                     u" Haben Sie als Ausgabemedium LCD-Anzeige/Drucker eingestellt ?! "})
            : Lines({ReadImpossible, u" Kommunikationsfehler ! "}));
-  // A positive code is none of CT-API's; as a result it would ask for another try.
-  return std::min(code, Failed);
+  return ReadOutcome::Failed;
 }
 
-std::int16_t ReportOutputMedium(const ReadTarget& with) {
+ReadOutcome ReportOutputMedium(const ReadTarget& with) {
   with.info.DisplayText = output_medium::DisplayOrPrinter;
   Tell(with, Icon::Critical,
        Lines({ReadImpossible, u" Beim Chipkartenterminal ist als Ausgabemedium ", u"",
               u" LCD-Anzeige/Drucker eingestellt! "}));
-  return Failed;
+  return ReadOutcome::Failed;
 }
 
-std::int16_t ReportNoCard(const ReadTarget& with) {
+ReadOutcome ReportNoCard(const ReadTarget& with) {
   return AskToRetry(with, Lines({u" Keine Chipkarte gefunden! ", AskForAnotherTry}));
 }
 
 // "6200": no card, or no record, within the waiting time.
-std::int16_t ReportNothingFound(const ReadTarget& with) {
+ReadOutcome ReportNothingFound(const ReadTarget& with) {
   if (with.info.SelectRefused) {
     return AskToRetry(with, Lines({u" Keine Datensätze/KeyCard gefunden! ",
                                    u" Gerät ist zugeschlossen!", u"", AskForAnotherTry}));
   }
   if (!with.info.IsMobile()) return ReportNoCard(with);
   // A terminal with extended records has told the user already, in the status check.
-  if (with.info.Reset9501) return Failed;
+  if (with.info.Reset9501) return ReadOutcome::Failed;
   return AskToRetry(with, Lines({u" Keine Datensätze gefunden! ", AskForAnotherTry}));
 }
 
-std::int16_t ReportRequestNotAllowed(const ReadTarget& with) {
+ReadOutcome ReportRequestNotAllowed(const ReadTarget& with) {
   return AskToRetry(
       with, with.info.IsMobile()
                 ? Lines({u" Das mobile Chipkartenterminal ist zugeschlossen! ", AskForAnotherTry})
@@ -77,7 +72,7 @@ std::int16_t ReportRequestNotAllowed(const ReadTarget& with) {
 }
 
 // "6A82" to the current identifier of the KVK application: a card with the older one?
-std::int16_t TryOldIdentifier(const ReadTarget& with) {
+ReadOutcome TryOldIdentifier(const ReadTarget& with) {
   const CtAnswer answer = with.link.CtExchange(CommandCatalogue::SelectKvkOld, Unit::Card);
   return AskToRetry(with,
                     answer.Is(sw::Ok) ? Lines({u" Krankenversichertenkarte mit altem AID! ",
@@ -87,12 +82,12 @@ std::int16_t TryOldIdentifier(const ReadTarget& with) {
                     Icon::Critical);
 }
 
-std::int16_t ReportSelectNotAllowed(const ReadTarget& with) {
+ReadOutcome ReportSelectNotAllowed(const ReadTarget& with) {
   if (with.info.ManufacturerId == MakerNorvaHandheld) {
     Tell(with, Icon::Critical,
          Lines({u"", u"", ReadImpossible, u" Bitte die Betriebsart des Terminals prüfen! "}));
   }
-  return Failed;
+  return ReadOutcome::Failed;
 }
 
 bool AgreesToReadStoredKvk(const ReadTarget& with) {
@@ -113,8 +108,8 @@ bool AgreesToReadStoredEgk(const ReadTarget& with) {
              u"", u"                          Möchten Sie fortfahren? "}));
 }
 
-std::int16_t ReportRefusedRead(const ReadTarget& with, const CtAnswer& answer) {
-  if (!with.info.IsMobile() || !with.info.Reset9501) return Failed;
+ReadOutcome ReportRefusedRead(const ReadTarget& with, const CtAnswer& answer) {
+  if (!with.info.IsMobile() || !with.info.Reset9501) return ReadOutcome::Failed;
   if (answer.Is(sw::ReadFailed)) {
     Tell(with, Icon::Information,
          Lines({u"Das Kommando Read KVK war nicht erfolgreich!", u"",
@@ -125,47 +120,48 @@ std::int16_t ReportRefusedRead(const ReadTarget& with, const CtAnswer& answer) {
          Lines({u"Das Kommando Read KVK war nicht erfolgreich!", u"",
                 u"Ist die HBA/SMC-B Karte im Terminal gesteckt und freigeschaltet?"}));
   }
-  return Failed;
+  return ReadOutcome::Failed;
 }
 
-std::int16_t HandleDefectiveData(const ReadTarget& with) {
+ReadOutcome HandleDefectiveData(const ReadTarget& with) {
   ClearSlot(with.info, with.insured, with.egk);
   const CtAnswer answer = with.link.CtExchange(CommandCatalogue::ResetCt, Unit::Terminal);
   if (answer.Is(sw::MobileTerminal)) {
     with.info.ModelName = u"Modell Vedra F/Serie Delta/Sigma";
   }
-  return Failed;
+  return ReadOutcome::Failed;
 }
 
-std::int16_t EraseRecord(const ReadTarget& with) {
+ReadOutcome EraseRecord(const ReadTarget& with) {
   const CtAnswer answer = with.link.CtExchange(CommandCatalogue::EraseBinary, Unit::Card);
   if (answer.Is(sw::Ok)) {
     (void)with.link.CtExchange(CommandCatalogue::EjectIcc1Ack, Unit::Terminal);
-    return 0;
+    return ReadOutcome::Done;
   }
   // A terminal that does not know the command keeps no record that could be erased.
-  if (answer.Is(sw::UnknownInstruction)) return 0;
+  if (answer.Is(sw::UnknownInstruction)) return ReadOutcome::Done;
   ClearSlot(with.info, with.insured, with.egk);
   Tell(with, Icon::Critical,
        Lines({u" ERASE BINARY Error! ", u" Datensatz konnte nicht gelöscht werden! "}));
-  return Failed;
+  return ReadOutcome::Failed;
 }
 
-std::int16_t ReadKvkRecord(const ReadTarget& with) {
-  if (with.info.IsMobile() && !AgreesToReadStoredKvk(with)) return Failed;
+ReadOutcome ReadKvkRecord(const ReadTarget& with) {
+  if (with.info.IsMobile() && !AgreesToReadStoredKvk(with)) return ReadOutcome::Failed;
 
   const CtAnswer answer = with.link.CtExchange(CommandCatalogue::ReadBinary, Unit::Card);
-  if (!answer.Succeeded()) return Failed;
+  if (!answer.Succeeded()) return ReadOutcome::Failed;
   if (!answer.Is(sw::Ok) && !answer.Is(sw::EndOfFile)) {
     return ReportRefusedRead(with, answer);
   }
-  if (ReadKvk(answer.HexData(), {with.info, with.insured, with.pn, with.dialogs}) != 0) {
+  if (ReadKvk(answer.HexData(), {with.info, with.insured, with.port, with.dialogs}) !=
+      KvkResult::Read) {
     return HandleDefectiveData(with);
   }
-  return with.info.IsMobile() ? EraseRecord(with) : std::int16_t{0};
+  return with.info.IsMobile() ? EraseRecord(with) : ReadOutcome::Done;
 }
 
-std::int16_t ReadMemoryCard(const ReadTarget& with) {
+ReadOutcome ReadMemoryCard(const ReadTarget& with) {
   if (!with.info.IsMobile()) {
     (void)with.link.CtExchange(CommandCatalogue::ResetIcc1, Unit::Terminal);
   }
@@ -173,23 +169,27 @@ std::int16_t ReadMemoryCard(const ReadTarget& with) {
   if (answer.code == ctapi::code::TransmissionError) return ReportOutputMedium(with);
   if (!answer.Succeeded()) {
     Tell(with, Icon::Critical, QStringLiteral(" Chipkartenterminal RETURN Fehler! "));
-    return Failed;
+    return ReadOutcome::Failed;
   }
   if (answer.Is(sw::Ok)) return ReadKvkRecord(with);
   if (answer.Is(sw::ConditionsOfUse)) return ReportOutputMedium(with);
   if (answer.Is(sw::NotFound)) return TryOldIdentifier(with);
   if (answer.Is(sw::NotAllowed)) return ReportSelectNotAllowed(with);
-  return Failed;
+  return ReadOutcome::Failed;
 }
 
-std::int16_t ReadProcessorCard(const ReadTarget& with) {
+ReadOutcome OutcomeOf(EgkResult result) {
+  return result == EgkResult::Finished ? ReadOutcome::Done : ReadOutcome::Failed;
+}
+
+ReadOutcome ReadProcessorCard(const ReadTarget& with) {
   const EgkTarget target{with.link,       with.info,    with.insured, with.egk,
                          with.validation, with.dialogs, with.display, with.eventLoop};
-  if (!with.info.IsMobile()) return ReadEgkFromCard(target);
-  return AgreesToReadStoredEgk(with) ? ReadEgkFromMobile(target) : Failed;
+  if (!with.info.IsMobile()) return OutcomeOf(ReadEgkFromCard(target));
+  return AgreesToReadStoredEgk(with) ? OutcomeOf(ReadEgkFromMobile(target)) : ReadOutcome::Failed;
 }
 
-std::int16_t ReadOverOpenLink(const ReadTarget& with, bool& egk) {
+ReadOutcome ReadOverOpenLink(const ReadTarget& with, bool& egk) {
   const CtAnswer reset = with.link.CtExchange(CommandCatalogue::ResetCt, Unit::Terminal);
   if (reset.Is(sw::MobileTerminal)) with.info.Reset95 = true;
 
@@ -208,21 +208,21 @@ std::int16_t ReadOverOpenLink(const ReadTarget& with, bool& egk) {
 
 }  // namespace
 
-std::int16_t ReadCardData(const ReadTarget& target) {
+ReadOutcome ReadCardData(const ReadTarget& target) {
   ClearSlot(target.info, target.insured, target.egk);
-  if (const CtCode code = target.link.CtOpen(target.pn); code != ctapi::code::Success) {
+  if (const CtCode code = target.link.CtOpen(target.port); code != ctapi::code::Success) {
     return ReportFailedOpen(target, code);
   }
   bool egk = false;
-  const std::int16_t result = ReadOverOpenLink(target, egk);
+  const ReadOutcome outcome = ReadOverOpenLink(target, egk);
   ResetAndClose(target.link);
-  if (result != 0) {
+  if (outcome != ReadOutcome::Done) {
     ClearSlot(target.info, target.insured, target.egk);
-    return result;
+    return outcome;
   }
   target.info.DataRead = !target.insured.IsEmpty() || !target.egk.IsEmpty();
   target.info.EgkData = egk && target.info.DataRead;
-  return result;
+  return outcome;
 }
 
 void ClearSlot(TerminalInfo& info, InsuredData& insured, EgkData& egk) {

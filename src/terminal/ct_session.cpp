@@ -83,13 +83,13 @@ void CtSession::SetLamps(LampState state) {
   with_.lamps[Lamp::Terminal].Set(state);
 }
 
-CtCode CtSession::CtOpen(int pn) {
+CtCode CtSession::CtOpen(Port port) {
   return Guarded([&]() -> CtCode {
-    FixedText<8>& baudText = with_.ports[Port(pn).Slot()].BaudText;
+    FixedText<8>& baudText = with_.ports[port.Slot()].BaudText;
     with_.eventLoop.Yield();
     baudText = u"";
-    pn_ = pn;
-    const CtCode code = with_.api.Init(Ctn, static_cast<std::uint16_t>(pn));
+    pn_ = port.Number();
+    const CtCode code = with_.api.Init(Ctn, static_cast<std::uint16_t>(port.Number()));
     if (code == ctapi::code::Success) {
       open_ = true;
       SetLamps(LampState::Answered);
@@ -110,10 +110,10 @@ CtCode CtSession::CtClose() {
   });
 }
 
-CtCode CtSession::CtTryPort(int pn) {
+CtCode CtSession::CtTryPort(Port port) {
   return Guarded([&]() -> CtCode {
     with_.eventLoop.Yield();
-    const CtCode code = with_.api.Init(Ctn, static_cast<std::uint16_t>(pn));
+    const CtCode code = with_.api.Init(Ctn, static_cast<std::uint16_t>(port.Number()));
     with_.eventLoop.Yield();
     (void)with_.api.Close(Ctn);
     return code;

@@ -70,14 +70,14 @@ class CtSession {
 
   // Opens the link on the port, 1 to 256 or 8192 to 8447, and writes the baud-rate text of the
   // port's slot. Returns the library's code.
-  [[nodiscard]] CtCode CtOpen(int pn);
+  [[nodiscard]] CtCode CtOpen(Port port);
 
   // Returns the library's code; the link counts as closed whatever it is.
   CtCode CtClose();
 
   // A bare open and close of a port, without lamps and baud rate. Returns the code of the open. Not
   // to be called while the link is open.
-  [[nodiscard]] CtCode CtTryPort(int pn);
+  [[nodiscard]] CtCode CtTryPort(Port port);
 
   // Sends a command, hexadecimal text of up to 65,535 bytes, to the unit. An answer of fewer than
   // two bytes, which is none, is code BufferTooSmall (-11).

@@ -99,8 +99,8 @@ TEST(BasMktTestTest, AHintIsForAPortThatCannotBeUsed) {
   EXPECT_EQ(module.state.HintFor(Port(8193)), QString());
   module.state.CheckPort(Port(8192));
   EXPECT_EQ(module.state.HintFor(Port(8192)), hint);
-  EXPECT_EQ(module.state.StatusCheck(Port(8192)), ReadyToRead);
-  EXPECT_EQ(module.state.ReadCardData(Port(8192)), 0);
+  EXPECT_EQ(module.state.StatusCheck(Port(8192)), Readiness::Ready);
+  EXPECT_EQ(module.state.ReadCardData(Port(8192)), ReadOutcome::Done);
   EXPECT_EQ(module.state.HintFor(Port(8192)), QString()) << "data were read";
   module.state.ClearSlot(5);
   EXPECT_EQ(module.state.HintFor(Port(8192)), hint);
@@ -130,8 +130,8 @@ TEST(BasMktTestTest, AFurtherPortIsOpenedByItsNumberAndKeptInSlotFive) {
   module.state.CheckPort(Port(8192));
   EXPECT_EQ(module.state.Terminals[5].ModelName.Trimmed(), u"Serie Omega");
   EXPECT_EQ(module.state.Ports[5].PortText.Trimmed(), u"USB (CTAPI pn=8192)");
-  EXPECT_EQ(module.state.StatusCheck(Port(8192)), ReadyToRead);
-  EXPECT_EQ(module.state.ReadCardData(Port(8192)), 0);
+  EXPECT_EQ(module.state.StatusCheck(Port(8192)), Readiness::Ready);
+  EXPECT_EQ(module.state.ReadCardData(Port(8192)), ReadOutcome::Done);
   EXPECT_TRUE(module.state.Terminals[5].DataRead);
   EXPECT_EQ(module.state.Insured[5][Element::LastName], u"Übermaß");
   for (int slot = 1; slot <= 4; ++slot) {
@@ -289,7 +289,7 @@ TEST(BasMktTestTest, ProceduresAskNothingOnceTheProgramIsAskedToEnd) {
   )");
   Module module(dialogue);
   module.state.ExitRequested = true;
-  EXPECT_EQ(module.state.ReadCardData(Port(1)), -1);
+  EXPECT_EQ(module.state.ReadCardData(Port(1)), ReadOutcome::Failed);
   EXPECT_TRUE(module.dialogs.boxes.empty());
 }
 

@@ -17,9 +17,9 @@ namespace {
 struct LoopRow {
   const char* sentence;
   bool checksPort = true;
-  std::deque<std::int16_t> checks;   // results of the status checks, in order
-  std::deque<Answer> answers{};      // to the insert-card prompts
-  std::deque<std::int16_t> reads{};  // results of the reads
+  std::deque<Readiness> checks;     // results of the status checks, in order
+  std::deque<Answer> answers{};     // to the insert-card prompts
+  std::deque<ReadOutcome> reads{};  // outcomes of the reads
   QString hint{};
   std::vector<std::string> steps;  // in the order the user sees them
 
@@ -99,52 +99,48 @@ INSTANTIATE_TEST_SUITE_P(
     Diagnosis, ReadLoopTest,
     testing::ValuesIn(std::vector<LoopRow>{
         {.sentence = "a card that is ready is read without a prompt",
-         .checks = {1},
-         .reads = {0},
+         .checks = {Readiness::Ready},
+         .reads = {ReadOutcome::Done},
          .steps = {Prompting, "port check", "status check", Reading, "read", "show slot", Shown}},
         {.sentence = "an action that does not check the port",
          .checksPort = false,
-         .checks = {1},
-         .reads = {0},
+         .checks = {Readiness::Ready},
+         .reads = {ReadOutcome::Done},
          .steps = {Prompting, "status check", Reading, "read", "show slot", Shown}},
         {.sentence = "without a card the prompt is shown, OK reads",
-         .checks = {0},
+         .checks = {Readiness::NotReady},
          .answers = {Answer::Ok},
-         .reads = {0},
+         .reads = {ReadOutcome::Done},
          .steps = {Prompting, "port check", "status check", "hint", "prompt", Reading, "read",
                    "show slot", Shown}},
         {.sentence = "Cancel at the prompt ends the loop without a read",
-         .checks = {0},
+         .checks = {Readiness::NotReady},
          .answers = {Answer::Cancel},
          .steps = {Prompting, "port check", "status check", "hint", "prompt"}},
         {.sentence = "what keeps the card from being read is told before it is asked for",
-         .checks = {0, 0},
+         .checks = {Readiness::NotReady, Readiness::NotReady},
          .answers = {Answer::Ok, Answer::Cancel},
-         .reads = {1},
+         .reads = {ReadOutcome::TryAgain},
          .hint = QStringLiteral("Ein Hinweis."),
          .steps = {Prompting, "port check", "status check", "hint", "Ein Hinweis.", "prompt",
                    Reading, "read", "show slot", Shown, Prompting, "port check", "status check",
                    "hint", "Ein Hinweis.", "prompt"}},
         {.sentence = "a failed read ends the loop",
-         .checks = {1},
-         .reads = {-1},
+         .checks = {Readiness::Ready},
+         .reads = {ReadOutcome::Failed},
          .steps = {Prompting, "port check", "status check", Reading, "read", "show slot", Shown}},
         {.sentence = "another try repeats everything",
-         .checks = {1, 1, 1},
-         .reads = {1, 1, 0},
+         .checks = {Readiness::Ready, Readiness::Ready, Readiness::Ready},
+         .reads = {ReadOutcome::TryAgain, ReadOutcome::TryAgain, ReadOutcome::Done},
          .steps = {Prompting, "port check", "status check", Reading, "read", "show slot", Shown,
                    Prompting, "port check", "status check", Reading, "read", "show slot", Shown,
                    Prompting, "port check", "status check", Reading, "read", "show slot", Shown}},
         {.sentence = "Cancel in the second round",
-         .checks = {1, 0},
+         .checks = {Readiness::Ready, Readiness::NotReady},
          .answers = {Answer::Cancel},
-         .reads = {1},
+         .reads = {ReadOutcome::TryAgain},
          .steps = {Prompting, "port check", "status check", Reading, "read", "show slot", Shown,
                    Prompting, "port check", "status check", "hint", "prompt"}},
-        {.sentence = "a status check below 0 asks for the card too",
-         .checks = {-1},
-         .answers = {Answer::Cancel},
-         .steps = {Prompting, "port check", "status check", "hint", "prompt"}},
     }),
     SentenceName());
 

@@ -27,7 +27,7 @@ struct StatusRow {
   const char* sentence;
   Known known{};
   std::string script;
-  int result = 0;
+  Readiness result = Readiness::NotReady;
   QStringView box{};              // text of the one box, all with OK and the stop icon
   bool displayOrPrinter = false;  // the output medium was written
   bool selectRefused = false;
@@ -140,48 +140,48 @@ INSTANTIATE_TEST_SUITE_P(
     CardPresent, StatusCheckTest,
     testing::Values(StatusRow{.sentence = "9000: a memory card",
                               .script = Selected("90 00", "90 00"),
-                              .result = 1},
+                              .result = Readiness::Ready},
                     StatusRow{.sentence = "9001: a processor card",
                               .script = Selected("90 01", "90 00"),
-                              .result = 1},
+                              .result = Readiness::Ready},
                     StatusRow{.sentence = "6201: the card was there already",
                               .script = Selected("62 01", "90 00"),
-                              .result = 1},
+                              .result = Readiness::Ready},
                     StatusRow{.sentence = "the status word is the answer's end",
                               .script = Selected("3B 04 92 23 10 91 90 00", "90 00"),
-                              .result = 1},
+                              .result = Readiness::Ready},
                     StatusRow{.sentence = "9000, and the select is answered 6985",
                               .script = Selected("90 00", "69 85"),
-                              .result = 1,
+                              .result = Readiness::Ready,
                               .displayOrPrinter = true},
                     StatusRow{.sentence = "9001, and the select is answered 6985",
                               .script = Selected("90 01", "69 85"),
-                              .result = 1,
+                              .result = Readiness::Ready,
                               .displayOrPrinter = true},
                     StatusRow{.sentence = "6201, and the select is answered 6985",
                               .script = Selected("62 01", "69 85"),
-                              .result = 1,
+                              .result = Readiness::Ready,
                               .displayOrPrinter = true},
                     StatusRow{.sentence = "6985 behind other bytes is 6985",
                               .script = Selected("90 00", "90 00 69 85"),
-                              .result = 1,
+                              .result = Readiness::Ready,
                               .displayOrPrinter = true},
                     StatusRow{.sentence = "a select without the application",
                               .script = Selected("90 00", "6A 82"),
-                              .result = 1},
+                              .result = Readiness::Ready},
                     StatusRow{.sentence = "a select answered 6900 tells of nothing here",
                               .script = Selected("90 00", "69 00"),
-                              .result = 1},
+                              .result = Readiness::Ready},
                     StatusRow{.sentence = "a select that fails",
                               .script = Selected("90 00", "-> -10"),
-                              .result = 1},
+                              .result = Readiness::Ready},
                     StatusRow{.sentence = "a mobile terminal with a record",
                               .known = {.mobile = true, .product = u"PKTDM"},
                               .script = Selected("90 00", "90 00"),
-                              .result = 1},
+                              .result = Readiness::Ready},
                     StatusRow{.sentence = "a further port",
                               .script = Selected("62 01", "90 00", 8192),
-                              .result = 1,
+                              .result = Readiness::Ready,
                               .pn = 8192}),
     SentenceName());
 
@@ -190,12 +190,12 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(StatusRow{.sentence = "a mobile Delta without records",
                               .known = {.mobile = true, .product = u"PKTDM"},
                               .script = Requested("62 00"),
-                              .result = 1,
+                              .result = Readiness::Ready,
                               .box = NoRecords},
                     StatusRow{.sentence = "a mobile Delta of the other product code",
                               .known = {.mobile = true, .product = u"PKTD "},
                               .script = Requested("62 00"),
-                              .result = 1,
+                              .result = Readiness::Ready,
                               .box = NoRecords},
                     StatusRow{.sentence = "a stationary PKTDM",
                               .known = {.product = u"PKTDM"},
@@ -223,26 +223,26 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(NotAllowed, StatusCheckTest,
                          testing::Values(StatusRow{.sentence = "a fixed terminal in its menu",
                                                    .script = Requested("69 00"),
-                                                   .result = 1,
+                                                   .result = Readiness::Ready,
                                                    .box = MenuActive},
                                          StatusRow{.sentence = "a fixed PKTDM",
                                                    .known = {.product = u"PKTDM"},
                                                    .script = Requested("69 00"),
-                                                   .result = 1,
+                                                   .result = Readiness::Ready,
                                                    .box = MenuActive},
                                          StatusRow{.sentence = "a mobile terminal that is locked",
                                                    .known = {.mobile = true},
                                                    .script = Requested("69 00"),
-                                                   .result = 1,
+                                                   .result = Readiness::Ready,
                                                    .box = Locked}),
                          SentenceName());
 
 TEST(StatusCheckLinkTest, ALinkThatIsStillOpenIsClosedFirst) {
   Dialogue dialogue("open 3\nclose\n" + Requested("6D 00"));
   Link link(dialogue);
-  ASSERT_EQ(link.session.CtOpen(3), 0);
+  ASSERT_EQ(link.session.CtOpen(Port(3)), 0);
   TerminalInfo info;
-  EXPECT_EQ(CheckStatus({link.session, 1, info, link.dialogs}), 0);
+  EXPECT_EQ(CheckStatus({link.session, 1, info, link.dialogs}), Readiness::NotReady);
 }
 
 TEST(StatusCheckLinkTest, EveryFaultAtEitherExchangeLeavesTheLinkClosed) {
@@ -254,7 +254,8 @@ TEST(StatusCheckLinkTest, EveryFaultAtEitherExchangeLeavesTheLinkClosed) {
       FaultyApi api(book, faulty, fault);
       Link link(api);
       TerminalInfo info;
-      EXPECT_EQ(CheckStatus({link.session, 1, info, link.dialogs}), faulty == 1 ? 0 : 1);
+      EXPECT_EQ(CheckStatus({link.session, 1, info, link.dialogs}),
+                faulty == 1 ? Readiness::NotReady : Readiness::Ready);
       EXPECT_FALSE(link.session.IsOpen());
       EXPECT_EQ(api.Calls().back(), u"close");
       EXPECT_TRUE(link.dialogs.boxes.empty());

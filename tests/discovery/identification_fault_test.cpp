@@ -28,46 +28,34 @@ constexpr const char* MobileDelta = R"(
   close
 )";
 
-int CodeOf(const Fault& fault) {
-  switch (fault.kind) {
-    case Fault::Kind::Code:
-      return fault.code;
-    case Fault::Kind::EmptyResponse:
-    case Fault::Kind::OneByteResponse:
-      return -11;
-    case Fault::Kind::RandomResponse:
-      break;
-  }
-  return 0;
-}
-
-void ExpectOutcome(int faulty, const Fault& fault, int result, const TerminalInfo& info,
+void ExpectOutcome(int faulty, const Fault& fault, Identification result, const TerminalInfo& info,
                    const PortEntry& port) {
   const bool isRandom = fault.kind == Fault::Kind::RandomResponse;
   switch (faulty) {
     case 1:
-      EXPECT_EQ(result, CodeOf(fault));
+      EXPECT_EQ(result, isRandom ? Identification::Finished : Identification::ExchangeFailed);
       EXPECT_FALSE(info.Answered);
       EXPECT_EQ(info.ModelName.Trimmed(),
                 isRandom ? QStringLiteral("Modell nicht bekannt!") : QString());
       EXPECT_TRUE(port.PortText.IsBlank());
       break;
     case 2:
-      EXPECT_EQ(result, isRandom ? 1 : CodeOf(fault));
+      EXPECT_EQ(result,
+                isRandom ? Identification::NoManufacturerData : Identification::ExchangeFailed);
       EXPECT_FALSE(info.Answered);
       EXPECT_TRUE(info.ModelName.IsBlank());
       EXPECT_TRUE(info.ManufacturerId.IsBlank());
       EXPECT_TRUE(port.PortText.IsBlank());
       break;
     case 3:
-      EXPECT_EQ(result, 0);
+      EXPECT_EQ(result, Identification::Finished);
       EXPECT_TRUE(info.Answered);
       EXPECT_EQ(info.ModelName.Trimmed(), u"Serie Delta");
       EXPECT_FALSE(info.Reset95);
       EXPECT_EQ(port.PortText.Trimmed(), u"USB Virtuell COM (CTAPI pn=3)");
       break;
     default:
-      EXPECT_EQ(result, 0);
+      EXPECT_EQ(result, Identification::Finished);
       EXPECT_TRUE(info.Answered);
       EXPECT_EQ(info.ModelName.Trimmed(), u"Norva Delta-3 mobil");
       EXPECT_TRUE(info.Reset95 && info.Reset9501);
@@ -89,8 +77,8 @@ TEST(IdentificationFaultTest, EveryFaultAtEveryExchangeHasItsOutcome) {
       Link link(api);
       TerminalInfo info;
       PortEntry port;
-      ASSERT_EQ(link.session.CtOpen(3), 0);
-      const int result = IdentifyTerminal(link.session, 3, info, port);
+      ASSERT_EQ(link.session.CtOpen(Port(3)), 0);
+      const Identification result = IdentifyTerminal(link.session, Port(3), info, port);
       ExpectOutcome(faulty, fault, result, info, port);
       EXPECT_TRUE(link.dialogs.boxes.empty());
     }

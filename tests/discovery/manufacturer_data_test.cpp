@@ -15,7 +15,7 @@ namespace {
 struct ManufacturerRow {
   const char* sentence;
   const char* answer;  // behind the '<' of a dialogue
-  int result;
+  Identification result;
   QStringView manufacturerId;
   QStringView productCode;
   QStringView softwareVersion;
@@ -48,28 +48,33 @@ TEST_P(ManufacturerDataTest, Fields) {
 INSTANTIATE_TEST_SUITE_P(
     Discovery, ManufacturerDataTest,
     testing::ValuesIn(std::vector<ManufacturerRow>{
-        {"a whole object of 15 bytes", "46 0F 'DENRVPKTD 2.1.3' 90 00", 0, u"DENRV", u"PKTD ",
-         u"2.1.3"},
+        {"a whole object of 15 bytes", "46 0F 'DENRVPKTD 2.1.3' 90 00", Identification::Finished,
+         u"DENRV", u"PKTD ", u"2.1.3"},
         {"a longer object, of which the first 15 bytes count", "46 12 'DENRVPKT-S2.1.3xyz' 90 00",
-         0, u"DENRV", u"PKT-S", u"2.1.3"},
-        {"letters of the 8-bit code page", "46 0F 'D' C4 'NRVPKTD 2' A4 '1.3' 90 00", 0, u"DÄNRV",
-         u"PKTD ", u"2€1.3"},
-        {"a length of 14", "46 0E 'DENRVPKTD 2.1.3' 90 00", 1, u"old  ", u"old  ", u"old"},
-        {"a length of 0", "46 00 90 00", 1, u"old  ", u"old  ", u"old"},
-        {"another tag", "47 0F 'DENRVPKTD 2.1.3' 90 00", 1, u"old  ", u"old  ", u"old"},
-        {"a cut object that brings 14 bytes", "46 0F 'DENRVPKTD 2.1.' 90 00", 1, u"old  ", u"old  ",
-         u"old"},
-        {"the status word does not make up for a missing byte", "46 0F 'DENRVPKTD 2.1' 90 00", 1,
+         Identification::Finished, u"DENRV", u"PKT-S", u"2.1.3"},
+        {"letters of the 8-bit code page", "46 0F 'D' C4 'NRVPKTD 2' A4 '1.3' 90 00",
+         Identification::Finished, u"DÄNRV", u"PKTD ", u"2€1.3"},
+        {"a length of 14", "46 0E 'DENRVPKTD 2.1.3' 90 00", Identification::NoManufacturerData,
          u"old  ", u"old  ", u"old"},
-        {"an object that promises more but brings 15 bytes", "46 FF 'DENRVPKTD 2.1.3' 90 00", 0,
-         u"DENRV", u"PKTD ", u"2.1.3"},
-        {"a status word alone", "90 00", 1, u"old  ", u"old  ", u"old"},
-        {"an error status word alone", "6A 88", 1, u"old  ", u"old  ", u"old"},
-        {"the status word behind an object is not judged", "46 0F 'DENRVPKTD 2.1.3' 62 81", 0,
-         u"DENRV", u"PKTD ", u"2.1.3"},
-        {"a failed exchange", "-> -10", -10, u"old  ", u"old  ", u"old"},
-        {"a host error", "-> -127", -127, u"old  ", u"old  ", u"old"},
-        {"an empty response", "", -11, u"old  ", u"old  ", u"old"},
+        {"a length of 0", "46 00 90 00", Identification::NoManufacturerData, u"old  ", u"old  ",
+         u"old"},
+        {"another tag", "47 0F 'DENRVPKTD 2.1.3' 90 00", Identification::NoManufacturerData,
+         u"old  ", u"old  ", u"old"},
+        {"a cut object that brings 14 bytes", "46 0F 'DENRVPKTD 2.1.' 90 00",
+         Identification::NoManufacturerData, u"old  ", u"old  ", u"old"},
+        {"the status word does not make up for a missing byte", "46 0F 'DENRVPKTD 2.1' 90 00",
+         Identification::NoManufacturerData, u"old  ", u"old  ", u"old"},
+        {"an object that promises more but brings 15 bytes", "46 FF 'DENRVPKTD 2.1.3' 90 00",
+         Identification::Finished, u"DENRV", u"PKTD ", u"2.1.3"},
+        {"a status word alone", "90 00", Identification::NoManufacturerData, u"old  ", u"old  ",
+         u"old"},
+        {"an error status word alone", "6A 88", Identification::NoManufacturerData, u"old  ",
+         u"old  ", u"old"},
+        {"the status word behind an object is not judged", "46 0F 'DENRVPKTD 2.1.3' 62 81",
+         Identification::Finished, u"DENRV", u"PKTD ", u"2.1.3"},
+        {"a failed exchange", "-> -10", Identification::ExchangeFailed, u"old  ", u"old  ", u"old"},
+        {"a host error", "-> -127", Identification::ExchangeFailed, u"old  ", u"old  ", u"old"},
+        {"an empty response", "", Identification::ExchangeFailed, u"old  ", u"old  ", u"old"},
     }),
     SentenceName());
 
@@ -98,7 +103,7 @@ TEST_P(HandheldObjectTest, SoftwareVersion) {
   Dialogue dialogue(script);
   Link link(dialogue);
   TerminalInfo info;
-  EXPECT_EQ(ReadManufacturerData(link.session, info), 0);
+  EXPECT_EQ(ReadManufacturerData(link.session, info), Identification::Finished);
   EXPECT_EQ(info.SoftwareVersion.Trimmed(), row.expected);
   EXPECT_EQ(info.ProductCode, u"PKTDM");
 }
@@ -131,7 +136,7 @@ TEST(HandheldVersionTest, WithoutASecondObjectTheVersionStays) {
   Dialogue dialogue("> 20 13 00 46 00\n< 46 0F 'NVRHCPKTDM2.1.3' 90 00");
   Link link(dialogue);
   TerminalInfo info;
-  EXPECT_EQ(ReadManufacturerData(link.session, info), 0);
+  EXPECT_EQ(ReadManufacturerData(link.session, info), Identification::Finished);
   EXPECT_EQ(info.ManufacturerId, u"NVRHC");
   EXPECT_EQ(info.SoftwareVersion.Trimmed(), u"2.1.3");
 }

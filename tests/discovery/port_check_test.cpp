@@ -480,7 +480,7 @@ TEST(CheckPortOrderTest, ALinkStillOpenIsEndedBetweenProbeAndOpen) {
       open )" + std::to_string(pn) +
                       " -> -10");
     Link link(dialogue);
-    ASSERT_EQ(link.session.CtOpen(2), 0);
+    ASSERT_EQ(link.session.CtOpen(Port(2)), 0);
     FakeSerialPort serial(FakeSerialPort::FourPorts());
     bool probed = false;
     serial.onCall = [&](const QString& call) {

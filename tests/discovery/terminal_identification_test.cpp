@@ -15,7 +15,7 @@ namespace {
 
 // What stands in the records afterwards. A text or flag that is not given is as it was before.
 struct Outcome {
-  int result = 0;
+  Identification result = Identification::Finished;
   bool answered = true;
   std::optional<QStringView> model{};
   bool reset95 = false;
@@ -67,7 +67,7 @@ class IdentifyTest : public testing::TestWithParam<IdentifyRow> {
     port.PortText = Before;
     port.AvailText = Before;
 
-    EXPECT_EQ(IdentifyTerminal(link.session, row.pn, info, port), expected.result);
+    EXPECT_EQ(IdentifyTerminal(link.session, Port(row.pn), info, port), expected.result);
 
     EXPECT_EQ(info.Answered, expected.answered);
     EXPECT_EQ(info.ModelName.Trimmed(), expected.model.value_or(Before));
@@ -100,17 +100,17 @@ const std::vector<IdentifyRow> FirstQuery{
      1,
      R"(> 20 13 00 81 00
         < -> -10)",
-     {.result = -10, .answered = false}},
+     {.result = Identification::ExchangeFailed, .answered = false}},
     {"an answer of one byte to the first query",
      1,
      R"(> 20 13 00 81 00
         < 90)",
-     {.result = -11, .answered = false}},
+     {.result = Identification::ExchangeFailed, .answered = false}},
     {"a host error at the first query",
      8192,
      R"(> 20 13 00 81 00
         < -> -127)",
-     {.result = -127, .answered = false}},
+     {.result = Identification::ExchangeFailed, .answered = false}},
     {"6900: a Gamma in the A-compatible mode",
      1,
      R"(> 20 13 00 81 00
@@ -142,21 +142,21 @@ const std::vector<IdentifyRow> ProductCodes{
         < 81 02 40 50 90 00
         > 20 13 00 46 00
         < -> -8)",
-     {.result = -8, .answered = false}},
+     {.result = Identification::ExchangeFailed, .answered = false}},
     {"9000, but the manufacturer object has only 14 bytes: texts stay",
      1,
      R"(> 20 13 00 81 00
         < 90 00
         > 20 13 00 46 00
         < 46 0E 'DENRVPKTD 2.1.' 90 00)",
-     {.result = 1, .answered = false}},
+     {.result = Identification::NoManufacturerData, .answered = false}},
     {"9000, but the manufacturer query is not known",
      1,
      R"(> 20 13 00 81 00
         < 90 00
         > 20 13 00 46 00
         < 6D 00)",
-     {.result = 1, .answered = false}},
+     {.result = Identification::NoManufacturerData, .answered = false}},
     {"PKT-G: a Gamma, no USB probe, no port text",
      1,
      R"(> 20 13 00 81 00
@@ -434,14 +434,14 @@ const std::vector<IdentifyRow> OlderTerminals{
         < 6F 00
         > 20 13 00 46 00
         < 6D 00)",
-     {.result = 1, .answered = false}},
+     {.result = Identification::NoManufacturerData, .answered = false}},
     {"6F00, the manufacturer query fails",
      1,
      R"(> 20 13 00 81 00
         < 6F 00
         > 20 13 00 46 00
         < -> -128)",
-     {.result = -128, .answered = false}},
+     {.result = Identification::ExchangeFailed, .answered = false}},
 };
 
 INSTANTIATE_TEST_SUITE_P(OlderTerminal, IdentifyTest, testing::ValuesIn(OlderTerminals),
@@ -477,7 +477,7 @@ TEST_P(UsbProbeTest, FlagAndPortText) {
     info.UsbVirtualCom = before;
     PortEntry port;
     port.AvailText = u"9600 Baud";
-    EXPECT_EQ(IdentifyTerminal(link.session, row.pn, info, port), 0);
+    EXPECT_EQ(IdentifyTerminal(link.session, Port(row.pn), info, port), Identification::Finished);
     EXPECT_EQ(info.UsbVirtualCom, row.usbVirtualCom);
     EXPECT_EQ(port.PortText.Trimmed(), row.portText);
     const bool cleared = row.portText.startsWith(u"USB Virtuell");

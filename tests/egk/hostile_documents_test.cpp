@@ -30,7 +30,8 @@ class HostileDocumentTest : public testing::TestWithParam<test::TestDocument> {
 TEST_P(HostileDocumentTest, GivesNothingWithoutValidation) {
   const bool isDecompressed = !Is("too_long") && !Is("ten_thousand_levels");
   for (const VsdKind kind : {VsdKind::Pd, VsdKind::Vd, VsdKind::Gvd}) {
-    EXPECT_EQ(fixture_.Decompress(kind, test::Gzip(GetParam().bytes)), isDecompressed ? 0 : -2);
+    EXPECT_EQ(fixture_.Decompress(kind, test::Gzip(GetParam().bytes)),
+              isDecompressed ? VsdResult::Decompressed : VsdResult::NotDecompressed);
     QStringList mapped;
     if (kind == VsdKind::Pd && Is("longest")) {
       const QString name(32767 - 28, u'x');
@@ -50,9 +51,10 @@ TEST_P(HostileDocumentTest, GivesAnErrorWithValidation) {
   fixture_.ValidateWithOwnSchemas();
   const bool isDecompressed = !Is("too_long") && !Is("ten_thousand_levels");
   const bool isDocument = Is("longest") || Is("schema_location");
-  EXPECT_EQ(fixture_.Decompress(VsdKind::Gvd, test::Gzip(GetParam().bytes)), !isDecompressed ? -2
-                                                                             : isDocument    ? 0
-                                                                                             : -1);
+  const VsdResult expected = !isDecompressed ? VsdResult::NotDecompressed
+                             : isDocument    ? VsdResult::Decompressed
+                                             : VsdResult::XmlError;
+  EXPECT_EQ(fixture_.Decompress(VsdKind::Gvd, test::Gzip(GetParam().bytes)), expected);
   EXPECT_TRUE(fixture_.egk.documents[VsdKind::Gvd].notValidated);
   EXPECT_EQ(fixture_.Mapped(VsdKind::Gvd), QStringList());
 }
@@ -62,13 +64,13 @@ TEST(HostileSchemaLocation, IsNotFollowed) {
   test::VsdFixture fixture;
   fixture.ValidateWithOwnSchemas();
   const QByteArray bytes = test::ReadDocument(QStringLiteral("hostile/schema_location.xml"));
-  EXPECT_EQ(fixture.Decompress(VsdKind::Gvd, bytes), 0);
+  EXPECT_EQ(fixture.Decompress(VsdKind::Gvd, bytes), VsdResult::Decompressed);
   EXPECT_TRUE(
       fixture.egk.documents[VsdKind::Gvd].validationText.endsWith(u"war nicht erfolgreich!"));
 
   fixture.validation.schemas[VsdKind::Gvd].SetText(
       ReadSchemaText(test::DocumentPath(QStringLiteral("hostile/anything_goes.xsd"))));
-  EXPECT_EQ(fixture.Decompress(VsdKind::Gvd, bytes), 0);
+  EXPECT_EQ(fixture.Decompress(VsdKind::Gvd, bytes), VsdResult::Decompressed);
   EXPECT_TRUE(fixture.egk.documents[VsdKind::Gvd].validationText.endsWith(u"war erfolgreich!"));
 }
 

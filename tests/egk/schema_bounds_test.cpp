@@ -11,7 +11,7 @@ TEST(SchemaBounds, AreTheKnownOnes) {
   fixture.ValidateWithOwnSchemas();
   for (const test::BoundCase& bound : test::BoundCases()) {
     SCOPED_TRACE(bound.sentence.toStdString());
-    EXPECT_EQ(fixture.Decompress(bound.kind, test::Gzip(bound.bytes)), 0);
+    EXPECT_EQ(fixture.Decompress(bound.kind, test::Gzip(bound.bytes)), VsdResult::Decompressed);
     const VsdDocument& kept = fixture.egk.documents[bound.kind];
     EXPECT_EQ(kept.notValidated, !bound.isValid);
     EXPECT_TRUE(kept.validationText.endsWith(bound.isValid ? u"war erfolgreich!"

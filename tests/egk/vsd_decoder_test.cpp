@@ -47,7 +47,7 @@ const std::vector<KindRow> KindRows{
 
 class VsdDecoder : public testing::TestWithParam<KindRow> {
  protected:
-  [[nodiscard]] std::int16_t Run(const QByteArray& compressed) {
+  [[nodiscard]] VsdResult Run(const QByteArray& compressed) {
     return fixture_.Decompress(GetParam().kind, compressed);
   }
   [[nodiscard]] VsdDocument& Kept() { return fixture_.egk.documents[GetParam().kind]; }
@@ -74,7 +74,7 @@ class VsdDecoder : public testing::TestWithParam<KindRow> {
 
 TEST_P(VsdDecoder, WithoutBytesGivesAnXmlErrorAndTouchesNothing) {
   LeaveTraces();
-  EXPECT_EQ(Run(QByteArray()), -1);
+  EXPECT_EQ(Run(QByteArray()), VsdResult::XmlError);
   EXPECT_EQ(Kept().xmlText, QStringLiteral("vorher"));
   EXPECT_EQ(Kept().validationText, QStringLiteral("vorher"));
   EXPECT_FALSE(Kept().notValidated);
@@ -84,7 +84,7 @@ TEST_P(VsdDecoder, WithoutBytesGivesAnXmlErrorAndTouchesNothing) {
 
 TEST_P(VsdDecoder, DecompressesAndMaps) {
   LeaveTraces();
-  EXPECT_EQ(Run(member_), 0);
+  EXPECT_EQ(Run(member_), VsdResult::Decompressed);
   EXPECT_EQ(Kept().xmlText, QString::fromLatin1(bytes_).replace(u'¤', u'€'));
   EXPECT_EQ(Kept().validationText, NotDone);
   EXPECT_TRUE(Kept().notValidated);
@@ -95,7 +95,7 @@ TEST_P(VsdDecoder, DecompressesAndMaps) {
 }
 
 TEST_P(VsdDecoder, TakesABlockThatIsNotGzipDataAsTheText) {
-  EXPECT_EQ(Run(bytes_), 0);
+  EXPECT_EQ(Run(bytes_), VsdResult::Decompressed);
   EXPECT_TRUE(IsMapped());
 }
 
@@ -103,7 +103,7 @@ TEST_P(VsdDecoder, FailsForDamagedData) {
   LeaveTraces();
   QByteArray damaged = member_;
   damaged[damaged.size() - 8] = static_cast<char>(damaged.at(damaged.size() - 8) ^ 1);
-  EXPECT_EQ(Run(damaged), -2);
+  EXPECT_EQ(Run(damaged), VsdResult::NotDecompressed);
   EXPECT_EQ(Kept().xmlText, QStringLiteral("vorher"));
   EXPECT_EQ(Kept().validationText, QStringLiteral("vorher"));
   EXPECT_FALSE(Kept().notValidated);
@@ -113,7 +113,7 @@ TEST_P(VsdDecoder, FailsForDamagedData) {
 TEST_P(VsdDecoder, TakesOneCharacterBelowTheCap) {
   QByteArray text = bytes_;
   text.append(QByteArray(32767 - text.size(), ' '));
-  EXPECT_EQ(Run(test::Gzip(text)), 0);
+  EXPECT_EQ(Run(test::Gzip(text)), VsdResult::Decompressed);
   EXPECT_EQ(Kept().xmlText.size(), 32767);
   EXPECT_TRUE(IsMapped());
 }
@@ -122,9 +122,9 @@ TEST_P(VsdDecoder, FailsAtTheCapThoughTheDataAreIntact) {
   LeaveTraces();
   QByteArray text = bytes_;
   text.append(QByteArray(32768 - text.size(), ' '));
-  EXPECT_EQ(Run(test::Gzip(text)), -2);
-  EXPECT_EQ(Run(text), -2);
-  EXPECT_EQ(Run(test::Gzip(text + text + text)), -2);
+  EXPECT_EQ(Run(test::Gzip(text)), VsdResult::NotDecompressed);
+  EXPECT_EQ(Run(text), VsdResult::NotDecompressed);
+  EXPECT_EQ(Run(test::Gzip(text + text + text)), VsdResult::NotDecompressed);
   EXPECT_EQ(Kept().xmlText, QStringLiteral("vorher"));
   EXPECT_EQ(fixture_.eventLoop.yields, 3);
 }
@@ -134,7 +134,7 @@ TEST_P(VsdDecoder, TakesTextsOfWholePieces) {
     QByteArray text = bytes_;
     text.append(QByteArray(size - text.size(), ' '));
     fixture_.egk.Clear();
-    EXPECT_EQ(Run(test::Gzip(text)), 0);
+    EXPECT_EQ(Run(test::Gzip(text)), VsdResult::Decompressed);
     EXPECT_EQ(Kept().xmlText.size(), size);
     EXPECT_TRUE(IsMapped());
   }
@@ -142,39 +142,39 @@ TEST_P(VsdDecoder, TakesTextsOfWholePieces) {
 
 struct SignatureRow {
   const char* bytes;  // hexadecimal
-  std::int16_t result;
+  VsdResult result;
 };
 
 TEST_P(VsdDecoder, FailsForWhatStillLooksCompressed) {
-  for (const SignatureRow& row :
-       std::initializer_list<SignatureRow>{{"1F8B0800", 0},  // cut in its header: an empty text
-                                           {"1F8B0700", -2},
-                                           {"1F3C612F3E", -2},
-                                           {"1F", -2},
-                                           {"3C8B", -2},
-                                           {"3C", 0},
-                                           {"8B1F", 0},
-                                           {"3C611F8B", 0}}) {
+  for (const SignatureRow& row : std::initializer_list<SignatureRow>{
+           {"1F8B0800", VsdResult::Decompressed},  // cut in its header: an empty text
+           {"1F8B0700", VsdResult::NotDecompressed},
+           {"1F3C612F3E", VsdResult::NotDecompressed},
+           {"1F", VsdResult::NotDecompressed},
+           {"3C8B", VsdResult::NotDecompressed},
+           {"3C", VsdResult::Decompressed},
+           {"8B1F", VsdResult::Decompressed},
+           {"3C611F8B", VsdResult::Decompressed}}) {
     EXPECT_EQ(Run(QByteArray::fromHex(row.bytes)), row.result) << row.bytes;
   }
   // What was decompressed is looked at, not the block.
-  EXPECT_EQ(Run(test::Gzip(member_)), -2);
-  EXPECT_EQ(Run(test::Gzip(QByteArray::fromHex("1F61"))), -2);
-  EXPECT_EQ(Run(test::Gzip(QByteArray::fromHex("618B"))), -2);
+  EXPECT_EQ(Run(test::Gzip(member_)), VsdResult::NotDecompressed);
+  EXPECT_EQ(Run(test::Gzip(QByteArray::fromHex("1F61"))), VsdResult::NotDecompressed);
+  EXPECT_EQ(Run(test::Gzip(QByteArray::fromHex("618B"))), VsdResult::NotDecompressed);
 }
 
 TEST_P(VsdDecoder, TakesAnEmptyTextForNoDocument) {
   LeaveTraces();
-  EXPECT_EQ(Run(test::Gzip(QByteArray())), 0);
+  EXPECT_EQ(Run(test::Gzip(QByteArray())), VsdResult::Decompressed);
   EXPECT_EQ(Kept().xmlText, QString());
   EXPECT_EQ(Kept().validationText, NotDone);
   EXPECT_EQ(fixture_.Mapped(GetParam().kind), QStringList());
   fixture_.validation.isOn = true;
-  EXPECT_EQ(Run(test::Gzip(QByteArray())), -1);
+  EXPECT_EQ(Run(test::Gzip(QByteArray())), VsdResult::XmlError);
 }
 
 TEST_P(VsdDecoder, WithoutValidationForgivesWhatIsNoDocument) {
-  EXPECT_EQ(Run("<r><Nachname>N</Nachname>"), 0);
+  EXPECT_EQ(Run("<r><Nachname>N</Nachname>"), VsdResult::Decompressed);
   EXPECT_EQ(Kept().xmlText, QStringLiteral("<r><Nachname>N</Nachname>"));
   EXPECT_EQ(Kept().validationText, NotDone);
   EXPECT_EQ(fixture_.Mapped(GetParam().kind), QStringList());
@@ -184,25 +184,25 @@ TEST_P(VsdDecoder, DropsADeclarationThatTheParserRefuses) {
   QByteArray unknown = bytes_;
   unknown.replace("ISO-8859-15", "X-ERFUNDEN");
   ASSERT_NE(unknown, bytes_);
-  EXPECT_EQ(Run(test::Gzip(unknown)), 0);
+  EXPECT_EQ(Run(test::Gzip(unknown)), VsdResult::Decompressed);
   EXPECT_TRUE(IsMapped());
   EXPECT_TRUE(Kept().xmlText.contains(u"X-ERFUNDEN"));  // the text itself is kept
 }
 
 TEST_P(VsdDecoder, DropsEverythingUpToTheFirstClosingOfADeclaration) {
   const QByteArray body = bytes_.sliced(bytes_.indexOf("?>") + 2);
-  EXPECT_EQ(Run("Vorspann <x> &?>" + body), 0);
+  EXPECT_EQ(Run("Vorspann <x> &?>" + body), VsdResult::Decompressed);
   EXPECT_TRUE(IsMapped());
   fixture_.egk.Clear();
-  EXPECT_EQ(Run("?>" + body), 0);
+  EXPECT_EQ(Run("?>" + body), VsdResult::Decompressed);
   EXPECT_TRUE(IsMapped());
   fixture_.egk.Clear();
-  EXPECT_EQ(Run("\xEF\xBB\xBF" + bytes_), 0);
+  EXPECT_EQ(Run("\xEF\xBB\xBF" + bytes_), VsdResult::Decompressed);
   EXPECT_TRUE(IsMapped());
   fixture_.egk.Clear();
-  EXPECT_EQ(Run("zwei ?> ?>" + body), 0);  // the first only
+  EXPECT_EQ(Run("zwei ?> ?>" + body), VsdResult::Decompressed);  // the first only
   EXPECT_FALSE(IsMapped());
-  EXPECT_EQ(Run(">" + body), 0);
+  EXPECT_EQ(Run(">" + body), VsdResult::Decompressed);
   EXPECT_FALSE(IsMapped());
 }
 
@@ -211,7 +211,7 @@ TEST_P(VsdDecoder, WithValidationAnUnknownEncodingIsAnXmlError) {
   unknown.replace("ISO-8859-15", "X-ERFUNDEN");
   fixture_.ValidateWithOwnSchemas();
   LeaveTraces();
-  EXPECT_EQ(Run(test::Gzip(unknown)), -1);
+  EXPECT_EQ(Run(test::Gzip(unknown)), VsdResult::XmlError);
   EXPECT_TRUE(Kept().xmlText.contains(u"X-ERFUNDEN"));
   EXPECT_EQ(Kept().validationText, NotDone);
   EXPECT_TRUE(Kept().notValidated);
@@ -223,7 +223,7 @@ TEST_P(VsdDecoder, WithValidationAnUnknownEncodingIsAnXmlError) {
 TEST_P(VsdDecoder, WithValidationWithoutSchemaMapsNothing) {
   fixture_.validation.isOn = true;
   LeaveTraces();
-  EXPECT_EQ(Run(member_), 0);
+  EXPECT_EQ(Run(member_), VsdResult::Decompressed);
   EXPECT_EQ(Kept().validationText,
             GetParam().couldNot + QStringLiteral("Kein lokales XSD-Schema verfügbar! "));
   EXPECT_TRUE(Kept().notValidated);
@@ -236,7 +236,7 @@ TEST_P(VsdDecoder, ASchemaThatIsNoDocumentIsNone) {
   fixture_.validation.isOn = true;
   for (const char* const text : {"<", "<xs:schema", "<!DOCTYPE a><a/>"}) {
     Schema().SetText(QString::fromLatin1(text));
-    EXPECT_EQ(Run(member_), 0);
+    EXPECT_EQ(Run(member_), VsdResult::Decompressed);
     EXPECT_EQ(Kept().validationText,
               GetParam().couldNot + QStringLiteral("Kein lokales XSD-Schema verfügbar! "));
   }
@@ -247,7 +247,7 @@ TEST_P(VsdDecoder, WithValidationUnderAnotherNamespaceMapsNothing) {
   LeaveTraces();
   QByteArray other = bytes_;
   other.replace("/v5.2", "/v5.3");
-  EXPECT_EQ(Run(test::Gzip(other)), 0);
+  EXPECT_EQ(Run(test::Gzip(other)), VsdResult::Decompressed);
   EXPECT_EQ(
       Kept().validationText,
       GetParam().couldNot +
@@ -260,7 +260,7 @@ TEST_P(VsdDecoder, WithValidationValidDataAreMapped) {
   fixture_.ValidateWithOwnSchemas();
   LeaveTraces();
   Kept().notValidated = true;
-  EXPECT_EQ(Run(member_), 0);
+  EXPECT_EQ(Run(member_), VsdResult::Decompressed);
   EXPECT_EQ(Kept().validationText, QStringLiteral("Die lokale Validierung der XML Daten \r\n") +
                                        GetParam().schemaName +
                                        QStringLiteral("(5.2.0)\r\nwar erfolgreich!"));
@@ -277,7 +277,7 @@ TEST_P(VsdDecoder, WithValidationInvalidDataAreKeptAndNotMapped) {
   LeaveTraces();
   QByteArray invalid = bytes_;
   invalid.replace("5.2.0", "5.2.9");
-  EXPECT_EQ(Run(test::Gzip(invalid)), 0);
+  EXPECT_EQ(Run(test::Gzip(invalid)), VsdResult::Decompressed);
   EXPECT_EQ(Kept().validationText, QStringLiteral("Die lokale Validierung der XML Daten \r\n") +
                                        GetParam().schemaName +
                                        QStringLiteral("(5.2.0)\r\nwar nicht erfolgreich!"));
@@ -288,9 +288,9 @@ TEST_P(VsdDecoder, WithValidationInvalidDataAreKeptAndNotMapped) {
 
 TEST_P(VsdDecoder, ALaterDocumentIsUnvalidatedAgain) {
   fixture_.ValidateWithOwnSchemas();
-  EXPECT_EQ(Run(member_), 0);
+  EXPECT_EQ(Run(member_), VsdResult::Decompressed);
   EXPECT_FALSE(Kept().notValidated);
-  EXPECT_EQ(Run("kein XML"), -1);
+  EXPECT_EQ(Run("kein XML"), VsdResult::XmlError);
   EXPECT_TRUE(Kept().notValidated);
   EXPECT_EQ(Kept().validationText, NotDone);
 }
@@ -299,7 +299,7 @@ TEST_P(VsdDecoder, TheDatasVersionStandsInForTheSchemas) {
   fixture_.validation.isOn = true;
   Schema().SetText(ReadSchemaText(test::DocumentPath(QStringLiteral("schemas/any_content.xsd"))));
   const auto expectVersion = [this](const QByteArray& bytes, const QString& version) {
-    EXPECT_EQ(Run(bytes), 0);
+    EXPECT_EQ(Run(bytes), VsdResult::Decompressed);
     EXPECT_TRUE(
         Kept().validationText.endsWith(u'(' + version + QStringLiteral(")\r\nwar erfolgreich!")))
         << Kept().validationText.toStdString();
@@ -326,9 +326,9 @@ TEST_P(VsdDecoder, LeavesNoFileBehind) {
     EXPECT_EQ(QDir(directory.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
               QStringList());
   };
-  EXPECT_EQ(Run(member_), 0);
-  EXPECT_EQ(Run(test::Gzip(QByteArray(40000, ' '))), -2);
-  EXPECT_EQ(Run(QByteArray::fromHex("1F8B0700")), -2);
+  EXPECT_EQ(Run(member_), VsdResult::Decompressed);
+  EXPECT_EQ(Run(test::Gzip(QByteArray(40000, ' '))), VsdResult::NotDecompressed);
+  EXPECT_EQ(Run(QByteArray::fromHex("1F8B0700")), VsdResult::NotDecompressed);
   EXPECT_EQ(fixture_.eventLoop.yields, 3);
   EXPECT_FALSE(QDir(test::ProgramDirectory()).exists(QStringLiteral("Daten.xml.gz")));
   QDir::setCurrent(workingDirectory);
@@ -348,7 +348,8 @@ TEST(VsdDecoderTogether, TheThreeKindsFillOneList) {
   test::VsdFixture fixture;
   fixture.ValidateWithOwnSchemas();
   for (const KindRow& row : KindRows) {
-    EXPECT_EQ(fixture.Decompress(row.kind, test::Gzip(test::ReadDocument(row.document))), 0);
+    EXPECT_EQ(fixture.Decompress(row.kind, test::Gzip(test::ReadDocument(row.document))),
+              VsdResult::Decompressed);
   }
   EXPECT_EQ(fixture.insured[Element::InsurerNumber], QStringLiteral("109500969"));
   EXPECT_EQ(fixture.insured[Element::LastName], QStringLiteral("O"));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <stdexcept>
+
 #include "egk/vsd_decoder.h"
 #include "egk/vsd_documents.h"
 #include "support/fake_display.h"
@@ -12,7 +14,7 @@ namespace kartocheck::test {
 // The records of a slot, the settings and the front end around the decoder.
 class VsdFixture {
  public:
-  [[nodiscard]] std::int16_t Decompress(VsdKind kind, QByteArrayView compressed) {
+  [[nodiscard]] VsdResult Decompress(VsdKind kind, QByteArrayView compressed) {
     const VsdTarget target{.egk = egk,
                            .insured = insured,
                            .validation = validation,
@@ -26,10 +28,10 @@ class VsdFixture {
       case VsdKind::Gvd:
         return DecompressGvd(compressed, target);
     }
-    return 1;
+    throw std::invalid_argument("no kind of document");
   }
 
-  [[nodiscard]] std::int16_t DecompressText(VsdKind kind, QStringView text) {
+  [[nodiscard]] VsdResult DecompressText(VsdKind kind, QStringView text) {
     return Decompress(kind, Gzip(text.toLatin1()));
   }
 

@@ -55,7 +55,7 @@ bool IsValidByUs(const QString& schema, const test::TestDocument& document) {
   const auto result = fixture.Decompress(document.kind, document.bytes);
   const VsdDocument& kept = fixture.egk.documents[document.kind];
   EXPECT_EQ(!kept.notValidated, kept.validationText.endsWith(u"war erfolgreich!"));
-  return result == 0 && !kept.notValidated;
+  return result == VsdResult::Decompressed && !kept.notValidated;
 }
 
 // Documents and schemas that are refused by rule, not for what they hold: those with a document

@@ -22,21 +22,22 @@ void ReadOnce(fuzz::ByteSource& source) {
   insured[Element::LastName] = QStringLiteral("earlier person");
   EgkData egk;
   const ValidationSettings validation;
-  int result = 0;
+  ReadOutcome outcome = ReadOutcome::Failed;
   try {
-    result = ReadCardData({link.session, pn, info, insured, egk, validation, link.dialogs,
-                           link.display, link.eventLoop});
+    outcome = ReadCardData({link.session, pn, info, insured, egk, validation, link.dialogs,
+                            link.display, link.eventLoop});
   } catch (const fuzz::Terminated&) {
     return;
   }
-  fuzz::Require(result == 0 || result == -1 || result == TryAgain, "a read has one of its results");
-  fuzz::Require(result != TryAgain || link.dialogs.questions > 0, "another try was asked for");
+  fuzz::Require(outcome != ReadOutcome::TryAgain || link.dialogs.questions > 0,
+                "another try was asked for");
   fuzz::Require(link.api.opens == 1 && link.api.closes == 1, "the link is opened and closed once");
   fuzz::Require(!link.session.IsOpen(), "the link is closed");
   fuzz::Require(insured[Element::LastName] != u"earlier person", "nothing of before is left");
+  const bool isDone = outcome == ReadOutcome::Done;
   const bool isEmpty = insured.IsEmpty() && egk.IsEmpty();
-  fuzz::Require(result == 0 || isEmpty, "a failed read leaves nothing");
-  fuzz::Require(info.DataRead == (result == 0 && !isEmpty), "DataRead tells of data");
+  fuzz::Require(isDone || isEmpty, "a failed read leaves nothing");
+  fuzz::Require(info.DataRead == (isDone && !isEmpty), "DataRead tells of data");
   fuzz::Require(!info.EgkData || info.DataRead, "EgkData tells of data");
 }
 

@@ -120,8 +120,9 @@ void ReadOnce(const QByteArray& file, std::uint8_t flags) {
   const bool isRecord = (flags & 1) != 0;
   info.Reset95 = isRecord;
   info.Reset9501 = isRecord && (flags & 2) != 0;
-  fuzz::Require((isRecord ? ReadEgkFromMobile(target) : ReadEgkFromCard(target)) == 0,
-                "the read runs to its end");
+  fuzz::Require(
+      (isRecord ? ReadEgkFromMobile(target) : ReadEgkFromCard(target)) == EgkResult::Finished,
+      "the read runs to its end");
   fuzz::Require(card.erases == (isRecord ? 1 : 0), "a record is erased once, a card never");
   // A record's first answer is its only one, but for exactly 256 bytes.
   const QByteArray readable =

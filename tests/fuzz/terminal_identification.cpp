@@ -14,8 +14,8 @@ void IdentifyOnce(fuzz::ByteSource& source) {
   TerminalInfo info;
   PortEntry port;
   try {
-    fuzz::Require(link.session.CtOpen(pn) == ctapi::code::Success, "the port opens");
-    (void)IdentifyTerminal(link.session, pn, info, port);
+    fuzz::Require(link.session.CtOpen(Port(pn)) == ctapi::code::Success, "the port opens");
+    (void)IdentifyTerminal(link.session, Port(pn), info, port);
     link.session.CtClose();
   } catch (const fuzz::Terminated&) {
     fuzz::Require(link.dialogs.messages == 1, "the program ends with one message");

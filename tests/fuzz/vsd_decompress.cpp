@@ -20,7 +20,7 @@ ValidationSettings& OwnSchemas() {
 }
 
 void Run(std::uint8_t choice, QByteArrayView compressed) {
-  using Procedure = std::int16_t (*)(QByteArrayView, const VsdTarget&);
+  using Procedure = VsdResult (*)(QByteArrayView, const VsdTarget&);
   constexpr PerVsdKind<Procedure> Procedures({DecompressPd, DecompressVd, DecompressGvd});
   const auto kind = static_cast<VsdKind>((choice >> 1) % VsdKindCount);
   ValidationSettings& validation = OwnSchemas();
@@ -35,14 +35,14 @@ void Run(std::uint8_t choice, QByteArrayView compressed) {
                          .validation = validation,
                          .display = display,
                          .eventLoop = eventLoop};
-  const std::int16_t result = Procedures[kind](compressed, target);
+  const VsdResult result = Procedures[kind](compressed, target);
   const VsdDocument& kept = egk.documents[kind];
 
   using fuzz::Require;
-  Require(result == 0 || result == -1 || result == -2, "a known result");
   Require(validation.isOn || kept.xmlText.size() < 32768, "a text below the cap");
-  Require(result != -2 || kept.IsEmpty(), "nothing kept of what was not decompressed");
-  Require(result == 0 || insured.IsEmpty(), "nothing mapped of a failure");
+  Require(result != VsdResult::NotDecompressed || kept.IsEmpty(),
+          "nothing kept of what was not decompressed");
+  Require(result == VsdResult::Decompressed || insured.IsEmpty(), "nothing mapped of a failure");
   Require(kept.notValidated || validation.isOn, "no success without validation");
   Require(!validation.isOn || !kept.notValidated || insured.IsEmpty(),
           "with validation only valid data are mapped");

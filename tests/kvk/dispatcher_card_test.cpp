@@ -143,49 +143,49 @@ INSTANTIATE_TEST_SUITE_P(
             < 90 00
             > 00 B0 00 00 00
             < -> -1)"),
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "a failed read of a card with code -8: no box",
          .script = CardDialogue(R"(
             > 00 A4 04 00 06 D2 76 00 00 01 01
             < 90 00
             > 00 B0 00 00 00
             < -> -8)"),
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "a failed read of a card with code -10: no box",
          .script = CardDialogue(R"(
             > 00 A4 04 00 06 D2 76 00 00 01 01
             < 90 00
             > 00 B0 00 00 00
             < -> -10)"),
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "a failed read of a card with code -11: no box",
          .script = CardDialogue(R"(
             > 00 A4 04 00 06 D2 76 00 00 01 01
             < 90 00
             > 00 B0 00 00 00
             < -> -11)"),
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "a failed read of a card with code -127: no box",
          .script = CardDialogue(R"(
             > 00 A4 04 00 06 D2 76 00 00 01 01
             < 90 00
             > 00 B0 00 00 00
             < -> -127)"),
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "a failed read of a card with code -128: no box",
          .script = CardDialogue(R"(
             > 00 A4 04 00 06 D2 76 00 00 01 01
             < 90 00
             > 00 B0 00 00 00
             < -> -128)"),
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "6501 from a stationary terminal: no box",
          .script = CardDialogue(R"(
             > 00 A4 04 00 06 D2 76 00 00 01 01
             < 90 00
             > 00 B0 00 00 00
             < 65 01)"),
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "6501 from a stationary terminal, extended records known of before: no box",
          .terminal = {.reset9501 = true},
          .script = CardDialogue(R"(
@@ -193,14 +193,14 @@ INSTANTIATE_TEST_SUITE_P(
             < 90 00
             > 00 B0 00 00 00
             < 65 01)"),
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "6900 from a stationary terminal: no box",
          .script = CardDialogue(R"(
             > 00 A4 04 00 06 D2 76 00 00 01 01
             < 90 00
             > 00 B0 00 00 00
             < 69 00)"),
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "6900 from a stationary terminal, extended records known of before: no box",
          .terminal = {.reset9501 = true},
          .script = CardDialogue(R"(
@@ -208,14 +208,14 @@ INSTANTIATE_TEST_SUITE_P(
             < 90 00
             > 00 B0 00 00 00
             < 69 00)"),
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "data in front of another status word do not count",
          .script = CardDialogue(R"(
             > 00 A4 04 00 06 D2 76 00 00 01 01
             < 90 00
             > 00 B0 00 00 00
             < {B} 62 81)"),
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "a record with a wrong checksum is reported, then the terminal reset",
          .script = CardDialogue(R"(
             > 00 A4 04 00 06 D2 76 00 00 01 01
@@ -225,7 +225,7 @@ INSTANTIATE_TEST_SUITE_P(
             > 20 11 00 00 00
             < 90 00)"),
          .boxes = {box::BadChecksum},
-         .result = -1,
+         .result = ReadOutcome::Failed,
          .displayText = u"PC (ASN-1)"},
         {.sentence = "a wrong checksum, and the reset is answered as by a mobile terminal",
          .script = CardDialogue(R"(
@@ -236,7 +236,7 @@ INSTANTIATE_TEST_SUITE_P(
             > 20 11 00 00 00
             < 95 00)"),
          .boxes = {box::BadChecksum},
-         .result = -1,
+         .result = ReadOutcome::Failed,
          .model = u"Modell Vedra F/Serie Delta/Sigma",
          .displayText = u"PC (ASN-1)"},
         {.sentence = "a wrong checksum, and the reset is answered with 9501",
@@ -248,7 +248,7 @@ INSTANTIATE_TEST_SUITE_P(
             > 20 11 00 00 00
             < 95 01)"),
          .boxes = {box::BadChecksum},
-         .result = -1,
+         .result = ReadOutcome::Failed,
          .displayText = u"PC (ASN-1)"},
         {.sentence = "a wrong checksum, and the reset fails",
          .script = CardDialogue(R"(
@@ -259,7 +259,7 @@ INSTANTIATE_TEST_SUITE_P(
             > 20 11 00 00 00
             < -> -10)"),
          .boxes = {box::BadChecksum},
-         .result = -1,
+         .result = ReadOutcome::Failed,
          .displayText = u"PC (ASN-1)"},
         {.sentence = "no KVK data at all",
          .script = CardDialogue(R"(
@@ -270,7 +270,7 @@ INSTANTIATE_TEST_SUITE_P(
             > 20 11 00 00 00
             < 90 00)"),
          .boxes = {box::NoKvk},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "52 bytes are no KVK",
          .script = CardDialogue(R"(
             > 00 A4 04 00 06 D2 76 00 00 01 01
@@ -280,7 +280,7 @@ INSTANTIATE_TEST_SUITE_P(
             > 20 11 00 00 00
             < 90 00)"),
          .boxes = {box::NoKvk},
-         .result = -1},
+         .result = ReadOutcome::Failed},
     }),
     SentenceName());
 
@@ -304,7 +304,7 @@ TEST(DispatcherKvkTest, AReadThatBringsNoElementIsNoDataRead) {
   )";
   Dialogue dialogue(script);
   SlotReading reading(dialogue, {});
-  EXPECT_EQ(reading.Read(), 0);
+  EXPECT_EQ(reading.Read(), ReadOutcome::Done);
   reading.ExpectEmptySlot();
   EXPECT_TRUE(reading.link.dialogs.boxes.empty());
 }

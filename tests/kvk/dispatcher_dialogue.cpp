@@ -44,7 +44,7 @@ SlotReading::SlotReading(CtApi& api, const KnownTerminal& terminal, int port)
   }
 }
 
-int SlotReading::Read() {
+ReadOutcome SlotReading::Read() {
   return ReadCardData({link.session, pn, info, insured, egk, validation, link.dialogs, link.display,
                        link.eventLoop});
 }

@@ -25,7 +25,7 @@ class SlotReading {
  public:
   SlotReading(CtApi& api, const KnownTerminal& terminal, int pn = 1);
 
-  int Read();
+  ReadOutcome Read();
 
   // Fails unless the slot is empty and says so.
   void ExpectEmptySlot() const;
@@ -48,7 +48,7 @@ struct DispatcherRow {
   std::string script;  // the whole dialogue
   std::vector<Answer> answers{};
   std::vector<ShownBox> boxes{};
-  int result = 0;
+  ReadOutcome result = ReadOutcome::Done;
   QStringView insurer{};  // of the data read; none: the slot must be empty
   std::optional<QStringView> model{};
   std::optional<QStringView> displayText{};

@@ -41,9 +41,9 @@ class DispatcherEgkTest : public testing::Test {
   DispatcherEgkTest() { NotedEgkReaders::Forget(); }
   ~DispatcherEgkTest() override { NotedEgkReaders::Forget(); }
 
-  static std::int16_t ReadPerson(const EgkTarget& target) {
+  static EgkResult ReadPerson(const EgkTarget& target) {
     target.insured[Element::LastName] = QStringLiteral("Mustermann");
-    return 0;
+    return EgkResult::Finished;
   }
 };
 
@@ -51,7 +51,7 @@ TEST_F(DispatcherEgkTest, AStationaryTerminalsCardIsReadWithoutAQuestion) {
   Dialogue dialogue(Stationary);
   SlotReading reading(dialogue, {});
   NotedEgkReaders::read = ReadPerson;
-  EXPECT_EQ(reading.Read(), 0);
+  EXPECT_EQ(reading.Read(), ReadOutcome::Done);
   EXPECT_EQ(NotedEgkReaders::calls, Calls{"card"});
   EXPECT_TRUE(reading.link.dialogs.boxes.empty());
   EXPECT_EQ(reading.insured[Element::LastName], u"Mustermann");
@@ -62,16 +62,16 @@ TEST_F(DispatcherEgkTest, AStationaryTerminalsCardIsReadWithoutAQuestion) {
 TEST_F(DispatcherEgkTest, TheReaderGetsAnOpenLinkAndAnEmptySlot) {
   Dialogue dialogue(Stationary);
   SlotReading reading(dialogue, {});
-  NotedEgkReaders::read = [&](const EgkTarget& target) -> std::int16_t {
+  NotedEgkReaders::read = [&](const EgkTarget& target) -> EgkResult {
     EXPECT_TRUE(target.link.IsOpen());
     EXPECT_EQ(&target.info, &reading.info);
     EXPECT_EQ(&target.insured, &reading.insured);
     EXPECT_EQ(&target.egk, &reading.egk);
     EXPECT_EQ(&target.validation, &reading.validation);
     reading.ExpectEmptySlot();
-    return -1;
+    return EgkResult::Stopped;
   };
-  EXPECT_EQ(reading.Read(), -1);
+  EXPECT_EQ(reading.Read(), ReadOutcome::Failed);
 }
 
 TEST_F(DispatcherEgkTest, AMobileTerminalsRecordIsReadAfterTheWarning) {
@@ -79,7 +79,7 @@ TEST_F(DispatcherEgkTest, AMobileTerminalsRecordIsReadAfterTheWarning) {
   SlotReading reading(dialogue, {.mobile = true});
   reading.link.dialogs.answers = {Answer::Yes};
   NotedEgkReaders::read = ReadPerson;
-  EXPECT_EQ(reading.Read(), 0);
+  EXPECT_EQ(reading.Read(), ReadOutcome::Done);
   EXPECT_EQ(NotedEgkReaders::calls, Calls{"mobile"});
   ASSERT_EQ(reading.link.dialogs.boxes.size(), 1U);
   const ShownBox& shown = reading.link.dialogs.boxes.front();
@@ -98,7 +98,7 @@ TEST_F(DispatcherEgkTest, ATerminalThatTheResetTellsToBeMobileIsAskedToo) {
   Dialogue dialogue(Mobile);
   SlotReading reading(dialogue, {});
   reading.link.dialogs.answers = {Answer::Yes};
-  EXPECT_EQ(reading.Read(), -1);
+  EXPECT_EQ(reading.Read(), ReadOutcome::Failed);
   EXPECT_EQ(NotedEgkReaders::calls, Calls{"mobile"});
 }
 
@@ -106,7 +106,7 @@ TEST_F(DispatcherEgkTest, NoToTheWarningReadsAndErasesNothing) {
   Dialogue dialogue(Mobile);
   SlotReading reading(dialogue, {.mobile = true});
   reading.link.dialogs.answers = {Answer::No};
-  EXPECT_EQ(reading.Read(), -1);
+  EXPECT_EQ(reading.Read(), ReadOutcome::Failed);
   EXPECT_EQ(NotedEgkReaders::calls, Calls{});
   reading.ExpectEmptySlot();
 }
@@ -114,19 +114,19 @@ TEST_F(DispatcherEgkTest, NoToTheWarningReadsAndErasesNothing) {
 TEST_F(DispatcherEgkTest, AFailedReadLeavesNothingOfWhatTheReaderWrote) {
   Dialogue dialogue(Stationary);
   SlotReading reading(dialogue, {});
-  NotedEgkReaders::read = [](const EgkTarget& target) -> std::int16_t {
+  NotedEgkReaders::read = [](const EgkTarget& target) -> EgkResult {
     (void)ReadPerson(target);
-    return -1;
+    return EgkResult::Stopped;
   };
-  EXPECT_EQ(reading.Read(), -1);
+  EXPECT_EQ(reading.Read(), ReadOutcome::Failed);
   reading.ExpectEmptySlot();
 }
 
 TEST_F(DispatcherEgkTest, AReadWithoutAnyDataIsNoDataRead) {
   Dialogue dialogue(Stationary);
   SlotReading reading(dialogue, {});
-  NotedEgkReaders::read = [](const EgkTarget&) -> std::int16_t { return 0; };
-  EXPECT_EQ(reading.Read(), 0);
+  NotedEgkReaders::read = [](const EgkTarget&) -> EgkResult { return EgkResult::Finished; };
+  EXPECT_EQ(reading.Read(), ReadOutcome::Done);
   reading.ExpectEmptySlot();
 }
 

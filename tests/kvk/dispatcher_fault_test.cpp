@@ -74,7 +74,7 @@ class DispatcherFaultTest : public testing::TestWithParam<FlowRow> {
     if (row.warnedFrom > 0 && (effect == Effect::None || faulty >= row.warnedFrom)) {
       reading.link.dialogs.answers = {Answer::Yes};
     }
-    const int result = reading.Read();
+    const ReadOutcome outcome = reading.Read();
 
     std::vector<QString> boxes;
     if (effect == Effect::None) {
@@ -88,7 +88,7 @@ class DispatcherFaultTest : public testing::TestWithParam<FlowRow> {
     EXPECT_TRUE(reading.link.dialogs.answers.empty());
 
     const bool hasData = effect == Effect::None && row.hasData;
-    EXPECT_EQ(result, hasData ? 0 : -1);
+    EXPECT_EQ(outcome, hasData ? ReadOutcome::Done : ReadOutcome::Failed);
     if (hasData) {
       EXPECT_EQ(reading.insured[Element::InsurerName], u"BKK Beispiel Nordwest");
       EXPECT_TRUE(reading.info.DataRead);
@@ -259,7 +259,7 @@ TEST(DispatcherFaultTest, AMobileTerminalThatIsNotKnownYetAndDoesNotAnswerTheRes
   )");
   FaultyApi api(book, 1, {.kind = Fault::Kind::Code, .code = -10});
   SlotReading reading(api, {});
-  EXPECT_EQ(reading.Read(), 0);
+  EXPECT_EQ(reading.Read(), ReadOutcome::Done);
   EXPECT_TRUE(reading.link.dialogs.boxes.empty());
   EXPECT_EQ(std::count(api.Calls().begin(), api.Calls().end(), QStringLiteral("000E0000")), 0);
   EXPECT_EQ(reading.insured[Element::ReadingDate], u"");
@@ -281,7 +281,7 @@ TEST(DispatcherFaultTest, AFailedCloseChangesNothing) {
     )" + std::string("close -> ") +
                     std::to_string(code));
     SlotReading reading(book, {});
-    EXPECT_EQ(reading.Read(), 0);
+    EXPECT_EQ(reading.Read(), ReadOutcome::Done);
     EXPECT_TRUE(reading.info.DataRead);
     EXPECT_FALSE(reading.link.session.IsOpen());
     EXPECT_TRUE(reading.link.dialogs.boxes.empty());

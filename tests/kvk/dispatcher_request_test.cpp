@@ -44,32 +44,32 @@ INSTANTIATE_TEST_SUITE_P(
         {.sentence = "no link, transmission error: is the output medium the display?",
          .script = "open 1 -> -10",
          .boxes = {box::NoLinkOutputMedium},
-         .result = -10},
+         .result = ReadOutcome::Failed},
         {.sentence = "no link, invalid parameter",
          .script = "open 1 -> -1",
          .boxes = {box::NoLink},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "no link, terminal error",
          .script = "open 1 -> -8",
          .boxes = {box::NoLink},
-         .result = -8},
+         .result = ReadOutcome::Failed},
         {.sentence = "no link, memory error",
          .script = "open 1 -> -11",
          .boxes = {box::NoLink},
-         .result = -11},
+         .result = ReadOutcome::Failed},
         {.sentence = "no link, host error, on a USB device",
          .script = "open 8192 -> -127",
          .boxes = {box::NoLink},
-         .result = -127,
+         .result = ReadOutcome::Failed,
          .pn = 8192},
         {.sentence = "no link, HTSI error",
          .script = "open 1 -> -128",
          .boxes = {box::NoLink},
-         .result = -128},
+         .result = ReadOutcome::Failed},
         {.sentence = "no link with a positive code does not ask for another try",
          .script = "open 1 -> 5",
          .boxes = {box::NoLink},
-         .result = -1},
+         .result = ReadOutcome::Failed},
     }),
     SentenceName());
 
@@ -88,7 +88,7 @@ INSTANTIATE_TEST_SUITE_P(
             close)",
          .answers = {Answer::Yes},
          .boxes = {box::NoCard},
-         .result = 1},
+         .result = ReadOutcome::TryAgain},
         {.sentence = "6200 from a stationary terminal, no more tries",
          .script = R"(
             open 1
@@ -101,7 +101,7 @@ INSTANTIATE_TEST_SUITE_P(
             close)",
          .answers = {Answer::No},
          .boxes = {box::NoCard},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "6200 from a mobile terminal without records",
          .terminal = {.mobile = true},
          .script = R"(
@@ -115,7 +115,7 @@ INSTANTIATE_TEST_SUITE_P(
             close)",
          .answers = {Answer::Yes},
          .boxes = {box::NoRecord},
-         .result = 1},
+         .result = ReadOutcome::TryAgain},
         {.sentence = "6200 from a mobile terminal, no more tries",
          .terminal = {.mobile = true},
          .script = R"(
@@ -129,7 +129,7 @@ INSTANTIATE_TEST_SUITE_P(
             close)",
          .answers = {Answer::No},
          .boxes = {box::NoRecord},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "6200 from a terminal that the reset alone tells to be mobile",
          .script = R"(
             open 1
@@ -142,7 +142,7 @@ INSTANTIATE_TEST_SUITE_P(
             close)",
          .answers = {Answer::No},
          .boxes = {box::NoRecord},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "6200 from a mobile terminal with extended records: no box",
          .terminal = {.mobile = true, .reset9501 = true},
          .script = R"(
@@ -154,7 +154,7 @@ INSTANTIATE_TEST_SUITE_P(
             > 20 11 00 00 00
             < 95 01
             close)",
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "6200 from a locked terminal",
          .terminal = {.mobile = true, .selectRefused = true},
          .script = R"(
@@ -168,7 +168,7 @@ INSTANTIATE_TEST_SUITE_P(
             close)",
          .answers = {Answer::Yes},
          .boxes = {box::NoKeyCard},
-         .result = 1},
+         .result = ReadOutcome::TryAgain},
         {.sentence = "6200 from a locked terminal with extended records",
          .terminal = {.mobile = true, .reset9501 = true, .selectRefused = true},
          .script = R"(
@@ -182,7 +182,7 @@ INSTANTIATE_TEST_SUITE_P(
             close)",
          .answers = {Answer::No},
          .boxes = {box::NoKeyCard},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "6200 from a stationary terminal that refused the select",
          .terminal = {.selectRefused = true},
          .script = R"(
@@ -196,7 +196,7 @@ INSTANTIATE_TEST_SUITE_P(
             close)",
          .answers = {Answer::No},
          .boxes = {box::NoKeyCard},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "6900 from a mobile terminal",
          .terminal = {.mobile = true},
          .script = R"(
@@ -210,7 +210,7 @@ INSTANTIATE_TEST_SUITE_P(
             close)",
          .answers = {Answer::Yes},
          .boxes = {box::MobileLocked},
-         .result = 1},
+         .result = ReadOutcome::TryAgain},
         {.sentence = "6900 from a stationary terminal",
          .script = R"(
             open 1
@@ -223,7 +223,7 @@ INSTANTIATE_TEST_SUITE_P(
             close)",
          .answers = {Answer::No},
          .boxes = {box::MenuActive},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "a failed exchange of the card request counts as any other word",
          .script = R"(
             open 1
@@ -236,7 +236,7 @@ INSTANTIATE_TEST_SUITE_P(
             close)",
          .answers = {Answer::No},
          .boxes = {box::NoCard},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "a failed reset at the start and at the end does not stop the call",
          .script = R"(
             open 1
@@ -249,7 +249,7 @@ INSTANTIATE_TEST_SUITE_P(
             close -> -1)",
          .answers = {Answer::Yes},
          .boxes = {box::NoCard},
-         .result = 1},
+         .result = ReadOutcome::TryAgain},
     }),
     SentenceName());
 
@@ -266,7 +266,7 @@ TEST(DispatcherRequestTest, AnyOtherStatusWordMeansNoCard) {
                      .script = script,
                      .answers = {Answer::No},
                      .boxes = {box::NoCard},
-                     .result = -1});
+                     .result = ReadOutcome::Failed});
     }
   }
 }
@@ -280,7 +280,7 @@ TEST(DispatcherRequestTest, TheResetMarksAMobileTerminalBeforeTheRequest) {
     Dialogue dialogue(script);
     SlotReading reading(dialogue, {});
     reading.link.dialogs.answers = {Answer::No};
-    EXPECT_EQ(reading.Read(), -1);
+    EXPECT_EQ(reading.Read(), ReadOutcome::Failed);
     EXPECT_EQ(reading.info.Reset95, mobile);
     EXPECT_FALSE(reading.info.Reset9501);
   }
@@ -291,7 +291,7 @@ TEST(DispatcherRequestTest, ATerminalKnownToBeMobileStaysSo) {
   Dialogue dialogue(script);
   SlotReading reading(dialogue, {.mobile = true, .reset9501 = true});
   reading.link.dialogs.answers = {Answer::No};
-  EXPECT_EQ(reading.Read(), -1);
+  EXPECT_EQ(reading.Read(), ReadOutcome::Failed);
   EXPECT_TRUE(reading.info.Reset95);
   EXPECT_TRUE(reading.info.Reset9501);
 }
@@ -302,14 +302,14 @@ TEST(DispatcherRequestTest, TheQuestionComesBeforeTheLinkIsClosed) {
   SlotReading reading(dialogue, {});
   reading.link.dialogs.answers = {Answer::No};
   reading.link.dialogs.onAsk = [&](const Question&) { EXPECT_TRUE(reading.link.session.IsOpen()); };
-  EXPECT_EQ(reading.Read(), -1);
+  EXPECT_EQ(reading.Read(), ReadOutcome::Failed);
 }
 
 TEST(DispatcherRequestTest, TheSlotIsEmptyBeforeTheLinkIsOpened) {
   Dialogue dialogue("open 1 -> -1");
   SlotReading reading(dialogue, {});
   reading.link.eventLoop.onYield = [&] { reading.ExpectEmptySlot(); };
-  EXPECT_EQ(reading.Read(), -1);
+  EXPECT_EQ(reading.Read(), ReadOutcome::Failed);
   EXPECT_EQ(reading.link.eventLoop.yields, 1);
 }
 

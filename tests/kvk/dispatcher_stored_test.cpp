@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(
          .script = StoredDialogue("> 00 A4 04 00 06 D2 76 00 00 01 01\n< 90 00"),
          .answers = {Answer::No},
          .boxes = {box::EraseKvkWarning},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "a failed eject does not matter",
          .terminal = {.mobile = true},
          .script = StoredDialogue(R"(
@@ -119,7 +119,7 @@ INSTANTIATE_TEST_SUITE_P(
             < 69 00)"),
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning, box::EraseError},
-         .result = -1,
+         .result = ReadOutcome::Failed,
          .model = u"Serie Sigma",
          .displayText = u"PC (ASN-1)"},
         {.sentence = "the erase is answered with 6985: nothing is kept",
@@ -133,7 +133,7 @@ INSTANTIATE_TEST_SUITE_P(
             < 69 85)"),
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning, box::EraseError},
-         .result = -1,
+         .result = ReadOutcome::Failed,
          .model = u"Serie Sigma",
          .displayText = u"PC (ASN-1)"},
         {.sentence = "the erase is answered with 6501: nothing is kept",
@@ -147,7 +147,7 @@ INSTANTIATE_TEST_SUITE_P(
             < 65 01)"),
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning, box::EraseError},
-         .result = -1,
+         .result = ReadOutcome::Failed,
          .model = u"Serie Sigma",
          .displayText = u"PC (ASN-1)"},
         {.sentence = "the erase is answered with 9001: nothing is kept",
@@ -161,7 +161,7 @@ INSTANTIATE_TEST_SUITE_P(
             < 90 01)"),
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning, box::EraseError},
-         .result = -1,
+         .result = ReadOutcome::Failed,
          .model = u"Serie Sigma",
          .displayText = u"PC (ASN-1)"},
         {.sentence = "the erase is answered with 6E00: nothing is kept",
@@ -175,7 +175,7 @@ INSTANTIATE_TEST_SUITE_P(
             < 6E 00)"),
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning, box::EraseError},
-         .result = -1,
+         .result = ReadOutcome::Failed,
          .model = u"Serie Sigma",
          .displayText = u"PC (ASN-1)"},
         {.sentence = "the erase fails: nothing is kept",
@@ -189,7 +189,7 @@ INSTANTIATE_TEST_SUITE_P(
             < -> -10)"),
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning, box::EraseError},
-         .result = -1,
+         .result = ReadOutcome::Failed,
          .model = u"Serie Sigma",
          .displayText = u"PC (ASN-1)"},
         {.sentence = "a record with a wrong supplement is not erased",
@@ -203,7 +203,7 @@ INSTANTIATE_TEST_SUITE_P(
             < 95 00)"),
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning, box::BadSupplement},
-         .result = -1,
+         .result = ReadOutcome::Failed,
          .model = u"Modell Vedra F/Serie Delta/Sigma",
          .displayText = u"PC (ASN-1)"},
         {.sentence = "a record with a wrong supplement, extended records",
@@ -225,7 +225,7 @@ INSTANTIATE_TEST_SUITE_P(
             close)",
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning, box::BadSupplement},
-         .result = -1,
+         .result = ReadOutcome::Failed,
          .displayText = u"PC (ASN-1)"},
         {.sentence = "6501 without extended records: no box",
          .terminal = {.mobile = true},
@@ -236,7 +236,7 @@ INSTANTIATE_TEST_SUITE_P(
             < 65 01)"),
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "6501 with extended records",
          .terminal = {.mobile = true, .reset9501 = true},
          .script = StoredDialogue(R"(
@@ -246,7 +246,7 @@ INSTANTIATE_TEST_SUITE_P(
             < 65 01)"),
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning, box::NotReleased},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "6900 without extended records: no box",
          .terminal = {.mobile = true},
          .script = StoredDialogue(R"(
@@ -256,7 +256,7 @@ INSTANTIATE_TEST_SUITE_P(
             < 69 00)"),
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "6900 with extended records",
          .terminal = {.mobile = true, .reset9501 = true},
          .script = StoredDialogue(R"(
@@ -266,7 +266,7 @@ INSTANTIATE_TEST_SUITE_P(
             < 69 00)"),
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning, box::NotInserted},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "any other status word with extended records: no box",
          .terminal = {.mobile = true, .reset9501 = true},
          .script = StoredDialogue(R"(
@@ -276,7 +276,7 @@ INSTANTIATE_TEST_SUITE_P(
             < 69 85)"),
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "a failed read of a stored record with code -1: no box",
          .terminal = {.mobile = true, .reset9501 = true},
          .script = StoredDialogue(R"(
@@ -286,7 +286,7 @@ INSTANTIATE_TEST_SUITE_P(
             < -> -1)"),
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "a failed read of a stored record with code -10: no box",
          .terminal = {.mobile = true, .reset9501 = true},
          .script = StoredDialogue(R"(
@@ -296,7 +296,7 @@ INSTANTIATE_TEST_SUITE_P(
             < -> -10)"),
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning},
-         .result = -1},
+         .result = ReadOutcome::Failed},
         {.sentence = "a failed read of a stored record with code -128: no box",
          .terminal = {.mobile = true, .reset9501 = true},
          .script = StoredDialogue(R"(
@@ -306,7 +306,7 @@ INSTANTIATE_TEST_SUITE_P(
             < -> -128)"),
          .answers = {Answer::Yes},
          .boxes = {box::EraseKvkWarning},
-         .result = -1},
+         .result = ReadOutcome::Failed},
     }),
     SentenceName());
 
@@ -332,7 +332,7 @@ TEST(DispatcherKvkTest, AllElementsOfAStoredRecordReachTheSlot) {
   )");
   SlotReading reading(dialogue, {.mobile = true});
   reading.link.dialogs.answers = {Answer::Yes};
-  EXPECT_EQ(reading.Read(), 0);
+  EXPECT_EQ(reading.Read(), ReadOutcome::Done);
   EXPECT_EQ(reading.insured[Element::LastName], u"Übermaß");
   EXPECT_EQ(reading.insured[Element::Title], u"Dr.");
   EXPECT_EQ(reading.insured[Element::ReadingDate], u"05032024");
@@ -355,7 +355,7 @@ TEST(DispatcherKvkTest, TheWarningSaysThatYesErasesARecord) {
   )");
   SlotReading reading(dialogue, {.mobile = true});
   reading.link.dialogs.answers = {Answer::No};
-  EXPECT_EQ(reading.Read(), -1);
+  EXPECT_EQ(reading.Read(), ReadOutcome::Failed);
   ASSERT_EQ(reading.link.dialogs.boxes.size(), 1U);
   EXPECT_EQ(reading.link.dialogs.boxes.front().consequence, Consequence::ErasesRecord);
 }
@@ -373,7 +373,7 @@ TEST(DispatcherKvkTest, ARetryQuestionErasesNothing) {
   )");
   SlotReading reading(dialogue, {.mobile = true});
   reading.link.dialogs.answers = {Answer::Yes};
-  EXPECT_EQ(reading.Read(), 1);
+  EXPECT_EQ(reading.Read(), ReadOutcome::TryAgain);
   EXPECT_EQ(reading.link.dialogs.boxes.front().consequence, Consequence::None);
 }
 
@@ -402,7 +402,7 @@ TEST(DispatcherKvkTest, TheModelIsCorrectedByThePortOfTheLink) {
   Dialogue dialogue(script);
   SlotReading reading(dialogue, {.mobile = true}, 8200);
   reading.link.dialogs.answers = {Answer::Yes};
-  EXPECT_EQ(reading.Read(), 0);
+  EXPECT_EQ(reading.Read(), ReadOutcome::Done);
   EXPECT_EQ(reading.info.ModelName.Trimmed(), u"Serie Delta");
   EXPECT_EQ(reading.info.ProductCode, u"PKTD ");
 }

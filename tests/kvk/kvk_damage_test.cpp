@@ -53,22 +53,22 @@ TEST_P(DamagedRecordTest, EveryFlippedBitMakesTheReadFail) {
       QByteArray damaged = Bytes();
       damaged[byte] = static_cast<char>(damaged[byte] ^ (1 << bit));
       KvkReading reading(row.kind);
-      const int result = reading.Read(HexOf(damaged));
+      const KvkResult result = reading.Read(HexOf(damaged));
       if (byte == 0) {
         // No template any more, and of no length of the fixed format: nothing is read.
-        EXPECT_EQ(result, 0);
+        EXPECT_EQ(result, KvkResult::Read);
         EXPECT_TRUE(reading.insured.IsEmpty());
         EXPECT_TRUE(reading.Boxes().empty());
         continue;
       }
       if (CancelsOut(byte, bit, row)) {
-        EXPECT_EQ(result, row.kind == Kind::Mobile ? -1 : 0);
+        EXPECT_EQ(result, row.kind == Kind::Mobile ? KvkResult::Refused : KvkResult::Read);
         EXPECT_EQ(reading.Boxes(),
                   row.kind == Kind::Mobile ? std::vector{BadSupplement} : std::vector<QString>{});
         EXPECT_EQ(reading.insured[Element::LastName], u"Übermaß");
         continue;
       }
-      EXPECT_EQ(result, -1);
+      EXPECT_EQ(result, KvkResult::Refused);
       std::vector<QString> boxes = reading.Boxes();
       if (boxes.size() == 2) {
         EXPECT_EQ(boxes.front(), DefectiveRecord) << "a tag or length was hit";
@@ -85,7 +85,7 @@ TEST_P(DamagedRecordTest, ARecordCutAnywhereFails) {
   for (qsizetype length = 0; length < record.size(); ++length) {
     SCOPED_TRACE("cut to " + std::to_string(length) + " characters");
     KvkReading reading(row.kind);
-    EXPECT_EQ(reading.Read(record.first(length)), -1);
+    EXPECT_EQ(reading.Read(record.first(length)), KvkResult::Refused);
     const QString& expected = length < 106                     ? NoKvk
                               : length < 2 * row.templateBytes ? BadChecksum
                                                                : BadSupplement;
@@ -100,7 +100,7 @@ TEST(DamagedRecordTest, ACardsRecordIsWholeWithoutTheSupplement) {
   const QString record = SampleRecord(u"C");
   for (qsizetype length = 2 * 164; length <= record.size(); ++length) {
     KvkReading reading(Kind::Stationary);
-    EXPECT_EQ(reading.Read(record.first(length)), 0) << length;
+    EXPECT_EQ(reading.Read(record.first(length)), KvkResult::Read) << length;
   }
 }
 
@@ -116,7 +116,7 @@ TEST(DamagedRecordTest, EveryFlippedBitOfForm6082FailsButThoseNotCovered) {
       damaged[byte] = static_cast<char>(damaged[byte] ^ (1 << bit));
       KvkReading reading;
       const bool unseen = byte == lengthOfChecksum && bit > 0;
-      EXPECT_EQ(reading.Read(HexOf(damaged)), unseen ? 0 : -1);
+      EXPECT_EQ(reading.Read(HexOf(damaged)), unseen ? KvkResult::Read : KvkResult::Refused);
       if (unseen) continue;
       EXPECT_EQ(reading.Boxes().back(), BadChecksum);
     }
@@ -135,8 +135,8 @@ TEST(DamagedRecordTest, NonsenseOfEveryLengthEndsInAResult) {
       }
       for (const Kind kind : {Kind::Stationary, Kind::Mobile}) {
         KvkReading reading(kind);
-        const int result = reading.Read(HexOf(bytes));
-        EXPECT_TRUE(result == 0 || (result == -1 && !reading.Boxes().empty()));
+        const KvkResult result = reading.Read(HexOf(bytes));
+        EXPECT_TRUE(result == KvkResult::Read || !reading.Boxes().empty());
         EXPECT_LE(reading.Boxes().size(), 2U);
       }
     }

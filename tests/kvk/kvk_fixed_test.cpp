@@ -54,7 +54,7 @@ TEST_P(KvkFixedTest, Elements) {
   KvkReading reading(row.kind);
   reading.info.ModelName = u"before";
   reading.info.ProductCode = u"PKTD ";
-  EXPECT_EQ(reading.Read(row.data), 0);
+  EXPECT_EQ(reading.Read(row.data), KvkResult::Read);
   EXPECT_EQ(ElementsOf(reading.insured), row.expected);
   EXPECT_EQ(reading.info.ModelName.Trimmed(), row.model);
   EXPECT_EQ(reading.info.ProductCode, u"PKTD ");
@@ -109,7 +109,7 @@ class FixedFieldTest : public testing::TestWithParam<BlankRow> {};
 TEST_P(FixedFieldTest, Text) {
   const BlankRow& row = GetParam();
   KvkReading reading;
-  EXPECT_EQ(reading.Read(row.data), 0);
+  EXPECT_EQ(reading.Read(row.data), KvkResult::Read);
   EXPECT_EQ(reading.insured[row.element], row.expected);
 }
 
@@ -139,7 +139,7 @@ TEST_P(OtherLengthTest, IsAcceptedAndNothingIsStored) {
   KvkReading reading(kind);
   reading.insured[Element::Town] = QStringLiteral("of before");
   reading.info.ModelName = u"before";
-  EXPECT_EQ(reading.Read(QString(length, u'3')), 0);
+  EXPECT_EQ(reading.Read(QString(length, u'3')), KvkResult::Read);
   Elements expected(20);
   expected[14] = QStringLiteral("of before");
   EXPECT_EQ(ElementsOf(reading.insured), expected);
@@ -175,7 +175,8 @@ TEST_P(KvkLengthTest, Check) {
   const LengthRow& row = GetParam();
   KvkReading reading(row.kind);
   reading.info.DisplayText = u"before";
-  EXPECT_EQ(reading.Read(QString(row.length, u'3')), row.accepted ? 0 : -1);
+  EXPECT_EQ(reading.Read(QString(row.length, u'3')),
+            row.accepted ? KvkResult::Read : KvkResult::Refused);
   EXPECT_EQ(reading.Boxes(), row.accepted ? std::vector<QString>{} : std::vector{NoKvk});
   EXPECT_EQ(reading.info.DisplayText.Trimmed(), row.accepted ? u"PC (Festformat)" : u"before");
 }

@@ -22,7 +22,7 @@ enum class Kind { Stationary, Mobile };
 struct KvkReading {
   explicit KvkReading(Kind kind = Kind::Stationary) { info.Reset95 = kind == Kind::Mobile; }
 
-  int Read(QStringView data) { return ReadKvk(data, Target()); }
+  KvkResult Read(QStringView data) { return ReadKvk(data, Target()); }
   [[nodiscard]] KvkTarget Target() { return {info, insured, pn, dialogs}; }
   [[nodiscard]] std::vector<QString> Boxes() const { return dialogs.Texts(); }
 

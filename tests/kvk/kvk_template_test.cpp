@@ -45,7 +45,7 @@ const DataObject Filler{0x89, "Die lange Stra~e durch das ganze Musterdorf 11"};
 
 TEST(KvkTemplateTest, RecordA) {
   KvkReading reading;
-  EXPECT_EQ(reading.Read(SampleRecord(u"A")), 0);
+  EXPECT_EQ(reading.Read(SampleRecord(u"A")), KvkResult::Read);
   EXPECT_EQ(ElementsOf(reading.insured), PersonOfA);
   EXPECT_EQ(reading.info.DisplayText.Trimmed(), u"PC (ASN-1)");
   EXPECT_TRUE(reading.Boxes().empty());
@@ -53,7 +53,7 @@ TEST(KvkTemplateTest, RecordA) {
 
 TEST(KvkTemplateTest, RecordB) {
   KvkReading reading;
-  EXPECT_EQ(reading.Read(SampleRecord(u"B")), 0);
+  EXPECT_EQ(reading.Read(SampleRecord(u"B")), KvkResult::Read);
   EXPECT_EQ(ElementsOf(reading.insured), PersonOfB);
   EXPECT_EQ(reading.info.DisplayText.Trimmed(), u"PC (ASN-1)");
   EXPECT_TRUE(reading.Boxes().empty());
@@ -63,7 +63,7 @@ TEST(KvkTemplateTest, AFullRecordHasEveryElementOfACardAndTheLongestLength) {
   const QString record = FullTemplateRecord();
   EXPECT_EQ(record.size(), 438);
   KvkReading reading;
-  EXPECT_EQ(reading.Read(record), 0);
+  EXPECT_EQ(reading.Read(record), KvkResult::Read);
   const Elements elements = ElementsOf(reading.insured);
   for (std::size_t i = 0; i < 17; ++i) EXPECT_FALSE(elements[i].isEmpty()) << i;
 }
@@ -72,20 +72,20 @@ TEST(KvkTemplateTest, RecordBAs6082PassesWithoutTheLastTwoBytes) {
   Elements expected = PersonOfB;
   expected[16] = QStringLiteral("92");
   KvkReading reading;
-  EXPECT_EQ(reading.Read(SampleRecord(u"B6082")), 0);
+  EXPECT_EQ(reading.Read(SampleRecord(u"B6082")), KvkResult::Read);
   EXPECT_EQ(ElementsOf(reading.insured), expected);
   EXPECT_EQ(reading.info.DisplayText.Trimmed(), u"PC (ASN-1)");
 }
 
 TEST(KvkTemplateTest, RecordBAs6082FailsWithTheChecksumOverEverything) {
   KvkReading reading;
-  EXPECT_EQ(reading.Read(QString(SampleRecord(u"B6082").chopped(2) + u"93")), -1);
+  EXPECT_EQ(reading.Read(QString(SampleRecord(u"B6082").chopped(2) + u"93")), KvkResult::Refused);
   EXPECT_EQ(reading.Boxes(), std::vector{BadChecksum});
 }
 
 TEST(KvkTemplateTest, RecordCFromAMobileTerminal) {
   KvkReading reading(Kind::Mobile);
-  EXPECT_EQ(reading.Read(SampleRecord(u"C")), 0);
+  EXPECT_EQ(reading.Read(SampleRecord(u"C")), KvkResult::Read);
   EXPECT_EQ(ElementsOf(reading.insured), PersonOfC);
   EXPECT_TRUE(reading.Boxes().empty());
   EXPECT_EQ(reading.info.ModelName.Trimmed(), u"Serie Sigma");
@@ -96,7 +96,7 @@ TEST(KvkTemplateTest, RecordCFromAMobileTerminal) {
 TEST(KvkTemplateTest, RecordCFromAStationaryTerminalKeepsNoSupplement) {
   KvkReading reading;
   reading.insured[Element::ReadingDate] = QStringLiteral("of before");
-  EXPECT_EQ(reading.Read(SampleRecord(u"C")), 0);
+  EXPECT_EQ(reading.Read(SampleRecord(u"C")), KvkResult::Read);
   Elements expected = PersonOfB;
   expected[17] = QStringLiteral("of before");
   EXPECT_EQ(ElementsOf(reading.insured), expected);
@@ -105,7 +105,7 @@ TEST(KvkTemplateTest, RecordCFromAStationaryTerminalKeepsNoSupplement) {
 TEST(KvkTemplateTest, ARecordWithoutSupplementFromAMobileTerminal) {
   for (const QStringView record : {u"A", u"B", u"B6082"}) {
     KvkReading reading(Kind::Mobile);
-    EXPECT_EQ(reading.Read(SampleRecord(record)), -1);
+    EXPECT_EQ(reading.Read(SampleRecord(record)), KvkResult::Refused);
     EXPECT_EQ(reading.Boxes(), std::vector{BadSupplement});
     EXPECT_FALSE(reading.insured.IsEmpty()) << "what was parsed before the failure stays";
   }
@@ -113,7 +113,7 @@ TEST(KvkTemplateTest, ARecordWithoutSupplementFromAMobileTerminal) {
 
 TEST(KvkTemplateTest, TheBoxOfAFailedCheck) {
   KvkReading reading;
-  EXPECT_EQ(reading.Read(SampleRecord(u"B-broken")), -1);
+  EXPECT_EQ(reading.Read(SampleRecord(u"B-broken")), KvkResult::Refused);
   ASSERT_EQ(reading.dialogs.boxes.size(), 1U);
   const ShownBox& box = reading.dialogs.boxes.front();
   EXPECT_EQ(box.title, u" KartoCheck ");
@@ -127,7 +127,7 @@ struct FormRow {
   const char* sentence;
   QString data;
   std::vector<QString> boxes;
-  int result = boxes.empty() ? 0 : -1;
+  KvkResult result = boxes.empty() ? KvkResult::Read : KvkResult::Refused;
 
   friend std::ostream& operator<<(std::ostream& out, const FormRow& row) {
     return out << row.sentence;
@@ -203,17 +203,17 @@ INSTANTIATE_TEST_SUITE_P(
         {"an unknown tag behind the checksum element only warns",
          TemplateRecord(Form::Form60, {Filler, {0x80, "Kasse"}}) + QStringLiteral("940141"),
          {DefectiveRecord},
-         0},
+         KvkResult::Read},
         {"padding behind the record only warns",
          TemplateRecord(Form::Form60, {Filler, {0x80, "Kasse"}}) + QStringLiteral("0000"),
          {DefectiveRecord},
-         0},
+         KvkResult::Read},
     }),
     SentenceName());
 
 TEST(KvkTemplateTest, AnEmptyChecksumElementIsStoredAs00) {
   KvkReading reading;
-  EXPECT_EQ(reading.Read(TemplateWithSum0({{0x8E, ""}})), 0);
+  EXPECT_EQ(reading.Read(TemplateWithSum0({{0x8E, ""}})), KvkResult::Read);
   EXPECT_EQ(reading.insured[Element::Checksum], u"00");
 }
 
@@ -222,7 +222,7 @@ TEST(KvkTemplateTest, AnUnknownTagStopsTheWalkAndKeepsWhatWasFound) {
   EXPECT_EQ(
       reading.Read(TemplateRecord(
           Form::Form60, {{0x80, "Kasse"}, {0x87, "Muster"}, {0x94, "?"}, {0x85, "Maxi"}, Filler})),
-      -1);
+      KvkResult::Refused);
   EXPECT_EQ(reading.insured[Element::InsurerName], u"Kasse");
   EXPECT_EQ(reading.insured[Element::LastName], u"Muster");
   EXPECT_EQ(reading.insured[Element::FirstName], u"");
@@ -349,7 +349,8 @@ class SupplementTest : public testing::TestWithParam<SupplementRow> {};
 TEST_P(SupplementTest, Result) {
   const SupplementRow& row = GetParam();
   KvkReading reading(Kind::Mobile);
-  EXPECT_EQ(reading.Read(QString(SampleRecord(u"B") + row.supplement)), row.boxes.empty() ? 0 : -1);
+  EXPECT_EQ(reading.Read(QString(SampleRecord(u"B") + row.supplement)),
+            row.boxes.empty() ? KvkResult::Read : KvkResult::Refused);
   EXPECT_EQ(reading.Boxes(), row.boxes);
 }
 
@@ -385,7 +386,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(SupplementTest, TheRecordsOwnChecksumIsCheckedFirst) {
   KvkReading reading(Kind::Mobile);
-  EXPECT_EQ(reading.Read(QString(SampleRecord(u"B-broken") + SupplementOf(54))), -1);
+  EXPECT_EQ(reading.Read(QString(SampleRecord(u"B-broken") + SupplementOf(54))),
+            KvkResult::Refused);
   EXPECT_EQ(reading.Boxes(), std::vector{BadChecksum});
 }
 
@@ -393,8 +395,8 @@ TEST(SupplementTest, TheLengthIsCountedFromTheHeaderOfEachForm) {
   for (const Form form : {Form::Form60, Form::Form6081, Form::Form6082}) {
     KvkReading reading(Kind::Mobile);
     const QString record = TemplateRecord(form, {Filler, {0x80, "Kasse"}});
-    EXPECT_EQ(reading.Read(QString(record + SupplementOf(53))), 0);
-    EXPECT_EQ(reading.Read(QString(record + SupplementOf(54))), -1);
+    EXPECT_EQ(reading.Read(QString(record + SupplementOf(53))), KvkResult::Read);
+    EXPECT_EQ(reading.Read(QString(record + SupplementOf(54))), KvkResult::Refused);
     EXPECT_EQ(reading.Boxes(), std::vector{UnknownSupplement});
   }
 }

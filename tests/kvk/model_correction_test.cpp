@@ -33,7 +33,7 @@ TEST_P(CorrectModelTest, Record) {
   info.ModelName = u"before";
   info.ManufacturerId = u"OTHER";
   info.ProductCode = row.productCode;
-  CorrectModel(row.approvalNumber, row.format, row.pn, info);
+  CorrectModel(row.approvalNumber, row.format, Port(row.pn), info);
   EXPECT_EQ(info.ModelName.Trimmed(), row.expectedModel);
   EXPECT_EQ(info.ManufacturerId, row.expectedManufacturer);
   EXPECT_EQ(info.ProductCode, row.expectedProductCode);

@@ -4,19 +4,19 @@ namespace kartocheck {
 
 namespace {
 
-std::int16_t Note(const char* reader, const EgkTarget& target) {
+EgkResult Note(const char* reader, const EgkTarget& target) {
   using Readers = test::NotedEgkReaders;
   Readers::calls.emplace_back(reader);
-  return Readers::read ? Readers::read(target) : std::int16_t{-1};
+  return Readers::read ? Readers::read(target) : EgkResult::Stopped;
 }
 
 }  // namespace
 
-std::int16_t ReadEgkFromCard(const EgkTarget& target) {
+EgkResult ReadEgkFromCard(const EgkTarget& target) {
   return Note("card", target);
 }
 
-std::int16_t ReadEgkFromMobile(const EgkTarget& target) {
+EgkResult ReadEgkFromMobile(const EgkTarget& target) {
   return Note("mobile", target);
 }
 

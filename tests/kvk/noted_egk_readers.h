@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -13,8 +12,8 @@ namespace kartocheck::test {
 struct NotedEgkReaders {
   // "card" or "mobile", in order.
   static inline std::vector<std::string> calls;
-  // What the next call does; -1 and nothing else where it is empty.
-  static inline std::function<std::int16_t(const EgkTarget&)> read;
+  // What the next call does; nothing but to stop where it is empty.
+  static inline std::function<EgkResult(const EgkTarget&)> read;
 
   static void Forget() {
     calls.clear();

@@ -150,7 +150,7 @@ TEST_P(IncompleteLibraryTest, IsRefusedAtTheFirstCallWhicheverItIs) {
 TEST_P(IncompleteLibraryTest, EndsTheProgramWithTheMessageOfALibraryFault) {
   CtApiLibrary library({GetParam().file.toString()});
   Link link(library);
-  EXPECT_THROW((void)link.session.CtOpen(1), Terminated);
+  EXPECT_THROW((void)link.session.CtOpen(Port(1)), Terminated);
   EXPECT_EQ(link.dialogs.Texts(), (std::vector<QString>{QStringLiteral(
                                       "Dynamic Link Library (DLL) Fehler !!! ; CTNRV32.dll ")}));
 }
@@ -244,7 +244,7 @@ TEST(CtApiLibraryTest, ABareNameIsNotLookedForInTheWorkingDirectory) {
 TEST(CtApiLibraryTest, ASessionSpeaksThroughTheRealInterface) {
   CtApiLibrary library({EchoLibrary.toString()});
   Link link(library);
-  EXPECT_EQ(link.session.CtOpen(8192), 0);
+  EXPECT_EQ(link.session.CtOpen(Port(8192)), 0);
   EXPECT_EQ(link.ports[5].BaudText, u"19201   ");
   const CtAnswer answer = link.session.CtExchange(u"00B0000000", Unit::Card);
   // ctn 1, dad 0 (the card), sad 2 (the host), a buffer of 4,098 bytes.

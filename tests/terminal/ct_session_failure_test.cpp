@@ -46,7 +46,7 @@ void PrintTo(Wrapper wrapper, std::ostream* out) {
 void Call(Wrapper wrapper, CtSession& session) {
   switch (wrapper) {
     case Wrapper::Open:
-      (void)session.CtOpen(1);
+      (void)session.CtOpen(Port(1));
       break;
     case Wrapper::Close:
       (void)session.CtClose();
@@ -101,14 +101,14 @@ TEST(CtSessionFailureTest, ABaudRateQueryThatThrows) {
   FakeApi api;
   api.baud = [](auto, auto&) -> std::int8_t { throw std::runtime_error("anything"); };
   Link link(api);
-  EXPECT_THROW((void)link.session.CtOpen(1), Terminated);
+  EXPECT_THROW((void)link.session.CtOpen(Port(1)), Terminated);
   ExpectFatalBox(link, LibraryFault);
 }
 
 TEST(CtSessionFailureTest, APortNumberWithoutASlot) {
   FakeApi api;
   Link link(api);
-  EXPECT_THROW((void)link.session.CtOpen(0), Terminated);
+  EXPECT_THROW((void)link.session.CtOpen(Port(0)), Terminated);
   ExpectFatalBox(link, LibraryFault);
 }
 
@@ -208,7 +208,7 @@ TEST(CtSessionFailureTest, AFailingCodeIsNoFailureOfTheProgram) {
   api.data = [](auto&, auto&, auto, auto, auto&) -> std::int8_t { return -128; };
   api.close = [](auto) -> std::int8_t { return -1; };
   Link link(api);
-  EXPECT_EQ(link.session.CtOpen(1), -127);
+  EXPECT_EQ(link.session.CtOpen(Port(1)), -127);
   EXPECT_EQ(link.session.CtExchange(u"2011000000", Unit::Terminal).code, -128);
   EXPECT_EQ(link.session.CtClose(), -1);
   EXPECT_TRUE(link.dialogs.boxes.empty());
@@ -227,7 +227,7 @@ TEST(CtSessionDeathTest, ATerminateFunctionThatComesBackEndsTheProgramAllTheSame
                      .eventLoop = eventLoop,
                      .ports = ports,
                      .terminate = [] {}});
-  EXPECT_DEATH((void)session.CtOpen(1), "");
+  EXPECT_DEATH((void)session.CtOpen(Port(1)), "");
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ TEST(CtOpenTest, OpensTheLinkAndWritesTheBaudRateOfTheSlot) {
   Dialogue dialogue("open 1\nbaud 115200");
   Link link(dialogue);
   EXPECT_FALSE(link.session.IsOpen());
-  EXPECT_EQ(link.session.CtOpen(1), 0);
+  EXPECT_EQ(link.session.CtOpen(Port(1)), 0);
   EXPECT_TRUE(link.session.IsOpen());
   EXPECT_EQ(link.session.Pn(), 1);
   EXPECT_EQ(link.ports[1].BaudText, u"115200  ");
@@ -35,7 +35,7 @@ TEST(CtOpenTest, APortFromFiveUpwardsUsesSlotFive) {
     FakeApi api;
     api.baud = [](auto, auto& baud) -> std::int8_t { return baud = 57600, 0; };
     Link link(api);
-    EXPECT_EQ(link.session.CtOpen(pn), 0);
+    EXPECT_EQ(link.session.CtOpen(Port(pn)), 0);
     for (int slot = 1; slot <= 4; ++slot) EXPECT_TRUE(link.ports[slot].BaudText.IsBlank());
     EXPECT_EQ(link.ports[5].BaudText, u"57600   ");
   }
@@ -44,9 +44,9 @@ TEST(CtOpenTest, APortFromFiveUpwardsUsesSlotFive) {
 TEST(CtOpenTest, ALaterFurtherPortOverwritesTheBaudRateOfSlotFive) {
   Dialogue dialogue("open 5\nbaud 9600\nclose\nopen 7\nbaud 38400");
   Link link(dialogue);
-  EXPECT_EQ(link.session.CtOpen(5), 0);
+  EXPECT_EQ(link.session.CtOpen(Port(5)), 0);
   EXPECT_EQ(link.session.CtClose(), 0);
-  EXPECT_EQ(link.session.CtOpen(7), 0);
+  EXPECT_EQ(link.session.CtOpen(Port(7)), 0);
   EXPECT_EQ(link.ports[5].BaudText, u"38400   ");
   EXPECT_EQ(link.session.Pn(), 7);
 }
@@ -56,7 +56,7 @@ TEST(CtOpenTest, AFailingBaudRateQueryLeavesTheTextEmptyAndTheOpenGood) {
   api.baud = [](auto, auto& baud) -> std::int8_t { return baud = 4711, -8; };
   Link link(api);
   link.ports[2].BaudText = u"19200";
-  EXPECT_EQ(link.session.CtOpen(2), 0);
+  EXPECT_EQ(link.session.CtOpen(Port(2)), 0);
   EXPECT_TRUE(link.ports[2].BaudText.IsBlank());
   EXPECT_TRUE(link.session.IsOpen());
 }
@@ -68,7 +68,7 @@ TEST(CtOpenTest, TheBaudRateIsAskedForWithMinusOneToStartWith) {
     return 0;
   };
   Link link(api);
-  EXPECT_EQ(link.session.CtOpen(1), 0);
+  EXPECT_EQ(link.session.CtOpen(Port(1)), 0);
   EXPECT_EQ(link.ports[1].BaudText, u"-1      ");
 }
 
@@ -78,7 +78,7 @@ TEST(CtOpenTest, ABaudRateOfMoreThanEightDigitsIsCut) {
     return baud = std::numeric_limits<std::int32_t>::max(), 0;
   };
   Link link(api);
-  EXPECT_EQ(link.session.CtOpen(1), 0);
+  EXPECT_EQ(link.session.CtOpen(Port(1)), 0);
   EXPECT_EQ(link.ports[1].BaudText, u"21474836");
 }
 
@@ -91,7 +91,7 @@ TEST(CtOpenTest, AFailureClearsTheBaudRateAndLeavesLinkAndLampsAsTheyWere) {
   };
   Link link(api);
   link.ports[3].BaudText = u"9600";
-  EXPECT_EQ(link.session.CtOpen(3), -10);
+  EXPECT_EQ(link.session.CtOpen(Port(3)), -10);
   EXPECT_FALSE(link.session.IsOpen());
   EXPECT_TRUE(link.display.lamps.empty());
   EXPECT_TRUE(link.ports[3].BaudText.IsBlank());
@@ -107,7 +107,7 @@ TEST(CtOpenTest, EveryPortNumberReachesTheLibraryWithTerminalNumberOne) {
       return 0;
     };
     Link link(api);
-    EXPECT_EQ(link.session.CtOpen(pn), 0);
+    EXPECT_EQ(link.session.CtOpen(Port(pn)), 0);
   }
 }
 
@@ -116,7 +116,7 @@ TEST(CtOpenTest, EverySignedCodeIsReturnedUnchanged) {
     FakeApi api;
     api.init = [code](auto, auto) { return static_cast<std::int8_t>(code); };
     Link link(api);
-    EXPECT_EQ(link.session.CtOpen(1), code);
+    EXPECT_EQ(link.session.CtOpen(Port(1)), code);
     EXPECT_EQ(link.session.IsOpen(), code == 0);
   }
 }
@@ -124,7 +124,7 @@ TEST(CtOpenTest, EverySignedCodeIsReturnedUnchanged) {
 TEST(CtCloseTest, TurnsTheLampsOffCardLampFirst) {
   Dialogue dialogue("open 1\nclose");
   Link link(dialogue);
-  ASSERT_EQ(link.session.CtOpen(1), 0);
+  ASSERT_EQ(link.session.CtOpen(Port(1)), 0);
   link.display.lamps.clear();
   EXPECT_EQ(link.session.CtClose(), 0);
   EXPECT_FALSE(link.session.IsOpen());
@@ -135,7 +135,7 @@ TEST(CtCloseTest, TurnsTheLampsOffCardLampFirst) {
 TEST(CtCloseTest, AFailedCloseClosesTheLinkAllTheSame) {
   Dialogue dialogue("open 1\nclose -> -127");
   Link link(dialogue);
-  ASSERT_EQ(link.session.CtOpen(1), 0);
+  ASSERT_EQ(link.session.CtOpen(Port(1)), 0);
   link.display.lamps.clear();
   EXPECT_EQ(link.session.CtClose(), -127);
   EXPECT_FALSE(link.session.IsOpen());
@@ -385,7 +385,7 @@ TEST(CtOpenTest, YieldsBeforeTheCallAndLightsTheLampsAfterIt) {
   };
   api.init = [&](auto, auto) -> std::int8_t { return order.emplace_back("init"), 0; };
   api.baud = [&](auto, auto&) -> std::int8_t { return order.emplace_back("baud rate"), 0; };
-  ASSERT_EQ(link.session.CtOpen(1), 0);
+  ASSERT_EQ(link.session.CtOpen(Port(1)), 0);
   EXPECT_EQ(order,
             (std::vector<std::string>{"yield", "init", "card lamp", "terminal lamp", "baud rate"}));
 }

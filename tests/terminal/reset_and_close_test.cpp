@@ -13,7 +13,7 @@ TEST(ResetAndCloseTest, SendsTheResetAndClosesWhateverTheResetBrings) {
                              "open 1\n> 20 11 00 00 00\n< -> -127\nclose -> -127"}) {
     Dialogue dialogue(script);
     Link link(dialogue);
-    ASSERT_EQ(link.session.CtOpen(1), 0);
+    ASSERT_EQ(link.session.CtOpen(Port(1)), 0);
     ResetAndClose(link.session);
     EXPECT_FALSE(link.session.IsOpen());
   }

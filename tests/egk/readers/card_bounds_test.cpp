@@ -52,7 +52,7 @@ TEST_P(CardVdOffsetsTest, ReadOrRefused) {
   Dialogue dialogue(
       Script(CardScript(), "VdOffsets", {row.start, row.end}, "VdBlock", row.start, vd).c_str());
   EgkReading reading(dialogue);
-  EXPECT_EQ(reading.FromCard(), 0);
+  EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
   if (row.size == 0) {
     EXPECT_EQ(reading.Boxes(), Texts({u"\r\nKeine gültigen Daten in EF VD \r\n"}));
     EXPECT_EQ(ElementsOf(reading.insured), SampleElements(true, false));
@@ -95,7 +95,7 @@ TEST_P(CardPdLengthTest, ReadOrRefused) {
   const QByteArray pd = BlockOf(PdDocument(), row.size);
   Dialogue dialogue(Script(CardScript(), "PdLength", {row.end}, "PdBlock", 2, pd).c_str());
   EgkReading reading(dialogue);
-  EXPECT_EQ(reading.FromCard(), 0);
+  EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
   if (row.size == 0) {
     EXPECT_EQ(reading.Boxes(), Texts({u"\r\nKeine gültigen Daten in EF PD \r\n"}));
     EXPECT_EQ(ElementsOf(reading.insured), SampleElements(false, true));
@@ -125,7 +125,7 @@ TEST_P(CardContainerGvdTest, ReadOrRefused) {
   Dialogue dialogue(
       Script(CardScript(), "GvdOffsets", {row.start, row.end}, "GvdBlock", row.start, gvd).c_str());
   EgkReading reading(dialogue);
-  EXPECT_EQ(reading.FromCard(), 0);
+  EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
   EXPECT_EQ(ElementsOf(reading.insured), SampleElements());
   if (row.size == 0) {
     EXPECT_EQ(reading.Boxes(), Texts({u"\r\nKeine gültigen GVD Daten im EF VD Container! \r\n"}));
@@ -161,7 +161,7 @@ TEST(CardContainerGvdTest, BehindTheLastOffset) {
                           .Text()
                           .c_str());
     EgkReading reading(dialogue);
-    EXPECT_EQ(reading.FromCard(), 0);
+    EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
     EXPECT_EQ(reading.Boxes(),
               Texts({u"Read GVD Daten aus EF VD Container war nicht erfolgreich!\r\n"}));
   }
@@ -175,7 +175,7 @@ TEST_P(CardEfGvdLengthTest, ReadOrRefused) {
   Dialogue dialogue(
       Script(CardScriptWithEfGvd(), "EfGvdLength", {row.end}, "EfGvdBlock", 2, gvd).c_str());
   EgkReading reading(dialogue);
-  EXPECT_EQ(reading.FromCard(), 0);
+  EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
   if (row.size == 0) {
     EXPECT_EQ(reading.Boxes(), Texts({u"\r\nKeine gültigen Daten in EF GVD \r\n"}));
   } else {
@@ -202,7 +202,7 @@ TEST(CardBlockTest, AFileThatEndsEarly) {
                             Exchange("00B001C496", {}, "6282");
   Dialogue dialogue(CardScript().Replacing("PdBlock", block).Text().c_str());
   EgkReading reading(dialogue);
-  EXPECT_EQ(reading.FromCard(), 0);
+  EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
   EXPECT_EQ(reading.Boxes(), Texts({}));
   EXPECT_EQ(reading.Document(VsdKind::Pd).xmlText, PdDocument());
 }
@@ -234,7 +234,7 @@ class CardDecoderResultTest : public testing::TestWithParam<DecoderRow> {
     Dialogue dialogue(intact.Replacing(row.part, BlockScript(offset, block)).Text().c_str());
     EgkReading reading(dialogue);
     reading.validation.isOn = isValidated;
-    EXPECT_EQ(reading.FromCard(), 0);
+    EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
     boxes_ = reading.Boxes();
     statusText_ = reading.egk.statusText;
     elements_ = ElementsOf(reading.insured);

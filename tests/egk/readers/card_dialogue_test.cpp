@@ -87,7 +87,7 @@ TEST(CardDialogueTest, GvdInTheContainer) {
       close)")
                         .c_str());
   EgkReading reading(dialogue);
-  EXPECT_EQ(reading.Dispatched(), 0);
+  EXPECT_EQ(reading.Dispatched(), ReadOutcome::Done);
   ExpectWholeCard(reading);
   EXPECT_EQ(reading.Boxes(), Texts({}));
   EXPECT_TRUE(reading.info.DataRead);
@@ -161,7 +161,7 @@ TEST(CardDialogueTest, GvdInItsOwnFile) {
       close)")
                         .c_str());
   EgkReading reading(dialogue);
-  EXPECT_EQ(reading.Dispatched(), 0);
+  EXPECT_EQ(reading.Dispatched(), ReadOutcome::Done);
   ExpectWholeCard(reading);
   EXPECT_EQ(reading.Boxes(), Texts({}));
 }
@@ -215,7 +215,7 @@ TEST(CardDialogueTest, ProtectedDataWithoutAccessRights) {
       < 30 32 30 32 35 30 34 30 37 31 30 31 30 35 38 00 50 02 00 00 00 30 00 00 04 90 00)")
                         .c_str());
   EgkReading reading(dialogue);
-  EXPECT_EQ(reading.FromCard(), 0);
+  EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
   EXPECT_EQ(ElementsOf(reading.insured), SampleElements());
   EXPECT_EQ(reading.Document(VsdKind::Gvd).xmlText, u"");
   EXPECT_EQ(reading.egk.statusText, StatusVdText);
@@ -246,7 +246,7 @@ TEST(CardDialogueTest, NothingAllowedByAHandheldInItsStationaryMode) {
   Dialogue dialogue(NothingAllowed);
   EgkReading reading(dialogue);
   reading.info.ManufacturerId = u"NVRHC";
-  EXPECT_EQ(reading.FromCard(), -1);
+  EXPECT_EQ(reading.FromCard(), EgkResult::Stopped);
   EXPECT_EQ(reading.Boxes(),
             Texts({u"Das Lesen einer EGK ist im stationären Mode nicht erlaubt!\r\n"}));
   reading.ExpectInformationBoxes();
@@ -257,7 +257,7 @@ TEST(CardDialogueTest, NothingAllowedByAnotherTerminal) {
   Dialogue dialogue(NothingAllowed);
   EgkReading reading(dialogue);
   reading.info.ManufacturerId = u"DENRV";
-  EXPECT_EQ(reading.FromCard(), -1);
+  EXPECT_EQ(reading.FromCard(), EgkResult::Stopped);
   EXPECT_EQ(reading.Boxes(), Texts({u"Fehler 0x6900 aufgetreten!\r\n"}));
   reading.ExpectInformationBoxes();
   EXPECT_EQ(reading.info.DisplayText.Trimmed(), u"of before");
@@ -280,7 +280,7 @@ TEST(CardDialogueTest, AHandheldThatRefusesTheLastSelectOnly) {
       < 69 00)");
   EgkReading reading(dialogue);
   reading.info.ManufacturerId = u"NVRHC";
-  EXPECT_EQ(reading.FromCard(), -1);
+  EXPECT_EQ(reading.FromCard(), EgkResult::Stopped);
   EXPECT_EQ(reading.Boxes(), Texts({u"Das DF.HCA (Health Care Application) ist deaktiviert!\r\n",
                                     u"Fehler 0x6900 aufgetreten!\r\n"}));
 }
@@ -290,7 +290,7 @@ TEST(CardDialogueTest, AMemoryCardIsRefusedAtItsReset) {
       > 20 11 01 00
       < 90 00)");
   EgkReading reading(dialogue);
-  EXPECT_EQ(reading.FromCard(), -1);
+  EXPECT_EQ(reading.FromCard(), EgkResult::Stopped);
   EXPECT_EQ(reading.Boxes(), Texts({u"Reset Chipkarte war nicht erfolgreich!\r\n"}));
   reading.ExpectInformationBoxes();
 }

@@ -90,7 +90,8 @@ void ExpectRow(const ScriptParts& intact, const CardRow& row) {
   Dialogue dialogue(script.Text().c_str());
   EgkReading reading(dialogue);
 
-  EXPECT_EQ(reading.FromCard(), row.goes == Goes::Nowhere ? -1 : 0);
+  EXPECT_EQ(reading.FromCard(),
+            row.goes == Goes::Nowhere ? EgkResult::Stopped : EgkResult::Finished);
   std::vector<QString> expected;
   if (row.message != None) expected.push_back(QString::fromUtf16(row.message));
   EXPECT_EQ(reading.Boxes(), expected);
@@ -285,7 +286,7 @@ TEST(CardSerialNumberTest, LengthsOfTheDataObject) {
                           .Text()
                           .c_str());
     EgkReading reading(dialogue);
-    EXPECT_EQ(reading.FromCard(), -1);
+    EXPECT_EQ(reading.FromCard(), EgkResult::Stopped);
     return reading.egk.iccsn;
   };
   EXPECT_EQ(serialNumber("< 5A 0A 80 27 60 01 01 00 00 00 00 17 90 00"), SerialNumber);
@@ -305,7 +306,7 @@ TEST(CardSerialNumberTest, IsKeptOnlyOfAFailedExchange) {
     Dialogue dialogue(CardScript().Answering("Gdo", answer).Text().c_str());
     EgkReading reading(dialogue);
     reading.egk.iccsn = QStringLiteral("of before");
-    EXPECT_EQ(reading.FromCard(), 0);
+    EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
     EXPECT_EQ(reading.egk.iccsn, expected);
   }
 }
@@ -318,7 +319,7 @@ TEST(CardStatusTextTest, EachByteHasTwoDigits) {
                         .Text()
                         .c_str());
   EgkReading reading(dialogue);
-  EXPECT_EQ(reading.FromCard(), 0);
+  EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
   EXPECT_EQ(reading.egk.statusText, u"000102030405060708090A0B0C0D0E0F109FA0F0FF07000007");
   EXPECT_EQ(reading.egk.statusText.size(), 50);
 }
@@ -330,7 +331,7 @@ TEST(CardStatusTextTest, IsEmptiedBeforeItIsRead) {
         CardScript().Answering(part, "< 6D 00").WithoutRestOfSection(part).Text().c_str());
     EgkReading reading(dialogue);
     reading.egk.statusText = QStringLiteral("of before");
-    EXPECT_EQ(reading.FromCard(), 0);
+    EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
     EXPECT_EQ(reading.egk.statusText, u"") << part;
   }
 }
@@ -344,7 +345,7 @@ TEST(CardStoreTest, NumberOfElements) {
     for (const int element : {16, 17, 18, 19}) {
       reading.insured[static_cast<Element>(element)] = QStringLiteral("of before");
     }
-    EXPECT_EQ(reading.FromCard(), 0);
+    EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
     Elements expected = SampleElements();
     if (!isMobile) {
       for (const std::size_t element : {17U, 18U, 19U})
@@ -360,7 +361,7 @@ TEST(CardStoreTest, NothingOfAReadThatStopped) {
       CardScript().Answering("StatusHca", "< 69 00").WithoutRest("StatusHca").Text().c_str());
   EgkReading reading(dialogue);
   reading.insured[Element::Town] = QStringLiteral("of before");
-  EXPECT_EQ(reading.FromCard(), -1);
+  EXPECT_EQ(reading.FromCard(), EgkResult::Stopped);
   Elements expected(ElementCount);
   expected[14] = QStringLiteral("of before");
   EXPECT_EQ(ElementsOf(reading.insured), expected);

@@ -64,7 +64,7 @@ EgkReading::EgkReading(CtApi& api) : link(api) {
   info.DisplayText = u"of before";
 }
 
-std::int16_t EgkReading::Dispatched() {
+ReadOutcome EgkReading::Dispatched() {
   return ReadCardData({.link = link.session,
                        .pn = 1,
                        .info = info,

@@ -32,10 +32,10 @@ class EgkReading {
   explicit EgkReading(CtApi& api);
 
   // The readers themselves.
-  std::int16_t FromCard() { return ReadEgkFromCard(Target()); }
-  std::int16_t FromMobile() { return ReadEgkFromMobile(Target()); }
+  EgkResult FromCard() { return ReadEgkFromCard(Target()); }
+  EgkResult FromMobile() { return ReadEgkFromMobile(Target()); }
   // The whole read, on port 1.
-  std::int16_t Dispatched();
+  ReadOutcome Dispatched();
 
   [[nodiscard]] EgkTarget Target();
   [[nodiscard]] std::vector<QString> Boxes() const { return link.dialogs.Texts(); }

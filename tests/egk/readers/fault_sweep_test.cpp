@@ -39,7 +39,7 @@ struct Sweep {
     reading.info.Reset9501 = row.holds == Holds::ExtendedRecord;
     reading.link.dialogs.answerSafely = true;
     reading.link.dialogs.answers = {Answer::Yes};
-    result = reading.Dispatched();
+    outcome = reading.Dispatched();
   }
 
   [[nodiscard]] std::int64_t Count(QStringView call) const {
@@ -49,7 +49,7 @@ struct Sweep {
   FakeEgk card;
   FaultyApi api;
   EgkReading reading;
-  std::int16_t result = 0;
+  ReadOutcome outcome = ReadOutcome::Failed;
 };
 
 class EgkFaultSweepTest : public testing::TestWithParam<SweepRow> {};
@@ -76,7 +76,7 @@ void ExpectPartOf(const std::vector<QString>& intact, const EgkReading& reading)
 TEST_P(EgkFaultSweepTest, EveryFaultAtEveryExchange) {
   const SweepRow& row = GetParam();
   const Sweep intact(row, NoExchange, {});
-  ASSERT_EQ(intact.result, 0);
+  ASSERT_EQ(intact.outcome, ReadOutcome::Done);
   ASSERT_EQ(static_cast<int>(intact.api.Calls().size()), row.exchanges + 2);
   const std::vector<QString> intactTexts = AllTexts(intact.reading.insured, intact.reading.egk);
   const bool isRecord = row.holds == Holds::PlainRecord || row.holds == Holds::ExtendedRecord;
@@ -93,7 +93,7 @@ TEST_P(EgkFaultSweepTest, EveryFaultAtEveryExchange) {
       EXPECT_EQ(sweep.Count(u"000E0000"), mayErase ? 1 : 0);
       sweep.reading.ExpectNothingOfAnotherPerson();
       ExpectPartOf(intactTexts, sweep.reading);
-      if (sweep.result != 0) {
+      if (sweep.outcome != ReadOutcome::Done) {
         EXPECT_TRUE(sweep.reading.insured.IsEmpty());
         EXPECT_TRUE(sweep.reading.egk.IsEmpty());
         EXPECT_FALSE(sweep.reading.info.DataRead);
@@ -196,7 +196,7 @@ TEST(EgkGarbageTest, AnyBytesUnderAGoodStatusWord) {
       reading.info.Reset9501 = terminal == Terminal::Extended;
       reading.validation.isOn = seed % 2 == 0;
       reading.link.dialogs.answers = {Answer::Yes};
-      EXPECT_EQ(reading.Dispatched(), 0);
+      EXPECT_EQ(reading.Dispatched(), ReadOutcome::Done);
       EXPECT_EQ(card.calls.back(), u"close");
       EXPECT_EQ(std::count(card.calls.begin(), card.calls.end(), QStringLiteral("000E0000")),
                 isMobile ? 1 : 0);

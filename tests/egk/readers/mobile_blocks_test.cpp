@@ -45,7 +45,7 @@ void ExpectFile(const ScriptParts& intact, const char* part, const char* p1p2, V
   EgkReading reading(dialogue);
   reading.info.Reset95 = true;
   reading.info.Reset9501 = intact.Has("Gvd");
-  EXPECT_EQ(reading.FromMobile(), 0);
+  EXPECT_EQ(reading.FromMobile(), EgkResult::Finished);
   EXPECT_EQ(reading.Boxes(), row.notes.isEmpty() ? Texts({}) : Texts({row.notes}));
   EXPECT_EQ(reading.Document(kind).xmlText, row.isRead ? document : QString());
 }
@@ -222,7 +222,7 @@ TEST_P(MobileGvdSourceTest, FileOrContainer) {
   EgkReading reading(dialogue);
   reading.info.Reset95 = true;
   reading.info.Reset9501 = true;
-  EXPECT_EQ(reading.FromMobile(), 0);
+  EXPECT_EQ(reading.FromMobile(), EgkResult::Finished);
   EXPECT_EQ(reading.Boxes(), row.note == nullptr ? Texts({}) : Texts({row.note}));
   EXPECT_EQ(reading.Document(VsdKind::Gvd).xmlText, row.isContainers ? GvdDocument() : ofFile);
 }
@@ -271,7 +271,7 @@ class MobileDecoderResultTest : public testing::TestWithParam<DecoderRow> {
     reading.info.Reset95 = true;
     reading.info.Reset9501 = true;
     reading.validation.isOn = isValidated;
-    EXPECT_EQ(reading.FromMobile(), 0);
+    EXPECT_EQ(reading.FromMobile(), EgkResult::Finished);
     std::vector<QString> boxes = reading.Boxes();
     if (std::string_view(row.part) != "Gvd") boxes.erase(boxes.begin());  // no EF.GVD
     return boxes;
@@ -305,7 +305,7 @@ TEST(MobileDocumentTest, PdThenVdThenGvd) {
   Dialogue dialogue(PlainRecordScript().Text().c_str());
   EgkReading reading(dialogue);
   reading.info.Reset95 = true;
-  EXPECT_EQ(reading.FromMobile(), 0);
+  EXPECT_EQ(reading.FromMobile(), EgkResult::Finished);
   EXPECT_EQ(reading.link.display.statusTexts,
             Texts({u"Persoenliche Versichertendaten werden dekomprimiert.",
                    u"Allgemeine Versicherungsdaten werden dekomprimiert.",
@@ -321,7 +321,7 @@ TEST(MobileDocumentTest, ChecksumElement) {
       PlainRecordScript().Replacing("StatusVd", Exchange("00B08C0000", status)).Text().c_str());
   EgkReading reading(dialogue);
   reading.info.Reset95 = true;
-  EXPECT_EQ(reading.FromMobile(), 0);
+  EXPECT_EQ(reading.FromMobile(), EgkResult::Finished);
   EXPECT_EQ(reading.insured[Element::ChecksumSupplement], u"12");
   EXPECT_EQ(reading.egk.stored.checksumText, u"123F");
   EXPECT_EQ(reading.Boxes(), Texts({BadChecksum}));
@@ -333,7 +333,7 @@ TEST(MobileDocumentTest, NumberOfElements) {
     Dialogue dialogue(PlainRecordScript().Text().c_str());
     EgkReading reading(dialogue);
     reading.info.Reset95 = isMobile;
-    EXPECT_EQ(reading.FromMobile(), 0);
+    EXPECT_EQ(reading.FromMobile(), EgkResult::Finished);
     EXPECT_EQ(reading.insured[Element::ReadingDate].isEmpty(), !isMobile);
     EXPECT_EQ(reading.insured[Element::Checksum], u"");
   }

@@ -54,7 +54,7 @@ TEST(MobileDialogueTest, PlainRecord) {
                         .c_str());
   EgkReading reading(dialogue);
   reading.link.dialogs.answers = {Answer::Yes};
-  EXPECT_EQ(reading.Dispatched(), 0);
+  EXPECT_EQ(reading.Dispatched(), ReadOutcome::Done);
 
   EXPECT_EQ(ElementsOf(reading.insured), WithStatusData(u"DENRV;DEMOTERM;1.2.3:4.5.6", u"3F"));
   EXPECT_EQ(reading.Document(VsdKind::Pd).xmlText, PdDocument());
@@ -110,7 +110,7 @@ TEST(MobileDialogueTest, ExtendedRecord) {
   reading.info.Reset95 = true;
   reading.info.Reset9501 = true;
   reading.link.dialogs.answers = {Answer::Yes};
-  EXPECT_EQ(reading.Dispatched(), 0);
+  EXPECT_EQ(reading.Dispatched(), ReadOutcome::Done);
 
   EXPECT_EQ(ElementsOf(reading.insured),
             WithStatusData(u"DENRV;DEMOTERM;001.002.003:004.005.006", u"22"));

@@ -82,7 +82,7 @@ TEST_P(MobileStopTest, MessageAndNothingFurther) {
       row.terminal);
   EgkReading& reading = record.reading;
   reading.insured[Element::Town] = QStringLiteral("of before");
-  EXPECT_EQ(reading.FromMobile(), -1);
+  EXPECT_EQ(reading.FromMobile(), EgkResult::Stopped);
   EXPECT_EQ(reading.Boxes(), row.message == None ? Texts({}) : Texts({row.message}));
   reading.ExpectInformationBoxes();
   EXPECT_EQ(reading.insured[Element::Town], u"of before");
@@ -141,7 +141,7 @@ TEST_P(MobileNoteTest, OneNoteAndEverythingElse) {
   if (std::string_view(row.part) == "Erase") script = script.WithoutRest(row.part);
   RecordReading record(script, row.terminal);
   EgkReading& reading = record.reading;
-  EXPECT_EQ(reading.FromMobile(), 0);
+  EXPECT_EQ(reading.FromMobile(), EgkResult::Finished);
   EXPECT_EQ(reading.Boxes(), row.note == None ? Texts({}) : Texts({row.note}));
   reading.ExpectInformationBoxes();
 
@@ -229,7 +229,7 @@ TEST(MobileReadTest, OtherSuccesses) {
             .Replacing("Pd", file("8100", FileWithLength(Compressed(PdDocument(), 600))))
             .Replacing("Vd", file("8200", vd)),
         Terminal::Plain);
-    EXPECT_EQ(record.reading.FromMobile(), 0);
+    EXPECT_EQ(record.reading.FromMobile(), EgkResult::Finished);
     EXPECT_EQ(record.reading.Boxes(), Texts({}));
     EXPECT_EQ(record.reading.Document(VsdKind::Gvd).xmlText, GvdDocument());
   }
@@ -245,7 +245,7 @@ TEST(MobileReadTest, AllNotesOfAPlainRecordInOneBox) {
                            .Answering("Erase", "< 65 01")
                            .WithoutRest("Erase"),
                        Terminal::Plain);
-  EXPECT_EQ(record.reading.FromMobile(), 0);
+  EXPECT_EQ(record.reading.FromMobile(), EgkResult::Finished);
   EXPECT_EQ(record.reading.Boxes(), Texts({u"\r\nRead EF Status VD  war nicht erfolgreich!"
                                            u"\r\nRead EF PD war nicht erfolgreich!"
                                            u"\r\nRead EF VD war nicht erfolgreich!"
@@ -262,7 +262,7 @@ TEST(MobileReadTest, AllNotesOfAnExtendedRecordInOneBox) {
                            .Answering("Erase", "< -> -8")
                            .WithoutRest("Erase"),
                        Terminal::Extended);
-  EXPECT_EQ(record.reading.FromMobile(), 0);
+  EXPECT_EQ(record.reading.FromMobile(), EgkResult::Finished);
   EXPECT_EQ(record.reading.Boxes(),
             Texts({u"\r\nKeine gültigen Daten in EF PD "
                    u"\r\nKeine gültigen VD Daten in EF VD "
@@ -282,7 +282,7 @@ TEST(MobileReadTest, OrderOfTheBoxes) {
           .Answering("Pd", "< 6A 82")
           .Replacing("Vd", Exchange("00B0820000", Container(Damaged(VdDocument()), {}))),
       Terminal::Plain);
-  EXPECT_EQ(record.reading.FromMobile(), 0);
+  EXPECT_EQ(record.reading.FromMobile(), EgkResult::Finished);
   const QString badChecksum =
       QStringLiteral("Die Prüfsumme der gelesenen eGK VSD Zusatzdaten ist korrupt!!! ");
   EXPECT_EQ(record.reading.Boxes(),
@@ -305,7 +305,7 @@ TEST(MobileReadTest, NoBoxBeforeTheErase) {
   reading.link.eventLoop.onYield = [&] {
     boxesAtExchange.push_back(reading.link.dialogs.boxes.size());
   };
-  EXPECT_EQ(reading.FromMobile(), 0);
+  EXPECT_EQ(reading.FromMobile(), EgkResult::Finished);
   EXPECT_EQ(boxesAtExchange, std::vector<std::size_t>(6, 0U));
   EXPECT_EQ(reading.Boxes().size(), 2U);
 }
@@ -318,7 +318,7 @@ TEST(MobileReadTest, NothingOfAnEarlierRecordIsLeft) {
   for (VsdDocument& document : reading.egk.documents) document = {};
   reading.egk.iccsn.clear();
   reading.egk.statusText.clear();
-  EXPECT_EQ(reading.FromMobile(), 0);
+  EXPECT_EQ(reading.FromMobile(), EgkResult::Finished);
   reading.ExpectNothingOfAnotherPerson();
 }
 
