@@ -26,8 +26,8 @@ struct Practice {
   }
 
   void Read() {
-    if (ReadCardData({session, 1, info, insured, egk, validation, dialogs, display, eventLoop}) !=
-        ReadOutcome::Done) {
+    if (ReadCardData({session, Port(1), info, insured, egk, validation, dialogs, display,
+                      eventLoop}) != ReadOutcome::Done) {
       throw std::runtime_error("the card was not read");
     }
   }

@@ -91,7 +91,7 @@ void ReadFullTemplate(benchmark::State& state, bool mobile) {
   info.Reset95 = mobile;
   InsuredData insured;
   const auto read = [&] {
-    KvkResult result = ReadKvk(record, {info, insured, 1, dialogs});
+    KvkResult result = ReadKvk(record, {info, insured, Port(1), dialogs});
     if (result != KvkResult::Read || insured[Element::Town].isEmpty())
       state.SkipWithError("not read");
     benchmark::DoNotOptimize(insured);

@@ -55,8 +55,8 @@ class Program {
   }
 
   void Read() {
-    const ReadTarget target{session_,    FirstReader, info_,    insured_,  egk_,
-                            validation_, dialogs_,    display_, eventLoop_};
+    const ReadTarget target{session_,    Port(FirstReader), info_,    insured_,  egk_,
+                            validation_, dialogs_,          display_, eventLoop_};
     Expect(ReadCardData(target) == ReadOutcome::Done, "the card was not read");
   }
 

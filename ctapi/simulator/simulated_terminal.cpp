@@ -26,8 +26,8 @@ SimulatedTerminal::SimulatedTerminal(TerminalProfile profile, TerminalState stat
     : profile_(std::move(profile)), state_(state) {}
 
 void SimulatedTerminal::Insert(CardImage card) {
-  RemoveCard();
-  card_.emplace(std::move(card));
+  if (active_ == Presented::Card) active_ = Presented::Nothing;
+  card_ = std::move(card);
 }
 
 void SimulatedTerminal::RemoveCard() {

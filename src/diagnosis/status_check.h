@@ -2,6 +2,7 @@
 
 #include "discovery/terminal_info.h"
 #include "platform/dialogs.h"
+#include "platform/port.h"
 #include "terminal/ct_session.h"
 
 namespace kartocheck {

@@ -6,6 +6,7 @@
 #include "discovery/terminal_info.h"
 #include "kvk/insured_data.h"
 #include "platform/dialogs.h"
+#include "platform/port.h"
 
 namespace kartocheck {
 

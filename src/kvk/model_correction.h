@@ -3,6 +3,7 @@
 #include <QStringView>
 
 #include "discovery/terminal_info.h"
+#include "platform/port.h"
 
 namespace kartocheck {
 

@@ -5,6 +5,7 @@
 #include "egk/egk_reader.h"
 #include "kvk/insured_data.h"
 #include "platform/dialogs.h"
+#include "platform/port.h"
 #include "terminal/ct_session.h"
 
 namespace kartocheck {

@@ -57,7 +57,7 @@ TEST_P(StatusCheckTest, Result) {
   Dialogue dialogue(row.script);
   Link link(dialogue);
   TerminalInfo info = InfoOf(row.known);
-  EXPECT_EQ(CheckStatus({link.session, row.pn, info, link.dialogs}), row.result);
+  EXPECT_EQ(CheckStatus({link.session, Port(row.pn), info, link.dialogs}), row.result);
 
   ASSERT_EQ(link.dialogs.boxes.size(), row.box.isEmpty() ? 0U : 1U);
   if (!row.box.isEmpty()) {
@@ -242,7 +242,7 @@ TEST(StatusCheckLinkTest, ALinkThatIsStillOpenIsClosedFirst) {
   Link link(dialogue);
   ASSERT_EQ(link.session.CtOpen(Port(3)), 0);
   TerminalInfo info;
-  EXPECT_EQ(CheckStatus({link.session, 1, info, link.dialogs}), Readiness::NotReady);
+  EXPECT_EQ(CheckStatus({link.session, Port(1), info, link.dialogs}), Readiness::NotReady);
 }
 
 TEST(StatusCheckLinkTest, EveryFaultAtEitherExchangeLeavesTheLinkClosed) {
@@ -254,7 +254,7 @@ TEST(StatusCheckLinkTest, EveryFaultAtEitherExchangeLeavesTheLinkClosed) {
       FaultyApi api(book, faulty, fault);
       Link link(api);
       TerminalInfo info;
-      EXPECT_EQ(CheckStatus({link.session, 1, info, link.dialogs}),
+      EXPECT_EQ(CheckStatus({link.session, Port(1), info, link.dialogs}),
                 faulty == 1 ? Readiness::NotReady : Readiness::Ready);
       EXPECT_FALSE(link.session.IsOpen());
       EXPECT_EQ(api.Calls().back(), u"close");

@@ -25,17 +25,17 @@ namespace {
 using ctapi::TerminalFamily;
 using ctapi::TerminalModel;
 
-constexpr int Com1 = 1;
+constexpr Port Com1(1);
 
 std::string NameOf(const TerminalFamily& family) {
   ctapi::SimulatedPractice practice;
-  practice.Attach(Com1, {.Terminal = ctapi::SimulatedTerminal(family.Profile)});
+  practice.Attach(1, {.Terminal = ctapi::SimulatedTerminal(family.Profile)});
   CtApiSimulated api(practice);
   Link link(api);
   TerminalInfo info;
   PortEntry port;
   EXPECT_EQ(link.session.CtOpen(Com1), 0);
-  EXPECT_EQ(IdentifyTerminal(link.session, Com1, info, port), 0);
+  EXPECT_EQ(IdentifyTerminal(link.session, Com1, info, port), Identification::Finished);
   return info.ModelName.Trimmed().toStdString();
 }
 

@@ -24,7 +24,7 @@ void ReadOnce(fuzz::ByteSource& source) {
   const ValidationSettings validation;
   ReadOutcome outcome = ReadOutcome::Failed;
   try {
-    outcome = ReadCardData({link.session, pn, info, insured, egk, validation, link.dialogs,
+    outcome = ReadCardData({link.session, Port(pn), info, insured, egk, validation, link.dialogs,
                             link.display, link.eventLoop});
   } catch (const fuzz::Terminated&) {
     return;

@@ -25,7 +25,7 @@ void ReadOnce(QStringView data, std::uint8_t flags) {
   if ((flags & 4) != 0) info.ProductCode = product_code::SerieDelta;
   InsuredData insured;
   const int pn = (flags & 2) != 0 ? 8192 : 1;
-  const bool isRead = ReadKvk(data, {info, insured, pn, dialogs}) == KvkResult::Read;
+  const bool isRead = ReadKvk(data, {info, insured, Port(pn), dialogs}) == KvkResult::Read;
 
   fuzz::Require(isRead || dialogs.messages > 0, "a failed read has shown a message");
   fuzz::Require(dialogs.messages <= 2, "no read shows more than two messages");

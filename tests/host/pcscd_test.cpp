@@ -9,8 +9,9 @@
 #include "host/pcsc_service.h"
 #include "host/pcsc_transport.h"
 #include "host/pcscd_service.h"
-#include "host/serial_transport.h"
+#include "host/transports.h"
 #include "host/virtual_egk.h"
+#include "protocol/com_table.h"
 #include "simulator/hex.h"
 #include "simulator/scenario.h"
 
@@ -92,8 +93,7 @@ class PcscdTest : public testing::Test {
   SimulatedPractice practice_ = LoadScenario(BUNDLED_SCENARIOS "/praxis.json");
   std::unique_ptr<PcscdService> service_;
   std::unique_ptr<VirtualCard> card_;
-  HostLibrary library_{std::make_unique<SerialTransport>(),
-                       std::make_unique<PcscTransport>(LoadPcscApi())};
+  HostLibrary library_{MakeTransports()};
 };
 
 TEST_F(PcscdTest, ReadsAnEgk) {
@@ -369,7 +369,7 @@ TEST_F(PcscdTest, TheProgramFindsTheReaderAndReadsTheEgk) {
 TEST_F(PcscdTest, ASweepOverAllPortsFindsTheReader) {
   ASSERT_TRUE(OpenReader());
   ASSERT_EQ(library_.Close(1), 0);
-  setenv(ComTableVariable, "", 1);
+  setenv(ctapi::ComTableVariable, "", 1);
   std::vector<int> found;
   for (const int first : {1, 8192}) {
     for (int pn = first; pn < first + 256; ++pn) {

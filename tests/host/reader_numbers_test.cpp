@@ -12,6 +12,7 @@
 #include "support/fake_port_directory.h"
 #include "support/fake_serial_port.h"
 #include "support/link_fixture.h"
+#include "support/open_module.h"
 #include "support/printing.h"
 
 // Program and library must mean the same reader by a port number, whatever is plugged in meanwhile.
@@ -29,8 +30,8 @@ using ctapi::host::Transport;
 using ctapi::host::test::FakePcsc;
 using ctapi::host::test::HostLibraryApi;
 
-constexpr int SerialPortNumber = 5;
-constexpr int FirstReader = ctapi::UsbPorts.First;
+constexpr Port SerialPortNumber(5);
+constexpr Port FirstReader(ctapi::UsbPorts.First);
 
 class SilentLink final : public TerminalLink {
  public:
@@ -45,7 +46,7 @@ class SilentLink final : public TerminalLink {
 class OneSerialPort final : public Transport {
  public:
   OpenedLink Open(std::size_t index) override {
-    if (index != SerialPortNumber - 1) return {};
+    if (index != SerialPortNumber.Number() - 1) return {};
     return {ctapi::code::Success, std::make_unique<SilentLink>()};
   }
   PortInfo InfoOf(std::size_t /*index*/) override { return {}; }
@@ -70,13 +71,13 @@ class ReaderNumbersTest : public testing::Test {
   FakeDisplay display;
   FakeEventLoop eventLoop;
   FakeSerialPort serial{FakeSerialPort::FourPorts()};
-  Bas_MKT_Test module{{.api = api,
-                       .dialogs = dialogs,
-                       .display = display,
-                       .eventLoop = eventLoop,
-                       .serial = serial,
-                       .directory = directory,
-                       .terminate = [] { throw Terminated{}; }}};
+  OpenModule module{{.api = api,
+                     .dialogs = dialogs,
+                     .display = display,
+                     .eventLoop = eventLoop,
+                     .serial = serial,
+                     .directory = directory,
+                     .terminate = [] { throw Terminated{}; }}};
 };
 
 TEST_F(ReaderNumbersTest, TheReaderThatIsNamedIsTheOneThatIsRead) {

@@ -45,8 +45,8 @@ SlotReading::SlotReading(CtApi& api, const KnownTerminal& terminal, int port)
 }
 
 ReadOutcome SlotReading::Read() {
-  return ReadCardData({link.session, pn, info, insured, egk, validation, link.dialogs, link.display,
-                       link.eventLoop});
+  return ReadCardData({link.session, Port(pn), info, insured, egk, validation, link.dialogs,
+                       link.display, link.eventLoop});
 }
 
 void SlotReading::ExpectEmptySlot() const {

@@ -23,7 +23,7 @@ struct KvkReading {
   explicit KvkReading(Kind kind = Kind::Stationary) { info.Reset95 = kind == Kind::Mobile; }
 
   KvkResult Read(QStringView data) { return ReadKvk(data, Target()); }
-  [[nodiscard]] KvkTarget Target() { return {info, insured, pn, dialogs}; }
+  [[nodiscard]] KvkTarget Target() { return {info, insured, Port(pn), dialogs}; }
   [[nodiscard]] std::vector<QString> Boxes() const { return dialogs.Texts(); }
 
   TerminalInfo info;

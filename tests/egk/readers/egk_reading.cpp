@@ -66,7 +66,7 @@ EgkReading::EgkReading(CtApi& api) : link(api) {
 
 ReadOutcome EgkReading::Dispatched() {
   return ReadCardData({.link = link.session,
-                       .pn = 1,
+                       .port = Port(1),
                        .info = info,
                        .insured = insured,
                        .egk = egk,

@@ -44,7 +44,7 @@ void OnePortAfterTheOther(const QString& scenario, FlowLog& log) {
   for (const int pn : PortsOf(scenario)) {
     for (const bool json : {false, true}) {
       log.Line(QStringLiteral("== port %1%2").arg(pn).arg(json ? u" as JSON" : u""));
-      RunConsoleCall(scenario, {.json = json, .eraseRecords = json, .port = pn}, log);
+      RunConsoleCall(scenario, {.json = json, .eraseRecords = json, .port = Port(pn)}, log);
     }
   }
 }
@@ -55,7 +55,7 @@ void Diagnoses(const QString& scenario, FlowLog& log) {
       QString line = QStringLiteral("== diagnosis of port %1, typed:").arg(pn);
       for (const std::string& answer : typed) line += u' ' + Quoted(QString::fromStdString(answer));
       log.Line(line);
-      RunConsoleCall(scenario, {.diagnose = pn, .typed = typed}, log);
+      RunConsoleCall(scenario, {.diagnose = Port(pn), .typed = typed}, log);
     }
   }
 }

@@ -52,9 +52,9 @@ LoggedProgram::LoggedProgram(const QString& scenarioFile, FlowLog& log)
               .serial = serial,
               .directory = directory,
               .terminate = TerminateOf(log)}),
-      flow(module, recorder, recorder, window) {
-  LoadSchemas(module.Validation, SchemaDirectories());
-  window.Attach(flow);
+      flow(module, recorder, recorder, view, window) {
+  module.LoadSchemas(SchemaDirectories());
+  window.Attach(flow, view, module);
   window.OfferReport([this] { return Report(); });
   window.show();
   QApplication::setActiveWindow(&window);
@@ -62,7 +62,7 @@ LoggedProgram::LoggedProgram(const QString& scenarioFile, FlowLog& log)
 
 QString LoggedProgram::Report() const {
   const QDateTime time(QDate(2024, 3, 5), QTime(Noon, 0));
-  return TestReportText(time, Facts(), module, flow, recorder);
+  return TestReportText(time, Facts(), module, recorder);
 }
 
 void RunConsoleCall(const QString& scenarioFile, const ConsoleCall& call, FlowLog& log) {
@@ -98,8 +98,8 @@ void RunConsoleCall(const QString& scenarioFile, const ConsoleCall& call, FlowLo
                        .serial = serial,
                        .directory = directory,
                        .terminate = TerminateOf(log)});
-  LoadSchemas(module.Validation, SchemaDirectories());
-  module.Validation.isOn = call.validate;
+  module.LoadSchemas(SchemaDirectories());
+  module.SetValidation(call.validate);
   const int status =
       call.diagnose ? RunConsoleDiagnosis(*call.diagnose, module, frontEnd, out)
                     : RunConsole({.json = call.json, .port = call.port}, module, frontEnd, out);

@@ -11,8 +11,8 @@
 #include "gui/flow_logs/logged_surroundings.h"
 #include "gui/support/hooked_library.h"
 #include "gui/support/screen.h"
-#include "platform/ct_api_simulated.h"
-#include "platform/serial_port_simulated.h"
+#include "platform/simulated/ct_api_simulated.h"
+#include "platform/simulated/serial_port_simulated.h"
 #include "simulator/simulated_practice.h"
 #include "ui/form_mkt_test.h"
 #include "ui/main_window/run_recorder.h"
@@ -44,6 +44,7 @@ class LoggedProgram : public Screen {
   LoggedDisplay display;
   RunRecorder recorder;
   Bas_MKT_Test module;
+  ViewState view;
   TestFlow flow;
 };
 
@@ -51,8 +52,8 @@ struct ConsoleCall {
   bool json = false;
   bool eraseRecords = false;
   bool validate = false;
-  std::optional<int> port{};
-  std::optional<int> diagnose{};
+  std::optional<Port> port{};
+  std::optional<Port> diagnose{};
   std::deque<std::string> typed{};  // answers to the questions of the diagnosis
 };
 

@@ -79,18 +79,12 @@ class LoggedDialogs final : public Dialogs {
   FlowLog& log_;
 };
 
-// The status texts; what else is displayed is seen on the screen.
+// The status texts.
 class LoggedDisplay final : public Display {
  public:
   LoggedDisplay(Display& display, FlowLog& log) : display_(display), log_(log) {}
 
   void ShowStatusText(const QString& text) override;
-  void ShowProgress(int percent) override { display_.ShowProgress(percent); }
-  bool ShowFrameX(int frame) override { return display_.ShowFrameX(frame); }
-  void ShowDiagnosisStep(const QString& step) override { display_.ShowDiagnosisStep(step); }
-  void EnablePort(int slot, bool enabled) override { display_.EnablePort(slot, enabled); }
-  void SetLamp(Lamp lamp, LampState state) override { display_.SetLamp(lamp, state); }
-  void ShowSlot(int slot) override { display_.ShowSlot(slot); }
 
  private:
   Display& display_;
