@@ -2,6 +2,7 @@
 # Formats every C++ file; with --check it only tells which ones are not formatted, and fails.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+command -v clang-format >/dev/null || scripts/install.sh test
 
 if command -v git >/dev/null && git rev-parse --git-dir >/dev/null 2>&1; then
   mapfile -d '' files < <(git ls-files -z --cached --others --exclude-standard '*.cpp' '*.h')
