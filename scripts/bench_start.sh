@@ -7,7 +7,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 if [ "${1:-}" != --measure ]; then
-  [ -f build/release/CMakeCache.txt ] || cmake --preset release
+  scripts/install.sh test
+  cmake --preset release >/dev/null
   cmake --build build/release --target start_program start_empty_window start_empty_main_window
   QT_QPA_PLATFORM=offscreen "$0" --measure "offscreen"
   if command -v xvfb-run >/dev/null; then QT_QPA_PLATFORM=xcb xvfb-run -a "$0" --measure "X11"; fi

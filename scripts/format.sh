@@ -2,6 +2,7 @@
 # Formats every C++ file; with --check it only tells which ones are not formatted, and fails.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+command -v clang-format >/dev/null || scripts/install.sh test
 
 # Versions differ in details, so one judges everywhere: the newest that Debian 12 and 13 both have.
 clang_format=clang-format-19

@@ -12,7 +12,7 @@ run_packages=(
 )
 test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
-  clang libclang-rt-dev clang-format-19
+  clang libclang-rt-dev clang-format-19 clang-tidy gcovr
   libxml2-utils fonts-dejavu-core
   pcscd vsmartcard-vpcd
 )

@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/install.sh test
-[ -f build/release/CMakeCache.txt ] || cmake --preset release
+cmake --preset release >/dev/null
 cmake --build --preset release --target kartocheck_screenshots
 
 export QT_QPA_PLATFORM=offscreen:configfile=tests/gui/large_screen.json

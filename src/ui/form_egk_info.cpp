@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include "ui/element_grid.h"
+#include "ui/fixed_pitch_font.h"
 #include "ui/picture.h"
 #include "ui/plain_label.h"
 
@@ -34,13 +35,6 @@ constexpr int InfoCharacters = 72;
 
 QString LabelName(int number) {
   return u"Label" + QString::number(number);
-}
-
-QFont FixedPitch(QFont font) {
-  font.setFamilies({QStringLiteral("Courier New")});
-  font.setStyleHint(QFont::Monospace);
-  font.setFixedPitch(true);
-  return font;
 }
 
 // A label shows CR LF as one line break.
@@ -122,7 +116,7 @@ QWidget* Form_egK_Info::NewXmlView() {
   Text1 = new QPlainTextEdit(views_);
   Text1->setObjectName(QStringLiteral("Text1"));
   Text1->setAccessibleName(XmlTextsHeading.toString());
-  Text1->setFont(FixedPitch(Text1->font()));
+  Text1->setFont(FixedPitchFont(Text1->font()));
   Text1->setReadOnly(true);
   Text1->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   Text1->setTabChangesFocus(true);
@@ -159,7 +153,7 @@ QWidget* Form_egK_Info::NewInfoView() {
 QLabel* Form_egK_Info::NewInfoLine(int number, QWidget* parent) {
   const InfoLine& line = info_.lines.at(static_cast<std::size_t>(number));
   QLabel* label = PlainLabel(LabelName(number), line.text, parent);
-  label->setFont(FixedPitch(label->font()));
+  label->setFont(FixedPitchFont(label->font()));
   label->setToolTip(line.toolTip.toString());
   label->setAccessibleDescription(line.toolTip.toString());
   MakeSelectable(label);

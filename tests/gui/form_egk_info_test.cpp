@@ -2,7 +2,7 @@
 
 #include <QApplication>
 #include <QClipboard>
-#include <QFontInfo>
+#include <QFontMetricsF>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -10,6 +10,8 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTableWidget>
 #include <QTest>
 #include <QToolButton>
@@ -21,6 +23,7 @@
 #include "gui/support/box_answerer.h"
 #include "gui/support/screen.h"
 #include "support/printing.h"
+#include "ui/fixed_pitch_font.h"
 
 namespace kartocheck::test {
 namespace {
@@ -175,8 +178,41 @@ TEST(EgkWindowTest, ShowsTheCardsFacts) {
     EXPECT_EQ(label.text(), info.lines.at(static_cast<std::size_t>(number)).text);
     EXPECT_EQ(label.toolTip(), info.lines.at(static_cast<std::size_t>(number)).toolTip);
     EXPECT_EQ(label.textFormat(), Qt::PlainText);
-    EXPECT_EQ(label.font().families().value(0), u"Courier New");
-    EXPECT_TRUE(QFontInfo(label.font()).fixedPitch()) << number;
+    EXPECT_EQ(label.font().families(), FixedPitchFont(label.font()).families()) << number;
+  }
+}
+
+// Where the character in this column of a line is seen in the window.
+double PlaceOf(EgkWindow& shown, int number, qsizetype column) {
+  const auto& label = shown.screen.Find<QLabel>(u"Label" + QString::number(number));
+  return label.mapTo(&shown.window, label.contentsRect().topLeft()).x() +
+         QFontMetricsF(label.font()).horizontalAdvance(label.text().left(column));
+}
+
+// The line above the parts of a number is the whole number. Each part begins below its first digit.
+TEST(EgkWindowTest, ThePartsStandBelowTheirPlacesInTheWhole) {
+  struct Part {
+    int label;
+    QStringView value;
+    int whole;  // the label of the whole number
+    qsizetype column;
+  };
+  const Part parts[] = {
+      {4, u"80", 3, 27},           {5, u"276", 3, 29},
+      {6, u"00123", 3, 32},        {7, u"4567890123", 3, 37},
+      {11, u"30", 10, 19},         {12, u"1111111111111111111111111111", 10, 21},
+      {13, u"2222222222", 10, 49}, {14, u"3333333333", 10, 59},
+  };
+  EgkWindow shown(InfoOf(Card()));
+  shown.Command(4);
+  QCoreApplication::processEvents();
+  if (!IsFixedPitch(shown.screen.Find(QStringLiteral("Label3")).font())) {
+    GTEST_SKIP() << "No font of this machine is fixed-pitch.";
+  }
+  for (const auto& [label, value, whole, column] : parts) {
+    EXPECT_EQ(shown.Label(label).indexOf(value), column) << label;
+    EXPECT_EQ(shown.Label(whole).mid(column, value.size()), value) << label;
+    EXPECT_DOUBLE_EQ(PlaceOf(shown, label, column), PlaceOf(shown, whole, column)) << label;
   }
 }
 
@@ -239,12 +275,13 @@ TEST(EgkWindowTest, TheInfoLinesAreWhole) {
   EgkWindow shown(InfoOf(Card()));
   shown.Command(4);
   QCoreApplication::processEvents();
+  const auto& area = *shown.window.findChild<QScrollArea*>();
   for (const int number : {2, 3, 9, 10, 14}) {
     const auto& label = shown.screen.Find<QLabel>(u"Label" + QString::number(number));
     EXPECT_GE(label.width(), label.fontMetrics().horizontalAdvance(label.text())) << number;
-    const int right = label.mapTo(&shown.window, QPoint(0, 0)).x() +
+    const int right = label.mapTo(area.widget(), QPoint(0, 0)).x() +
                       label.fontMetrics().horizontalAdvance(label.text());
-    EXPECT_LE(right, shown.window.width()) << number;
+    EXPECT_LE(right, area.viewport()->width() + area.horizontalScrollBar()->maximum()) << number;
   }
 }
 

@@ -1,8 +1,10 @@
 #include "ui/message_boxes.h"
 
 #include <QMessageBox>
+#include <QScreen>
 #include <QWidget>
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "gui/support/box_answerer.h"
@@ -100,17 +102,19 @@ TEST_F(MessageBoxesTest, QuestionsGiveTheAnswerOfTheButton) {
   }
 }
 
-TEST_F(MessageBoxesTest, TheLongestLineIsNotWrapped) {
-  const QString line =
-      QStringLiteral(" Nach Durchführen eines Lesetests an einem Vedra F/Serie Delta/Sigma Gerät ");
-  int lines = 0;
-  BoxAnswerer user({[&](QMessageBox& box) {
+TEST_F(MessageBoxesTest, ALineIsKeptWholeWhereQtWouldWrapIt) {
+  const QMessageBox plain;
+  const int widestOfQt = std::min(plain.screen()->availableSize().width() / 2, 500);
+  QString line;
+  while (plain.fontMetrics().horizontalAdvance(line) <= widestOfQt) line += u" Gerät";
+
+  BoxAnswerer user({[&line](QMessageBox& box) {
     const auto* label = box.findChild<QWidget*>(QStringLiteral("qt_msgbox_label"));
-    lines = label->height() / label->fontMetrics().lineSpacing();
+    EXPECT_GE(label->width(), label->fontMetrics().horizontalAdvance(line));
     box.close();
   }});
   boxes.Tell(Icon::Information, QString(), line);
-  EXPECT_EQ(lines, 1);
+  EXPECT_EQ(user.seen.size(), 1U);
 }
 
 }  // namespace
