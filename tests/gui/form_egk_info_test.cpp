@@ -56,7 +56,7 @@ class EgkWindow {
  public:
   explicit EgkWindow(const EgkInfo& info) : window(info, nullptr) {
     window.show();
-    QApplication::setActiveWindow(&window);
+    Activate(window);
   }
 
   QTableWidget& Grid() { return screen.Find<QTableWidget>(QStringLiteral("MSFlexGrid1")); }

@@ -170,7 +170,7 @@ TEST_F(FirstUserTest, EnterGoesOn) {
 }
 
 TEST_F(FirstUserTest, EnterInTheTextGoesOn) {
-  QApplication::setActiveWindow(&window);
+  Activate(window);
   Box().setFocus();
   QTest::keyClick(&Box(), Qt::Key_Return);
   ExpectClosed(true);
@@ -192,7 +192,7 @@ TEST_F(FirstUserTest, EscapeGoesOnWhateverHasTheFocus) {
 }
 
 TEST_F(FirstUserTest, TheTabKeyWalksThroughEverything) {
-  QApplication::setActiveWindow(&window);
+  Activate(window);
   QStringList names;
   for (int step = 0; step < 3; ++step) {
     names << QApplication::focusWidget()->objectName();

@@ -1,4 +1,3 @@
-#include <QApplication>
 #include <QListWidget>
 #include <QMap>
 #include <QTableWidget>
@@ -61,7 +60,7 @@ class ReaderWindowTest : public testing::Test {
     screen_.emplace(window_);
     window_.Attach(flow_, view_, module_);
     window_.show();
-    QApplication::setActiveWindow(&window_);
+    Activate(window_);
   }
   void TearDown() override { card_.reset(); }
 

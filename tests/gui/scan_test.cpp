@@ -264,7 +264,7 @@ TEST(SweepTest, EscapeInTheWaitFrameEndsIt) {
     last = pn;
     if (pn != 100) return;
     EXPECT_TRUE(program.Find(QStringLiteral("Fram_Show_0")).isVisible());
-    QApplication::setActiveWindow(&program.window);
+    Activate(program.window);
     QTest::keyClick(&program.window, Qt::Key_Escape);
   };
   {

@@ -18,10 +18,9 @@ namespace kartocheck::test {
 namespace {
 
 void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-  QWidget* target = FrontWindow();
-  if (target != nullptr && target->focusWidget() != nullptr) target = target->focusWidget();
-  ASSERT_NE(target, nullptr);
-  QTest::keyClick(target, key, modifiers);
+  QWidget* front = nullptr;
+  ASSERT_TRUE(WaitUntil([&] { return (front = FrontWindow()) != nullptr; }));
+  QTest::keyClick(front->focusWidget() == nullptr ? front : front->focusWidget(), key, modifiers);
 }
 
 // Walks with the Tab key until the control of this name has the focus.

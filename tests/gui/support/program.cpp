@@ -1,7 +1,5 @@
 #include "gui/support/program.h"
 
-#include <QApplication>
-
 #include <cstdlib>
 
 namespace kartocheck::test {
@@ -21,7 +19,7 @@ Program::Program(const std::string& script, const Form_MKT_Test::Options& option
       flow(module, window.Boxes(), window, view, window) {
   window.Attach(flow, view, module);
   window.show();
-  QApplication::setActiveWindow(&window);
+  Activate(window);
 }
 
 }  // namespace kartocheck::test

@@ -38,16 +38,22 @@ QWidget& SideWindow(const QString& name) {
   return *window;
 }
 
+void Activate(QWidget& window) {
+  window.activateWindow();
+  if (!WaitUntil([&] { return QApplication::activeWindow() == &window; })) {
+    throw std::runtime_error("a window stays behind: " + window.objectName().toStdString());
+  }
+}
+
 QWidget* FrontWindow() {
   QWidget* front = QApplication::activeModalWidget();
   for (QWidget* window : QApplication::topLevelWidgets()) {
     const bool isOpen = window->isVisible() && window->windowType() == Qt::Window;
     if (front == nullptr && isOpen) front = window;
   }
-  if (front != nullptr && QApplication::activeWindow() != front) {
-    QApplication::setActiveWindow(front);
-  }
-  return front;
+  if (front == nullptr || QApplication::activeWindow() == front) return front;
+  front->activateWindow();
+  return nullptr;
 }
 
 bool WaitUntil(const std::function<bool()>& condition) {

@@ -37,8 +37,12 @@ class Screen {
 // none, or one of another name.
 [[nodiscard]] QWidget& SideWindow(const QString& name);
 
+// Brings an open window to the front, with the keyboard's focus; fails the test where it stays
+// behind.
+void Activate(QWidget& window);
+
 // The window that a window manager would have brought to the front, with the keyboard's focus: the
-// modal one, or else the one that is open. Nothing where none is.
+// modal one, or else the one that is open. Nothing where none is, or it is still on its way there.
 [[nodiscard]] QWidget* FrontWindow();
 
 // Runs the event loop until the condition holds; false when it does not within a few seconds.

@@ -1,7 +1,5 @@
 #include "gui/support/simulated_program.h"
 
-#include <QApplication>
-
 #include <cstdlib>
 
 #include "simulator/scenario.h"
@@ -36,7 +34,7 @@ SimulatedProgram::SimulatedProgram(const QString& scenario, const Form_MKT_Test:
   window.Attach(flow, view, module);
   window.OfferReport([this] { return Report(); });
   window.show();
-  QApplication::setActiveWindow(&window);
+  Activate(window);
 }
 
 QString SimulatedProgram::Report() const {
