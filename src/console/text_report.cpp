@@ -30,7 +30,7 @@ QString Verdict(const PortReport& report) {
 
 void WriteDocument(std::ostream& out, QStringView title, const VsdDocument& document) {
   if (document.IsEmpty()) return;
-  out << "\n  " << Printable(title.toString()) << ':' << '\n';
+  out << "\n  " << Printable(title.toString()) << '\n';
   // Names of elements may be longer than the labels elsewhere.
   qsizetype width = LabelWidth;
   for (const VsdField& field : document.fields) {
@@ -48,7 +48,7 @@ void WriteDocument(std::ostream& out, QStringView title, const VsdDocument& docu
 // What the eGK holds besides the fields that it shares with the KVK.
 void WriteEgk(std::ostream& out, const EgkData& egk) {
   for (const VsdKind kind : VsdKinds) {
-    WriteDocument(out, VsdTexts[kind].title, egk.documents[kind]);
+    WriteDocument(out, VsdTexts[kind].heading, egk.documents[kind]);
   }
   out << '\n';
   WriteRow(out, u"ICCSN:", egk.iccsn);

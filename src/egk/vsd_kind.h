@@ -47,6 +47,8 @@ class PerVsdKind {
 struct VsdKindTexts {
   QStringView abbreviation;
   QStringView title;
+  QStringView heading;              // over what is known of the document
+  QStringView xmlTitle;             // over its XML text
   QStringView decompressionStatus;  // status bar
   QStringView validationStatus;     // status bar
   QStringView schemaName;           // in the validation texts
@@ -58,6 +60,8 @@ inline constexpr PerVsdKind<VsdKindTexts> VsdTexts({
     {
         u"PD",
         u"Persönliche Versichertendaten",
+        u"Persönliche Versichertendaten:",
+        u"Persönliche Versichertendaten (XML)",
         u"Persoenliche Versichertendaten werden dekomprimiert.",
         u"Persoenliche Versichertendaten werden validiert.",
         u"mittels vorgegebenen Schema für UC_PersoenlicheVersichertendatenXML ",
@@ -67,6 +71,8 @@ inline constexpr PerVsdKind<VsdKindTexts> VsdTexts({
     {
         u"VD",
         u"Allgemeine Versicherungsdaten",
+        u"Allgemeine Versicherungsdaten:",
+        u"Allgemeine Versicherungsdaten (XML)",
         u"Allgemeine Versicherungsdaten werden dekomprimiert.",
         u"Allgemeine Versicherungsdaten werden validiert.",
         u"mittels vorgegebenen Schema für UC_allgemeineVersicherungsdatenXML ",
@@ -76,6 +82,8 @@ inline constexpr PerVsdKind<VsdKindTexts> VsdTexts({
     {
         u"GVD",
         u"Geschützte Versichertendaten",
+        u"Geschützte Versichertendaten:",
+        u"Geschützte Versichertendaten (XML)",
         u"Geschuetzte Versichertendaten werden dekomprimiert.",
         u"Geschuetzte Versichertendaten werden validiert.",
         u"mittels vorgegebenen Schema für UC_geschuetzteVersichertendatenXML ",

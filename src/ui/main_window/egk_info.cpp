@@ -19,7 +19,7 @@ constexpr PerVsdKind<QStringView> ValueHeadings({
 });
 
 ElementList ListOf(VsdKind kind, const VsdDocument& document) {
-  ElementList list{.heading = VsdTexts[kind].title + u":\r\n",
+  ElementList list{.heading = VsdTexts[kind].heading + u"\r\n",
                    .valueHeading = ValueHeadings[kind],
                    .validationText = document.validationText,
                    .rows = {}};
@@ -31,7 +31,7 @@ ElementList ListOf(VsdKind kind, const VsdDocument& document) {
 QString XmlTextsOf(const EgkData& egk) {
   QStringList parts;
   for (const VsdKind kind : VsdKinds) {
-    parts.append(VsdTexts[kind].title + u" (XML)\r\n" + egk.documents[kind].xmlText);
+    parts.append(VsdTexts[kind].xmlTitle + u"\r\n" + egk.documents[kind].xmlText);
   }
   return parts.join(QStringLiteral("\r\n\r\n"));
 }
