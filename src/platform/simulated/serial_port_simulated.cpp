@@ -39,6 +39,15 @@ void SerialPortSimulated::SetSettings(QStringView settings) {
   baud_ = settings.split(u',').value(0).toInt();
 }
 
+// Nothing hangs on these lines, but a port that is gone has none.
+void SerialPortSimulated::SetDtr(bool /*on*/) {
+  (void)Line();
+}
+
+void SerialPortSimulated::SetRts(bool /*on*/) {
+  (void)Line();
+}
+
 bool SerialPortSimulated::ReadDsr() {
   return Line().Signal;
 }

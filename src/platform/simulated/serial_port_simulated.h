@@ -16,8 +16,8 @@ class SerialPortSimulated final : public SerialPort {
   void Open(int comNumber) override;
   void Close() noexcept override;
   void SetSettings(QStringView settings) override;
-  void SetDtr(bool /*on*/) override {}
-  void SetRts(bool /*on*/) override {}
+  void SetDtr(bool on) override;
+  void SetRts(bool on) override;
   [[nodiscard]] bool ReadDsr() override;
   void EmptyReceiveBuffer() override;
   void Send(QByteArrayView bytes) override;
