@@ -4,8 +4,8 @@
 #include <chrono>
 #include <cstdint>
 
-#include "host/block.h"
 #include "host/line_port.h"
+#include "protocol/block.h"
 
 namespace ctapi::host {
 

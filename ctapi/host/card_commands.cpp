@@ -1,10 +1,10 @@
 #include "host/card_commands.h"
 
 #include <algorithm>
-#include <array>
 #include <string_view>
 
 #include "protocol/iso7816.h"
+#include "protocol/memory_card.h"
 #include "protocol/status_word.h"
 
 namespace ctapi::host {
@@ -23,16 +23,13 @@ constexpr std::size_t LongestAnswer = 65535;
 constexpr std::size_t MemoryLength = 256;
 constexpr std::size_t DataAt = 30;
 
-using Header = std::array<std::uint8_t, 4>;
-constexpr std::array<Header, 2> MemoryHeaders{{{0xA2, 0x13, 0x10, 0x91}, {0x92, 0x23, 0x10, 0x91}}};
-
 std::string_view AsText(ByteView bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
 bool BeginsWithHeader(ByteView bytes) {
-  return std::any_of(MemoryHeaders.begin(), MemoryHeaders.end(), [bytes](const Header& header) {
-    return bytes.size() >= header.size() && std::equal(header.begin(), header.end(), bytes.begin());
+  return std::ranges::any_of(MemoryCardHeaders, [bytes](const MemoryCardHeader& header) {
+    return bytes.size() >= header.size() && std::ranges::equal(bytes.first(header.size()), header);
   });
 }
 
@@ -87,7 +84,7 @@ PcscResult SendToProcessorCard(CardConnection& card, ByteView command, Bytes& an
 bool IsMemoryCard(ByteView atr) {
   constexpr std::uint8_t DirectConvention = 0x3B;
   constexpr std::uint8_t FourHistoricalBytes = 0x04;
-  return atr.size() == 2 + std::tuple_size_v<Header> && atr[0] == DirectConvention &&
+  return atr.size() == 2 + std::tuple_size_v<MemoryCardHeader> && atr[0] == DirectConvention &&
          atr[1] == FourHistoricalBytes && BeginsWithHeader(atr.subspan(2));
 }
 

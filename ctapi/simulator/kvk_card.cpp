@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "protocol/memory_card.h"
 #include "simulator/apdu.h"
 
 namespace ctapi {
@@ -51,7 +52,8 @@ Bytes KvkCard::Transmit(ByteView bytes) {
 }
 
 Bytes KvkCard::Atr() {
-  return {0xA2, 0x13, 0x10, 0x91};
+  constexpr MemoryCardHeader header = MemoryCardHeaders.front();
+  return {header.begin(), header.end()};
 }
 
 }  // namespace ctapi

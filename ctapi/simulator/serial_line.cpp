@@ -1,27 +1,23 @@
 #include "simulator/serial_line.h"
 
 #include <algorithm>
-#include <array>
+
+#include "protocol/block.h"
 
 namespace ctapi {
 
-namespace {
-
-// Block frames (T=1): node address, control byte, length, check.
-constexpr std::array<std::uint8_t, 4> ResynchRequest{0x12, 0xC0, 0x00, 0xD2};
-
-}  // namespace
-
 Bytes SerialLine::AnswerTo(std::int32_t baud, ByteView sent) const {
+  const Bytes request = Encode({NadTo(Unit::Terminal), pcb::Resynch});
   const bool understood =
-      Port == State::Present && baud == Baud &&
-      std::equal(sent.begin(), sent.end(), ResynchRequest.begin(), ResynchRequest.end());
+      Port == State::Present && baud == Baud && std::ranges::equal(sent, request);
   if (!understood) return {};
+  Bytes answer = Encode({NadFrom(Unit::Terminal), pcb::Resynch | pcb::Response});
   switch (Answer) {
     case Probe::Right:
-      return {0x21, 0xE0, 0x00, 0xC1};
+      return answer;
     case Probe::FifthByte:
-      return {0x21, 0xE0, 0x00, 0xC1, 0x00};
+      answer.push_back(0x00);
+      return answer;
     case Probe::Garbage:
       return {0x3F, 0x3F, 0x0D, 0x0A};
     case Probe::Silent:

@@ -5,6 +5,8 @@
 #include <array>
 #include <chrono>
 
+#include "protocol/block.h"
+
 namespace kartocheck {
 
 namespace {
@@ -13,13 +15,6 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds LineStateWait{500};
 constexpr milliseconds ProbeWait{210};
-
-// Block frames of the T=1 protocol (ISO 7816-3): node address, control byte, length, XOR of the
-// three.
-constexpr std::array<char, 4> ResynchRequest{0x12, static_cast<char>(0xC0), 0x00,
-                                             static_cast<char>(0xD2)};
-constexpr std::array<char, 4> ResynchResponse{0x21, static_cast<char>(0xE0), 0x00,
-                                              static_cast<char>(0xC1)};
 
 struct SerialSettings {
   QStringView text;
@@ -63,12 +58,17 @@ SerialTest TestOf(const SerialPortError& error) {
   }
 }
 
+QByteArray FrameOf(const ctapi::Block& block) {
+  return QByteArrayView(ctapi::Encode(block)).toByteArray();
+}
+
 bool IsAnswered(const SerialSettings& settings, SerialPort& serial, EventLoop& eventLoop) {
   serial.SetSettings(settings.text);
   serial.EmptyReceiveBuffer();
-  serial.Send(QByteArrayView(ResynchRequest));
+  serial.Send(FrameOf({ctapi::NadTo(ctapi::Unit::Terminal), ctapi::pcb::Resynch}));
   eventLoop.Wait(ProbeWait);
-  return serial.Received() == QByteArrayView(ResynchResponse);
+  constexpr std::uint8_t granted = ctapi::pcb::Resynch | ctapi::pcb::Response;
+  return serial.Received() == FrameOf({ctapi::NadFrom(ctapi::Unit::Terminal), granted});
 }
 
 }  // namespace

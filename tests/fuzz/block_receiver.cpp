@@ -31,8 +31,11 @@ class InputLine final : public LinePort {
     rest_ = rest_.subspan(1 + length);
     return {Bytes(piece.begin(), piece.end()), length > 0 && (control & 0x80) != 0};
   }
-  void DiscardInput() override {}
-  void SetBaud(std::int32_t /*baud*/) override {}
+  // A piece without bytes in front of the rest ends what has come so far.
+  void DiscardInput() override {
+    if (!rest_.empty() && (rest_[0] & 0x7F) == 0) rest_ = rest_.subspan(1);
+  }
+  void SetBaud(std::int32_t baud) override { Require(baud > 0, "a rate is a number of bits"); }
 
   static constexpr std::array<std::uint8_t, 4> Erase{0x00, 0x0E, 0x00, 0x00};
 

@@ -1,4 +1,4 @@
-#include "host/block.h"
+#include "protocol/block.h"
 
 #include <gtest/gtest.h>
 

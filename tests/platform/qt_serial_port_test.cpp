@@ -208,7 +208,7 @@ TEST_F(QtSerialPortTest, ADeviceUnpluggedInTheMiddleEndsThePortTest) {
   QtSerialPort port({{1, terminal->Device().toStdString()}});
   struct Unplugging final : EventLoop {
     explicit Unplugging(std::unique_ptr<SerialLineTerminal>& device) : device_(device) {}
-    void Yield() override {}
+    void Yield() override { loop_.Yield(); }
     void Wait(std::chrono::milliseconds duration) override {
       device_.reset();
       loop_.Wait(duration);

@@ -7,7 +7,7 @@
 
 // Blocks of the protocol T=1 (ISO 7816-3) as terminals use them on a serial line: node address
 // (NAD), protocol control byte (PCB), length (LEN), information, and the XOR of all of that (LRC).
-namespace ctapi::host {
+namespace ctapi {
 
 // NAD is the destination in the upper half and the source in the lower one.
 [[nodiscard]] constexpr std::uint8_t NadTo(Unit unit) {
@@ -69,4 +69,4 @@ struct FramedBlock {
 // take no part.
 [[nodiscard]] FramedBlock ReadBlock(ByteView received);
 
-}  // namespace ctapi::host
+}  // namespace ctapi

@@ -1,9 +1,9 @@
-#include "host/block.h"
+#include "protocol/block.h"
 
 #include <functional>
 #include <numeric>
 
-namespace ctapi::host {
+namespace ctapi {
 
 namespace {
 
@@ -97,4 +97,4 @@ FramedBlock ReadBlock(ByteView received) {
           .Found = {nad, control, Bytes(information.begin(), information.end())}};
 }
 
-}  // namespace ctapi::host
+}  // namespace ctapi
