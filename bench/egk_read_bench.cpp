@@ -56,7 +56,7 @@ struct Practice {
                      .lamps = lamps,
                      .eventLoop = eventLoop,
                      .ports = ports,
-                     .terminate = [] { std::abort(); }}};
+                     .terminate = [](const auto&) { std::abort(); }}};
   ValidationSettings validation;
   TerminalInfo info;
   InsuredData insured;

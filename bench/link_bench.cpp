@@ -6,7 +6,6 @@
 #include <benchmark/benchmark.h>
 #include <cstdlib>
 
-#include "platform/qt/ct_api_library.h"
 #include "quiet_front_end.h"
 #include "stopwatch.h"
 #include "terminal/command_catalogue.h"
@@ -60,7 +59,7 @@ void Compare(benchmark::State& state, CtApi& api) {
                      .lamps = lamps,
                      .eventLoop = eventLoop,
                      .ports = ports,
-                     .terminate = [] { std::abort(); }});
+                     .terminate = [](const auto&) { std::abort(); }});
   const auto exchange = [&] {
     CtAnswer answer = session.CtExchange(CommandCatalogue::ResetCt, Unit::Terminal);
     if (!answer.Succeeded()) state.SkipWithError("failed");
@@ -82,15 +81,6 @@ void TrivialLibrary(benchmark::State& state) {
 
 // A status word, a full READ BINARY, the largest answer of all.
 BENCHMARK(TrivialLibrary)->Arg(2)->Arg(258)->Arg(CtSession::ResponseSize);
-
-#ifdef ECHO_LIBRARY
-void LoadedLibrary(benchmark::State& state) {
-  CtApiLibrary api({QStringView(ECHO_LIBRARY).toString()});
-  Compare(state, api);
-}
-
-BENCHMARK(LoadedLibrary);
-#endif
 
 }  // namespace
 }  // namespace kartocheck::bench

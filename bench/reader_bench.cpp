@@ -14,10 +14,10 @@
 #include "host/pcscd_service.h"
 #include "host/virtual_egk.h"
 #include "kvk/read_dispatcher.h"
-#include "platform/qt/ct_api_library.h"
 #include "quiet_front_end.h"
 #include "simulator/scenario.h"
 #include "stopwatch.h"
+#include "support/loaded_library.h"
 
 namespace kartocheck::bench {
 namespace {
@@ -61,7 +61,7 @@ class Program {
   }
 
  private:
-  CtApiLibrary api_{{QStringLiteral(HOST_LIBRARY)}};
+  CtApiLibrary api_ = test::LoadedLibrary({QStringLiteral(HOST_LIBRARY)});
   QuietDialogs dialogs_;
   QuietDisplay display_;
   Lamps lamps_;
@@ -72,7 +72,7 @@ class Program {
                       .lamps = lamps_,
                       .eventLoop = eventLoop_,
                       .ports = ports_,
-                      .terminate = [] { std::abort(); }}};
+                      .terminate = [](const auto&) { std::abort(); }}};
   ValidationSettings validation_;
   TerminalInfo info_;
   InsuredData insured_;

@@ -51,7 +51,7 @@ struct Program {
                        .eventLoop = eventLoop,
                        .serial = serial,
                        .directory = directory,
-                       .terminate = [] { std::abort(); }}};
+                       .terminate = [](const auto&) { std::abort(); }}};
   ViewState view;
   PortFlow ports{module, frontEnd, view};
 };

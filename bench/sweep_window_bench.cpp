@@ -32,7 +32,7 @@ void SweepInTheWindow(benchmark::State& state) {
                        .eventLoop = eventLoop,
                        .serial = serial,
                        .directory = directory,
-                       .terminate = [] { std::abort(); }});
+                       .terminate = [](const auto&) { std::abort(); }});
   ViewState view;
   TestFlow flow(module, window.Boxes(), window, view, window);
   PortFlow ports(module, window, view);

@@ -19,7 +19,8 @@ Bas_MKT_Test::Bas_MKT_Test(const Surroundings& surroundings)
                 .lamps = lamps_,
                 .eventLoop = surroundings.eventLoop,
                 .ports = ports_,
-                .terminate = surroundings.terminate}) {}
+                .terminate = surroundings.terminate}),
+      onExitRequest_(surroundings.onExitRequest) {}
 
 void Bas_MKT_Test::SelectSlot(int slot) {
   currentSlot_ = slot;
@@ -28,6 +29,10 @@ void Bas_MKT_Test::SelectSlot(int slot) {
 
 std::optional<Port> Bas_MKT_Test::PortAt(int slot) const {
   return slot == FurtherPortSlot ? furtherPort_ : Port(slot);
+}
+
+std::optional<Port> Bas_MKT_Test::LinkPort() const {
+  return session_.Pn() == 0 ? std::nullopt : std::optional(Port(session_.Pn()));
 }
 
 void Bas_MKT_Test::UseFurtherPort(std::optional<Port> port) {
@@ -42,6 +47,11 @@ void Bas_MKT_Test::UseFurtherPort(std::optional<Port> port) {
 
 void Bas_MKT_Test::SweepPorts(const std::function<bool(int done)>& beforePort) {
   furtherPorts_ = SweepCtApiPorts(session_, display_, beforePort);
+}
+
+void Bas_MKT_Test::RequestExit() {
+  exitRequested_ = true;
+  if (onExitRequest_) onExitRequest_();
 }
 
 bool Bas_MKT_Test::TakeExitRequest() {

@@ -40,6 +40,8 @@ class Bas_MKT_Test {
     SerialPort& serial;
     const PortDirectory& directory;
     Terminate terminate;
+    // Called when the program is asked to end during an action.
+    std::function<void()> onExitRequest{};
   };
 
   explicit Bas_MKT_Test(const Surroundings& surroundings);
@@ -81,7 +83,7 @@ class Bas_MKT_Test {
   void SetBusy(bool busy) { busy_ = busy; }
   // Whether the program was asked to end during an action. Message boxes stay silent then.
   [[nodiscard]] bool IsExitRequested() const { return exitRequested_; }
-  void RequestExit() { exitRequested_ = true; }
+  void RequestExit();
   // Takes the request back; true where there was one.
   [[nodiscard]] bool TakeExitRequest();
   // Message boxes of the procedures; silent once the program is asked to end.
@@ -111,6 +113,14 @@ class Bas_MKT_Test {
   // Empties the slot's insured data and eGK data.
   void ClearSlot(int slot);
 
+  // The port of the link that was opened last.
+  [[nodiscard]] std::optional<Port> LinkPort() const;
+  // As long as what is returned lives, `show` is called before the fatal message, when the slots
+  // hold what was read so far.
+  [[nodiscard]] CtSession::BeforeFatal BeforeFatalMessage(std::function<void()> show) {
+    return {session_, std::move(show)};
+  }
+
   [[nodiscard]] bool IsLinkOpen() const { return session_.IsOpen(); }
   // Closes the link where it is open.
   void CloseLink();
@@ -139,6 +149,7 @@ class Bas_MKT_Test {
   const PortDirectory& directory_;
   ClosingDialogs dialogs_;
   CtSession session_;
+  std::function<void()> onExitRequest_;
 };
 
 }  // namespace kartocheck

@@ -58,11 +58,7 @@ class RecordRead {
     if (with_.info.Reset9501) ReadGvd();
     EraseRecord();
     ShowNotes();
-    if (hasStatus_) TakeOverStatus();
-    HandOver(VsdKind::Pd, pd_);
-    HandOver(VsdKind::Vd, vd_);
-    HandOver(VsdKind::Gvd, gvd_.isEmpty() ? containerGvd_ : gvd_);
-    with_.insured.Store(found_, with_.info.IsMobile());
+    TakeOver();
     with_.info.DisplayText = output_medium::PcAsn1;
     return EgkResult::Finished;
   }
@@ -74,6 +70,7 @@ class RecordRead {
   void ReadGvd();
   void EraseRecord();
   void ShowNotes();
+  void TakeOver();
   void TakeOverStatus();
 
   [[nodiscard]] BinaryRead Read(StoredFile file) {
@@ -154,6 +151,7 @@ void RecordRead::ReadGvd() {
 
 // The record is read once and then gone, which the user agreed to before.
 void RecordRead::EraseRecord() {
+  const CtSession::BeforeFatal save(with_.link, [this] { TakeOver(); });
   const CtAnswer answer = with_.link.CtExchange(CommandCatalogue::EraseBinary, Unit::Card);
   if (!answer.Succeeded()) return Note(u"Kommando ERASE BINARY war nicht erfolgreich!");
   if (!answer.Is(sw::Ok)) return Note(u"ERASE BINARY war nicht erfolgreich!");
@@ -162,6 +160,14 @@ void RecordRead::EraseRecord() {
 
 void RecordRead::ShowNotes() {
   if (!notes_.isEmpty()) TellEgk(with_, notes_);
+}
+
+void RecordRead::TakeOver() {
+  if (hasStatus_) TakeOverStatus();
+  HandOver(VsdKind::Pd, pd_);
+  HandOver(VsdKind::Vd, vd_);
+  HandOver(VsdKind::Gvd, gvd_.isEmpty() ? containerGvd_ : gvd_);
+  with_.insured.Store(found_, with_.info.IsMobile());
 }
 
 void RecordRead::TakeOverStatus() {

@@ -140,10 +140,12 @@ ReadOutcome EraseRecord(const ReadTarget& with) {
   }
   // A terminal that does not know the command keeps no record that could be erased.
   if (answer.Is(sw::UnknownInstruction)) return ReadOutcome::Done;
-  ClearSlot(with.info, with.insured, with.egk);
+  // Without an answer the record may be gone: what was read is all that is left of it.
+  const bool mayBeGone = !answer.StatusWord();
+  if (!mayBeGone) ClearSlot(with.info, with.insured, with.egk);
   Tell(with, Icon::Critical,
        Lines({u" ERASE BINARY Error! ", u" Datensatz konnte nicht gelöscht werden! "}));
-  return ReadOutcome::Failed;
+  return mayBeGone ? ReadOutcome::Done : ReadOutcome::Failed;
 }
 
 ReadOutcome ReadKvkRecord(const ReadTarget& with) {
@@ -206,6 +208,11 @@ ReadOutcome ReadOverOpenLink(const ReadTarget& with, bool& egk) {
   return ReportNoCard(with);
 }
 
+void TakeOver(const ReadTarget& with, bool egk) {
+  with.info.DataRead = !with.insured.IsEmpty() || !with.egk.IsEmpty();
+  with.info.EgkData = egk && with.info.DataRead;
+}
+
 }  // namespace
 
 ReadOutcome ReadCardData(const ReadTarget& target) {
@@ -214,14 +221,14 @@ ReadOutcome ReadCardData(const ReadTarget& target) {
     return ReportFailedOpen(target, code);
   }
   bool egk = false;
+  const CtSession::BeforeFatal save(target.link, [&] { TakeOver(target, egk); });
   const ReadOutcome outcome = ReadOverOpenLink(target, egk);
   ResetAndClose(target.link);
-  if (outcome != ReadOutcome::Done) {
+  if (outcome == ReadOutcome::Done) {
+    TakeOver(target, egk);
+  } else {
     ClearSlot(target.info, target.insured, target.egk);
-    return outcome;
   }
-  target.info.DataRead = !target.insured.IsEmpty() || !target.egk.IsEmpty();
-  target.info.EgkData = egk && target.info.DataRead;
   return outcome;
 }
 

@@ -5,10 +5,23 @@
 
 namespace kartocheck {
 
+namespace {
+
+QString InPrivateDirectory(const QString& programDirectory, QStringView fileName) {
+  return QDir::cleanPath(programDirectory + u"/../lib/kartocheck/" + fileName);
+}
+
+}  // namespace
+
+QString HelperProgram(const QString& programDirectory) {
+  constexpr QStringView FileName = u"kartocheck-helper";
+  const QString beside = QDir(programDirectory).filePath(FileName.toString());
+  return QFileInfo::exists(beside) ? beside : InPrivateDirectory(programDirectory, FileName);
+}
+
 QStringList CtApiCandidates(const QString& programDirectory, QStringView fileName) {
   const QDir directory(programDirectory);
-  return {directory.filePath(fileName.toString()),
-          QDir::cleanPath(directory.filePath(QStringLiteral("../lib/kartocheck/") + fileName)),
+  return {directory.filePath(fileName.toString()), InPrivateDirectory(programDirectory, fileName),
           fileName.toString()};
 }
 

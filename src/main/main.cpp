@@ -11,9 +11,11 @@
 
 #include "app/bas_mkt_test.h"
 #include "console/console_run.h"
+#include "diagnosis/library_fault_text.h"
 #include "main/command_line.h"
 #include "main/installation.h"
 #include "platform/machine_port_directory.h"
+#include "platform/pending_call.h"
 #include "platform/qt/ct_api_library.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/qt/qt_serial_port.h"
@@ -38,8 +40,9 @@ QStringList Arguments(int argc, char** argv) {
 }
 
 // Ends the program at once; a link that is open stays as it is.
-[[noreturn]] void TerminateNow() {
+[[noreturn]] void TerminateNow(const LibraryFault& fault) {
   std::cout.flush();
+  std::cerr << "KartoCheck: " << LibraryFaultText(fault).toStdString() << '\n';
   std::cerr.flush();
   std::_Exit(exit_status::UsageOrFatal);
 }
@@ -58,6 +61,9 @@ class Outside {
   [[nodiscard]] CtApi& Api() { return *api_; }
   [[nodiscard]] SerialPort& Serial() { return *serial_; }
   [[nodiscard]] const PortDirectory& Directory() const { return *directory_; }
+
+  // The call that the library has not answered yet; simulated terminals answer at once.
+  [[nodiscard]] PendingCall& Pending() { return pending_; }
 
   // The library in use; empty as long as none was loaded.
   [[nodiscard]] QString LibraryText() const { return libraryText_(); }
@@ -82,11 +88,12 @@ class Outside {
     const ctapi::ComTable table = ctapi::MakeComTable(devices, overrides);
     // The library opens the same devices under the same numbers.
     qputenv(ctapi::ComTableVariable, QByteArray::fromStdString(ctapi::ComTableText(table)));
+    const QString directory = QCoreApplication::applicationDirPath();
     auto library = std::make_unique<CtApiLibrary>(
-        line.ctApi
-            ? QStringList{*line.ctApi}
-            : CtApiCandidates(QCoreApplication::applicationDirPath(), CtApiLibrary::FileName));
-    const CtApiLibrary& loaded = *library;
+        HelperProgram(directory),
+        line.ctApi ? QStringList{*line.ctApi} : CtApiCandidates(directory, CtApiLibrary::FileName),
+        pending_);
+    CtApiLibrary& loaded = *library;
     libraryText_ = [&loaded] { return loaded.LoadedFile(); };
     api_ = std::move(library);
     serial_ = std::make_unique<QtSerialPort>(table);
@@ -96,6 +103,7 @@ class Outside {
   }
 
   ctapi::SimulatedPractice practice_;
+  PendingCall pending_;
   std::unique_ptr<CtApi> api_;
   std::unique_ptr<SerialPort> serial_;
   std::unique_ptr<const PortDirectory> directory_;
@@ -138,7 +146,8 @@ int RunConsoleFrontEnd(const CommandLine& line, Outside& outside) {
                        .eventLoop = eventLoop,
                        .serial = outside.Serial(),
                        .directory = outside.Directory(),
-                       .terminate = TerminateNow});
+                       .terminate = TerminateNow,
+                       .onExitRequest = [&] { outside.Pending().GiveUpWhateverIsLate(); }});
   module.LoadSchemas(SchemaDirectories(line));
   module.SetValidation(line.validate);
   const TerminationSignal signal([&] {
@@ -156,6 +165,7 @@ int Run(const CommandLine& line) {
   return RunWindow({.api = outside.Api(),
                     .serial = outside.Serial(),
                     .directory = outside.Directory(),
+                    .pending = outside.Pending(),
                     .terminate = TerminateNow,
                     .schemaDirectories = SchemaDirectories(line),
                     .library = [&outside] { return outside.LibraryText(); },

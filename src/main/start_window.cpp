@@ -59,7 +59,8 @@ int RunWindow(const WindowSetup& setup) {
                        .eventLoop = eventLoop,
                        .serial = setup.serial,
                        .directory = setup.directory,
-                       .terminate = setup.terminate});
+                       .terminate = setup.terminate,
+                       .onExitRequest = [&] { setup.pending.GiveUpWhateverIsLate(); }});
   module.LoadSchemas(setup.schemaDirectories);
   ViewState view;
   TestFlow flow(module, recorder, recorder, view, window);

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "platform/ct_api.h"
+#include "platform/pending_call.h"
 #include "platform/port_directory.h"
 #include "platform/serial_port.h"
 #include "platform/terminate.h"
@@ -22,6 +23,7 @@ struct WindowSetup {
   CtApi& api;
   SerialPort& serial;
   const PortDirectory& directory;
+  PendingCall& pending;
   Terminate terminate;
   QStringList schemaDirectories;
   std::function<QString()> library;  // what the CT-API stands for, as known at the time

@@ -2,7 +2,8 @@
 
 #include <cstdint>
 #include <span>
-#include <stdexcept>
+
+#include "platform/library_fault.h"
 
 namespace kartocheck {
 
@@ -10,9 +11,9 @@ namespace kartocheck {
 // returns the library's signed 8-bit code: 0 success, -1 invalid parameter, -8 terminal error,
 // -10 transmission error, -11 memory error (buffer too small), -127 host error, -128 HTSI error.
 //
-// A library that cannot be used is no code but an exception: LibraryNotFound when it cannot be
-// loaded, LibraryUnusable when it can but lacks an entry point. Both come from the first call made,
-// never from construction.
+// A library that cannot be used is no code but an exception, from the call that shows it and never
+// from construction: LibraryNotFound when it cannot be loaded, LibraryUnusable when it lacks an
+// entry point or does not survive the call.
 class CtApi {
  public:
   // ctn: number of the card terminal, 0 to 65,535. pn: port number, 1 to 256 serial, 8192 to 8447
@@ -38,14 +39,6 @@ class CtApi {
 
  protected:
   CtApi() = default;
-};
-
-struct LibraryNotFound : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
-
-struct LibraryUnusable : std::runtime_error {
-  using std::runtime_error::runtime_error;
 };
 
 }  // namespace kartocheck

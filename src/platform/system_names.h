@@ -13,4 +13,7 @@ struct SystemNames {
 
 [[nodiscard]] SystemNames NamesOfThisSystem();
 
+// What ended a process that did not end by itself, such as "SIGSEGV". number: as QProcess tells it.
+[[nodiscard]] QString NameOfCrash(int number);
+
 }  // namespace kartocheck

@@ -1,7 +1,7 @@
 #include "terminal/ct_session.h"
 
+#include <array>
 #include <exception>
-#include <stdexcept>
 #include <utility>
 
 #include "text/hex_text.h"
@@ -13,9 +13,8 @@ namespace {
 // The program uses one terminal number for every link.
 constexpr std::uint16_t Ctn = 1;
 
-struct CallFailure : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
+constexpr QStringView LibraryMissing = u"Datei nicht gefunden, CTNRV32.dll !!!";
+constexpr QStringView LibraryBroken = u"Dynamic Link Library (DLL) Fehler !!! ; CTNRV32.dll ";
 
 // Any address but the terminal's counts as the card's.
 Lamp LampOf(std::uint8_t address) {
@@ -24,7 +23,7 @@ Lamp LampOf(std::uint8_t address) {
 
 QByteArray CommandBytes(QStringView command) {
   const auto bytes = hex::Decode(command);
-  if (!bytes) throw CallFailure("not a command text");
+  if (!bytes) throw LibraryUnusable({LibraryFaultKind::ImproperCommand});
   return *bytes;
 }
 
@@ -60,22 +59,34 @@ QString CtAnswer::HexText() const {
 
 CtSession::CtSession(Surroundings surroundings) : with_(std::move(surroundings)) {}
 
+CtSession::BeforeFatal::BeforeFatal(CtSession& session, std::function<void()> save)
+    : session_(session) {
+  session_.beforeFatal_.push_back(std::move(save));
+}
+
+CtSession::BeforeFatal::~BeforeFatal() {
+  session_.beforeFatal_.pop_back();
+}
+
 template <typename Call>
 auto CtSession::Guarded(Call call) -> decltype(call()) {
   try {
     return call();
-  } catch (const LibraryNotFound&) {
-    Fail(u"Datei nicht gefunden, CTNRV32.dll !!!");
+  } catch (const LibraryNotFound& failure) {
+    Fail(LibraryMissing, failure.Fault);
+  } catch (const LibraryFailure& failure) {
+    Fail(LibraryBroken, failure.Fault);
   } catch (...) {
-    Fail(u"Dynamic Link Library (DLL) Fehler !!! ; CTNRV32.dll ");
+    Fail(LibraryBroken, {LibraryFaultKind::Threw});
   }
   // A terminate function that came back has broken its promise; there is nothing to go on with.
   std::terminate();
 }
 
-void CtSession::Fail(QStringView message) {
+void CtSession::Fail(QStringView message, const LibraryFault& fault) {
+  for (auto save = beforeFatal_.rbegin(); save != beforeFatal_.rend(); ++save) (*save)();
   with_.dialogs.Tell(Icon::Critical, Dialogs::Title.toString(), message.toString());
-  with_.terminate();
+  with_.terminate(fault);
 }
 
 void CtSession::SetLamps(LampState state) {
@@ -129,24 +140,26 @@ CtAnswer CtSession::CtExchange(ctapi::ByteView command, Unit unit) {
 }
 
 CtAnswer CtSession::Exchange(ctapi::ByteView command, Unit unit) {
-  if (command.size() > UINT16_MAX) throw CallFailure("a command longer than its length can tell");
+  // A command longer than its length can tell.
+  if (command.size() > UINT16_MAX) throw LibraryUnusable({LibraryFaultKind::ImproperCommand});
   std::uint8_t dad = ctapi::AddressOf(unit);
   std::uint8_t sad = ctapi::HostAddress;
   std::uint16_t length = ResponseSize;
   // A library that tells of more than it wrote gets none of an earlier response.
-  buffer_.Clear();
+  std::array<std::uint8_t, ResponseSize> buffer{};
 
   with_.lamps[LampOf(dad)].Set(LampState::Waiting);
   with_.eventLoop.Yield();
   CtAnswer answer;
-  answer.code = with_.api.Data(Ctn, dad, sad, command, buffer_.Bytes(), length);
+  answer.code = with_.api.Data(Ctn, dad, sad, command, buffer, length);
   // With a failure code the length may tell what size would have been needed.
-  const bool overlong = answer.Succeeded() && length > ResponseSize;
-  if (overlong || !buffer_.IsIntact()) throw CallFailure("response exceeds its buffer");
+  if (answer.Succeeded() && length > ResponseSize) {
+    throw LibraryUnusable({LibraryFaultKind::ResponseTooLong});
+  }
   with_.lamps[LampOf(sad)].Set(LampState::Answered);
 
   if (answer.Succeeded() && length < sw::Length) answer.code = ctapi::code::BufferTooSmall;
-  if (answer.Succeeded()) answer.response = Copy(buffer_.Bytes().first(length));
+  if (answer.Succeeded()) answer.response = Copy(ctapi::ByteView(buffer).first(length));
   return answer;
 }
 

@@ -6,7 +6,9 @@
 #include <QStringView>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <vector>
 
 #include "platform/ct_api.h"
 #include "platform/dialogs.h"
@@ -17,7 +19,6 @@
 #include "protocol/return_code.h"
 #include "protocol/status_word.h"
 #include "protocol/unit.h"
-#include "terminal/guarded_buffer.h"
 #include "terminal/port_entry.h"
 #include "terminal/slot.h"
 
@@ -50,8 +51,9 @@ struct CtAnswer {
 
 // The one CT-API link of the program. Every call to the library passes through here: it drives the
 // lamps, yields to the event loop before the library blocks, and traps run-time failures (a library
-// that cannot be loaded or lacks an entry point, a command that is no hexadecimal text, a response
-// that does not fit its buffer). A trapped failure shows the fatal message and terminates.
+// that cannot be loaded, lacks an entry point or does not survive a call, a command that is no
+// hexadecimal text, a response that does not fit its buffer). A trapped failure shows the fatal
+// message and terminates.
 class CtSession {
  public:
   // Size of the response buffer of an exchange, in bytes: no answer is longer.
@@ -67,6 +69,19 @@ class CtSession {
   };
 
   explicit CtSession(Surroundings surroundings);
+
+  // As long as it lives, is done before the fatal message is shown: it saves what was read so far.
+  // Of several, what began last is done first.
+  class BeforeFatal {
+   public:
+    BeforeFatal(CtSession& session, std::function<void()> save);
+    ~BeforeFatal();
+    BeforeFatal(const BeforeFatal&) = delete;
+    BeforeFatal& operator=(const BeforeFatal&) = delete;
+
+   private:
+    CtSession& session_;
+  };
 
   // Opens the link on the port, 1 to 256 or 8192 to 8447, and writes the baud-rate text of the
   // port's slot. Returns the library's code.
@@ -88,18 +103,18 @@ class CtSession {
   // True from a successful CtOpen to the next CtClose.
   [[nodiscard]] bool IsOpen() const { return open_; }
 
-  // Port number of the link that was opened last.
+  // Port number of the link that was opened last; 0 before the first.
   [[nodiscard]] int Pn() const { return pn_; }
 
  private:
   [[nodiscard]] CtAnswer Exchange(ctapi::ByteView command, Unit unit);
   template <typename Call>
   auto Guarded(Call call) -> decltype(call());
-  void Fail(QStringView message);
+  void Fail(QStringView message, const LibraryFault& fault);
   void SetLamps(LampState state);
 
   Surroundings with_;
-  GuardedBuffer buffer_{ResponseSize};
+  std::vector<std::function<void()>> beforeFatal_;
   int pn_ = 0;
   bool open_ = false;
 };

@@ -30,7 +30,7 @@ class Module {
                .eventLoop = eventLoop,
                .serial = serial,
                .directory = directory,
-               .terminate = [] { throw Terminated{}; }}) {}
+               .terminate = [](const auto&) { throw Terminated{}; }}) {}
 
   FakeDialogs dialogs;
   FakeDisplay display;
@@ -295,7 +295,9 @@ TEST(BasMktTestTest, ProceduresAskNothingOnceTheProgramIsAskedToEnd) {
 
 TEST(BasMktTestTest, AFatalMessageIsShownEvenThen) {
   FakeApi api;
-  api.init = [](auto, auto) -> std::int8_t { throw LibraryNotFound("no such file"); };
+  api.init = [](auto, auto) -> std::int8_t {
+    throw LibraryNotFound({LibraryFaultKind::FileMissing});
+  };
   Module module(api);
   module.state.ExitRequested = true;
   EXPECT_THROW((void)module.state.ReadCardData(Port(1)), Terminated);

@@ -60,7 +60,7 @@ class Console {
             .eventLoop = eventLoop,
             .serial = serial,
             .directory = *directory,
-            .terminate = [] { throw Terminated{}; }};
+            .terminate = [](const auto&) { throw Terminated{}; }};
   }
 
   std::optional<std::string> NextLine() {

@@ -151,7 +151,9 @@ TEST(PortSweepTest, EndsEarlyWithWhatWasFound) {
 // The library's failures end in the same place as everywhere.
 TEST(PortSweepTest, ALibraryThatCannotBeUsedEndsTheProgram) {
   FakeApi missing;
-  missing.init = [](auto, auto) -> std::int8_t { throw LibraryNotFound("no such file"); };
+  missing.init = [](auto, auto) -> std::int8_t {
+    throw LibraryNotFound({LibraryFaultKind::FileMissing});
+  };
   Link link(missing);
   EXPECT_THROW((void)SweepCtApiPorts(link.session, link.display, NeverEnds), Terminated);
   EXPECT_EQ(link.dialogs.Texts(),

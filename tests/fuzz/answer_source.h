@@ -46,7 +46,7 @@ struct FuzzedLink {
                  .lamps = lamps,
                  .eventLoop = eventLoop,
                  .ports = ports,
-                 .terminate = [] { throw Terminated{}; }}) {}
+                 .terminate = [](const auto&) { throw Terminated{}; }}) {}
 
   QuietDialogs dialogs;
   QuietDisplay display;

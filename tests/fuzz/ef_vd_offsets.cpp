@@ -110,7 +110,7 @@ void ReadOnce(const QByteArray& file, std::uint8_t flags) {
                   .lamps = lamps,
                   .eventLoop = eventLoop,
                   .ports = ports,
-                  .terminate = [] { fuzz::Require(false, "nothing is fatal"); }});
+                  .terminate = [](const auto&) { fuzz::Require(false, "nothing is fatal"); }});
   TerminalInfo info;
   InsuredData insured;
   EgkData egk;

@@ -15,10 +15,10 @@
 #include "gui/support/window_visitor.h"
 #include "host/pcscd_service.h"
 #include "host/virtual_egk.h"
-#include "platform/qt/ct_api_library.h"
 #include "simulator/scenario.h"
 #include "support/fake_port_directory.h"
 #include "support/fake_serial_port.h"
+#include "support/loaded_library.h"
 #include "support/printing.h"
 #include "ui/form_mkt_test.h"
 #include "ui/main_window/test_flow.h"
@@ -90,7 +90,7 @@ class ReaderWindowTest : public testing::Test {
   ctapi::SimulatedPractice practice_ = ctapi::LoadScenario(KARTOCHECK_SCENARIOS "/praxis.json");
   std::unique_ptr<PcscdService> service_;
   std::unique_ptr<VirtualCard> card_;
-  CtApiLibrary library_{{QStringLiteral(HOST_LIBRARY)}};
+  CtApiLibrary library_ = LoadedLibrary({QStringLiteral(HOST_LIBRARY)});
   FakeSerialPort serial_;
   FakePortDirectory directory_;
   QuickEventLoop eventLoop_;
@@ -101,7 +101,7 @@ class ReaderWindowTest : public testing::Test {
                         .eventLoop = eventLoop_,
                         .serial = serial_,
                         .directory = directory_,
-                        .terminate = [] { std::abort(); }}};
+                        .terminate = [](const auto&) { std::abort(); }}};
   ViewState view_;
   TestFlow flow_{module_, window_.Boxes(), window_, view_, window_};
   std::optional<Screen> screen_;

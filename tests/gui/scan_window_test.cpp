@@ -144,7 +144,7 @@ class RuledProgram : public Screen {
                 .eventLoop = eventLoop,
                 .serial = serial,
                 .directory = directory,
-                .terminate = [] { std::abort(); }}),
+                .terminate = [](const auto&) { std::abort(); }}),
         flow(module, dialogs, window, view, window) {
     dialogs.answerSafely = true;
     dialogs.onAsk = [this](const Question& question) {

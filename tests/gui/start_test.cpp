@@ -43,7 +43,8 @@ class StartTest : public testing::Test {
     const int status = RunWindow({.api = api,
                                   .serial = serial,
                                   .directory = directory,
-                                  .terminate = [] { std::abort(); },
+                                  .pending = pending,
+                                  .terminate = [](const auto&) { std::abort(); },
                                   .schemaDirectories = {folder.path()},
                                   .library = [] { return QStringLiteral("Simulation"); },
                                   .simulation = true});
@@ -54,6 +55,7 @@ class StartTest : public testing::Test {
   QTemporaryDir folder;
   ctapi::SimulatedPractice practice;
   CtApiSimulated api{practice};
+  PendingCall pending;
   SerialPortSimulated serial{practice};
   PortDirectorySimulated directory{practice};
   QStringList seen;

@@ -77,7 +77,7 @@ class ReaderNumbersTest : public testing::Test {
                      .eventLoop = eventLoop,
                      .serial = serial,
                      .directory = directory,
-                     .terminate = [] { throw Terminated{}; }}};
+                     .terminate = [](const auto&) { throw Terminated{}; }}};
 };
 
 TEST_F(ReaderNumbersTest, TheReaderThatIsNamedIsTheOneThatIsRead) {

@@ -12,6 +12,7 @@
 
 #include "support/kvk_records.h"
 #include "support/link_fixture.h"
+#include "support/loaded_library.h"
 #include "support/printing.h"
 #include "support/sentence_name.h"
 
@@ -25,7 +26,7 @@ constexpr QStringView NamedLibrary = NAMED_LIBRARY;
 
 // Names that are no file of this system.
 const QString MissingFile = QStringLiteral("/nonexistent/libCTNRV32.so");
-const QString MissingName = QStringLiteral("KartoCheckNoSuchLibrary");
+const QString MissingName = QStringLiteral("libKartoCheckNoSuchLibrary.so");
 
 QString WriteTextFile(const QTemporaryDir& directory) {
   QFile file(directory.filePath(QStringLiteral("libCTNRV32.so")));
@@ -35,13 +36,13 @@ QString WriteTextFile(const QTemporaryDir& directory) {
 }
 
 TEST(CtApiLibraryTest, NothingIsLoadedBeforeTheFirstCall) {
-  const CtApiLibrary library({EchoLibrary.toString()});
+  const CtApiLibrary library = LoadedLibrary({EchoLibrary.toString()});
   EXPECT_EQ(library.LoadedFile(), QString());
-  EXPECT_NO_THROW(const CtApiLibrary missing({MissingFile}));
+  EXPECT_NO_THROW(const CtApiLibrary missing = LoadedLibrary({MissingFile}));
 }
 
 TEST(CtApiLibraryTest, EveryEntryPointGetsItsArgumentsAndGivesItsCode) {
-  CtApiLibrary library({EchoLibrary.toString()});
+  CtApiLibrary library = LoadedLibrary({EchoLibrary.toString()});
   EXPECT_EQ(library.Init(1, 0), 0);
   EXPECT_EQ(library.LoadedFile(), EchoLibrary);
   EXPECT_EQ(library.Close(7), -7);
@@ -64,7 +65,7 @@ TEST(CtApiLibraryTest, EveryEntryPointGetsItsArgumentsAndGivesItsCode) {
 }
 
 TEST(CtApiLibraryTest, CodesAreSignedEightBitNumbers) {
-  CtApiLibrary library({EchoLibrary.toString()});
+  CtApiLibrary library = LoadedLibrary({EchoLibrary.toString()});
   EXPECT_EQ(library.Init(1, 127), 127);
   EXPECT_EQ(library.Init(1, 128), -128);
   EXPECT_EQ(library.Init(1, 200), -56);
@@ -72,7 +73,7 @@ TEST(CtApiLibraryTest, CodesAreSignedEightBitNumbers) {
 }
 
 TEST(CtApiLibraryTest, WhatALibraryTellsOfAPort) {
-  CtApiLibrary library({EchoLibrary.toString()});
+  CtApiLibrary library = LoadedLibrary({EchoLibrary.toString()});
   EXPECT_EQ(library.InfoOf(4).Name, "") << "nothing is loaded for a question";
   EXPECT_EQ(library.LoadedFile(), QString());
   (void)library.Init(1, 0);
@@ -88,7 +89,7 @@ TEST(CtApiLibraryTest, WhatALibraryTellsOfAPort) {
 }
 
 TEST(CtApiLibraryTest, ALibraryMayHaveNothingToTell) {
-  CtApiLibrary library({NamedLibrary.toString()});
+  CtApiLibrary library = LoadedLibrary({NamedLibrary.toString()});
   (void)library.Init(1, 0);
   EXPECT_NE(library.LoadedFile(), QString());
   EXPECT_EQ(library.InfoOf(4).Trouble, ctapi::PortTroubleKind::None);
@@ -135,20 +136,20 @@ class IncompleteLibraryTest : public testing::TestWithParam<IncompleteRow> {};
 
 TEST_P(IncompleteLibraryTest, IsRefusedAtTheFirstCallWhicheverItIs) {
   for (const EntryPoint entryPoint : AllEntryPoints) {
-    CtApiLibrary library({GetParam().file.toString()});
+    CtApiLibrary library = LoadedLibrary({GetParam().file.toString()});
     try {
       Call(library, entryPoint);
       FAIL() << "taken";
     } catch (const LibraryUnusable& error) {
-      EXPECT_STREQ(error.what(),
-                   (std::string("missing entry point ") + GetParam().missing).c_str());
+      EXPECT_EQ(error.Fault,
+                (LibraryFault{LibraryFaultKind::EntryPointMissing, GetParam().missing}));
     }
     EXPECT_THROW(Call(library, entryPoint), LibraryUnusable) << "and at the next call again";
   }
 }
 
 TEST_P(IncompleteLibraryTest, EndsTheProgramWithTheMessageOfALibraryFault) {
-  CtApiLibrary library({GetParam().file.toString()});
+  CtApiLibrary library = LoadedLibrary({GetParam().file.toString()});
   Link link(library);
   EXPECT_THROW((void)link.session.CtOpen(Port(1)), Terminated);
   EXPECT_EQ(link.dialogs.Texts(), (std::vector<QString>{QStringLiteral(
@@ -160,17 +161,30 @@ INSTANTIATE_TEST_SUITE_P(CtApiLibrary, IncompleteLibraryTest,
                              {"CTDENRVT1_init", LIBRARY_WITHOUT_INIT},
                              {"CTDENRVT1_data", LIBRARY_WITHOUT_DATA},
                              {"CTDENRVT1_close", LIBRARY_WITHOUT_CLOSE},
-                             {"CT_get_baudrate", LIBRARY_WITHOUT_BAUDRATE},
                          }),
                          SentenceName());
 
+// Some libraries do not know the rate of the line, and some programs do not ask for it.
+TEST(CtApiLibraryTest, TheRateOfTheLineIsMissedOnlyByWhoeverAsksForIt) {
+  CtApiLibrary library = LoadedLibrary({QStringView(LIBRARY_WITHOUT_BAUDRATE).toString()});
+  Call(library, EntryPoint::Init);
+  Call(library, EntryPoint::Data);
+  Call(library, EntryPoint::Close);
+  try {
+    Call(library, EntryPoint::GetBaudrate);
+    FAIL() << "taken";
+  } catch (const LibraryUnusable& error) {
+    EXPECT_EQ(error.Fault, (LibraryFault{LibraryFaultKind::EntryPointMissing, "CT_get_baudrate"}));
+  }
+}
+
 void ExpectNotFound(const QStringList& candidates) {
   for (const EntryPoint entryPoint : AllEntryPoints) {
-    CtApiLibrary library(candidates);
+    CtApiLibrary library = LoadedLibrary(candidates);
     EXPECT_THROW(Call(library, entryPoint), LibraryNotFound);
     EXPECT_EQ(library.LoadedFile(), QString());
   }
-  CtApiLibrary library(candidates);
+  CtApiLibrary library = LoadedLibrary(candidates);
   Link link(library);
   EXPECT_THROW((void)link.session.CtExchange(u"2011000000", Unit::Terminal), Terminated);
   EXPECT_EQ(link.dialogs.Texts(),
@@ -199,14 +213,83 @@ TEST(CtApiLibraryTest, ADirectory) {
   ExpectNotFound({directory.path()});
 }
 
+LibraryFault LoadFaultOf(const QString& file) {
+  CtApiLibrary library = LoadedLibrary({file});
+  try {
+    (void)library.Init(1, 0);
+  } catch (const LibraryNotFound& failure) {
+    return failure.Fault;
+  }
+  throw std::runtime_error("taken");
+}
+
+TEST(LoadFaultTest, TellsTheFileThatIsMissing) {
+  EXPECT_EQ(LoadFaultOf(MissingFile),
+            (LibraryFault{LibraryFaultKind::FileMissing, MissingFile.toStdString()}));
+  EXPECT_EQ(LoadFaultOf(MissingName),
+            (LibraryFault{LibraryFaultKind::FileMissing, MissingName.toStdString()}));
+}
+
+TEST(LoadFaultTest, TellsTheLibraryThatTheLibraryNeeds) {
+  EXPECT_EQ(LoadFaultOf(QStringLiteral(LIBRARY_WITHOUT_DEPENDENCY)),
+            (LibraryFault{LibraryFaultKind::DependencyMissing, "libKartoCheckTestGone.so"}));
+}
+
+TEST(LoadFaultTest, TellsWhatIsNoLibrary) {
+  const QTemporaryDir directory;
+  EXPECT_EQ(LoadFaultOf(directory.path()),
+            (LibraryFault{LibraryFaultKind::NotALibrary, directory.path().toStdString()}));
+  const QString file = WriteTextFile(directory);
+  EXPECT_EQ(LoadFaultOf(file), (LibraryFault{LibraryFaultKind::NotALibrary, file.toStdString()}));
+}
+
+// An ELF file tells its word size in its fifth byte.
+TEST(LoadFaultTest, TellsALibraryOfAnotherWordSize) {
+  const QTemporaryDir directory;
+  const QString name = directory.filePath(QStringLiteral("libCTNRV32.so"));
+  ASSERT_TRUE(QFile::copy(EchoLibrary.toString(), name));
+  QFile file(name);
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite) && file.seek(4));
+  const char otherWordSize = sizeof(void*) == 8 ? 1 : 2;
+  ASSERT_EQ(file.write(&otherWordSize, 1), 1);
+  file.close();
+  EXPECT_EQ(LoadFaultOf(name), (LibraryFault{LibraryFaultKind::WrongWordSize, name.toStdString()}));
+}
+
+TEST(LoadFaultTest, TellsWhereTheHelperDoesNotStart) {
+  PendingCall pending;
+  for (const QString& helper :
+       {QStringLiteral("/nonexistent/helper"), QStringLiteral("/etc/passwd")}) {
+    CtApiLibrary library(helper, {EchoLibrary.toString()}, pending);
+    try {
+      (void)library.Init(1, 0);
+      FAIL() << "started";
+    } catch (const LibraryUnusable& failure) {
+      EXPECT_EQ(failure.Fault,
+                (LibraryFault{LibraryFaultKind::HelperMissing, helper.toStdString()}));
+    }
+  }
+}
+
+// Another program in the helper's place says something else, or nothing.
+TEST(LoadFaultTest, TellsAHelperThatIsNone) {
+  PendingCall pending;
+  CtApiLibrary speaking(QStringLiteral("/bin/echo"), {QStringLiteral("This is no helper at all.")},
+                        pending);
+  EXPECT_THROW((void)speaking.Init(1, 0), LibraryUnusable);
+  CtApiLibrary silent(QStringLiteral("/bin/true"), {}, pending);
+  EXPECT_THROW((void)silent.Init(1, 0), LibraryUnusable);
+}
+
 TEST(CtApiLibraryTest, CandidatesThatAreMissingAreSkipped) {
-  CtApiLibrary library({MissingFile, MissingName, EchoLibrary.toString()});
+  CtApiLibrary library = LoadedLibrary({MissingFile, MissingName, EchoLibrary.toString()});
   EXPECT_EQ(library.Init(1, 0), 0);
   EXPECT_EQ(library.LoadedFile(), EchoLibrary);
 }
 
 TEST(CtApiLibraryTest, TheFirstCandidateThatExistsIsTaken) {
-  CtApiLibrary library({MissingFile, EchoLibrary.toString(), NamedLibrary.toString()});
+  CtApiLibrary library =
+      LoadedLibrary({MissingFile, EchoLibrary.toString(), NamedLibrary.toString()});
   EXPECT_EQ(library.Init(1, 0), 0);
   EXPECT_EQ(library.LoadedFile(), EchoLibrary);
 }
@@ -217,7 +300,8 @@ TEST(CtApiLibraryTest, ABrokenFileIsNotPassedOverForALaterOne) {
 }
 
 TEST(CtApiLibraryTest, AnIncompleteLibraryIsNotPassedOverForALaterOne) {
-  CtApiLibrary library({QStringView(LIBRARY_WITHOUT_BAUDRATE).toString(), EchoLibrary.toString()});
+  CtApiLibrary library =
+      LoadedLibrary({QStringView(LIBRARY_WITHOUT_INIT).toString(), EchoLibrary.toString()});
   EXPECT_THROW((void)library.Init(1, 0), LibraryUnusable);
 }
 
@@ -226,15 +310,14 @@ TEST(CtApiLibraryTest, ABareNameIsLookedForOnTheSystemsSearchPath) {
   if (!qEnvironmentVariable("LD_LIBRARY_PATH").split(u':').contains(directory)) {
     GTEST_SKIP() << "ctest puts " << directory.toStdString() << " on the search path";
   }
-  CtApiLibrary library({QStringLiteral("KartoCheckTestCTNRV32")});
+  CtApiLibrary library = LoadedLibrary({QStringLiteral("libKartoCheckTestCTNRV32.so")});
   EXPECT_EQ(library.Init(1, 0), 0);
 }
 
 TEST(CtApiLibraryTest, ABareNameIsNotLookedForInTheWorkingDirectory) {
   const QTemporaryDir directory;
-  const QString name = QStringLiteral("KartoCheckWorkingDirectory");
-  ASSERT_TRUE(QFile::copy(EchoLibrary.toString(),
-                          directory.filePath(u"lib" + name + QStringLiteral(".so"))));
+  const QString name = QStringLiteral("libKartoCheckWorkingDirectory.so");
+  ASSERT_TRUE(QFile::copy(EchoLibrary.toString(), directory.filePath(name)));
   const QString before = QDir::currentPath();
   ASSERT_TRUE(QDir::setCurrent(directory.path()));
   ExpectNotFound({name});
@@ -242,7 +325,7 @@ TEST(CtApiLibraryTest, ABareNameIsNotLookedForInTheWorkingDirectory) {
 }
 
 TEST(CtApiLibraryTest, ASessionSpeaksThroughTheRealInterface) {
-  CtApiLibrary library({EchoLibrary.toString()});
+  CtApiLibrary library = LoadedLibrary({EchoLibrary.toString()});
   Link link(library);
   EXPECT_EQ(link.session.CtOpen(Port(8192)), 0);
   EXPECT_EQ(link.ports[5].BaudText, u"19201   ");
@@ -259,7 +342,7 @@ TEST(CtApiLibraryTest, ASessionSpeaksThroughTheRealInterface) {
 class FaultyLibraryTest : public testing::TestWithParam<QStringView> {};
 
 TEST_P(FaultyLibraryTest, EndsTheProgramWithTheMessageOfALibraryFault) {
-  CtApiLibrary library({EchoLibrary.toString()});
+  CtApiLibrary library = LoadedLibrary({EchoLibrary.toString()});
   Link link(library);
   EXPECT_THROW((void)link.session.CtExchange(GetParam(), Unit::Card), Terminated);
   EXPECT_EQ(link.dialogs.Texts(), (std::vector<QString>{QStringLiteral(

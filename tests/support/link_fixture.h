@@ -19,7 +19,7 @@ class Link {
                  .lamps = display.panel,
                  .eventLoop = eventLoop,
                  .ports = ports,
-                 .terminate = [] { throw Terminated{}; }}) {}
+                 .terminate = [](const auto&) { throw Terminated{}; }}) {}
 
   FakeDialogs dialogs;
   FakeDisplay display;

@@ -1,47 +1,37 @@
 #include "platform/qt/ct_api_library.h"
 
-#include <QFileInfo>
-
 #include <algorithm>
-#include <array>
 #include <utility>
 
-#include "ctnrv32.h"
+#include "platform/qt/helper_process.h"
 #include "protocol/return_code.h"
 
 namespace kartocheck {
 
-struct CtApiEntryPoints {
-  CTDENRVT1_init_t init;
-  CTDENRVT1_data_t data;
-  CTDENRVT1_close_t close;
-  CT_get_baudrate_t getBaudrate;
-  KARTOCHECK_port_info_t portInfo;  // none where the library cannot tell
-};
-
 namespace {
 
-constexpr std::size_t LongestName = 1024;  // bytes; readers have names of at most 128
+using ctapi::helper::LoadTrouble;
+using ctapi::helper::Message;
+using ctapi::helper::MessageKind;
 
-bool IsPath(const QString& candidate) {
-  return QFileInfo(candidate).fileName() != candidate;
-}
+constexpr std::uint16_t LongestName = 1024;  // bytes; readers have names of at most 128
+// What a library knows of its ports it tells without asking a terminal.
+constexpr std::chrono::seconds LongestTelling{2};
 
-void Load(QLibrary& library, const QStringList& candidates) {
-  // The library calls its own threads and static data; taking it down again gains nothing.
-  library.setLoadHints(QLibrary::PreventUnloadHint);
-  for (const QString& candidate : candidates) {
-    if (IsPath(candidate) && !QFileInfo::exists(candidate)) continue;
-    library.setFileName(candidate);
-    if (library.load()) return;
-    if (IsPath(candidate)) break;
+LibraryFaultKind KindOf(std::uint8_t trouble) {
+  switch (static_cast<LoadTrouble>(trouble)) {
+    case LoadTrouble::FileMissing:
+      return LibraryFaultKind::FileMissing;
+    case LoadTrouble::DependencyMissing:
+      return LibraryFaultKind::DependencyMissing;
+    case LoadTrouble::NotALibrary:
+      return LibraryFaultKind::NotALibrary;
+    case LoadTrouble::WrongWordSize:
+      return LibraryFaultKind::WrongWordSize;
+    case LoadTrouble::Other:
+      break;
   }
-  throw LibraryNotFound(library.errorString().toStdString());
-}
-
-template <typename Function>
-Function ResolveOptional(QLibrary& library, const char* name) {
-  return reinterpret_cast<Function>(library.resolve(name));
+  return LibraryFaultKind::NotLoadable;
 }
 
 // A newer library may know troubles that this program has no words for.
@@ -50,67 +40,125 @@ ctapi::PortTroubleKind TroubleOf(std::uint8_t number) {
   return kind <= ctapi::LastPortTrouble ? kind : ctapi::PortTroubleKind::None;
 }
 
-template <typename Function>
-Function Resolve(QLibrary& library, const char* name) {
-  const QFunctionPointer address = library.resolve(name);
-  if (address == nullptr) throw LibraryUnusable(std::string("missing entry point ") + name);
-  return reinterpret_cast<Function>(address);
-}
+// True from its begin to its end, also where that is an exception.
+class Flagged {
+ public:
+  explicit Flagged(bool& flag) : flag_(flag) { flag_ = true; }
+  ~Flagged() { flag_ = false; }
+  Flagged(const Flagged&) = delete;
+  Flagged& operator=(const Flagged&) = delete;
+
+ private:
+  bool& flag_;
+};
 
 }  // namespace
 
-CtApiLibrary::CtApiLibrary(QStringList candidates) : candidates_(std::move(candidates)) {}
+CtApiLibrary::CtApiLibrary(QString helper, QStringList candidates, PendingCall& pending)
+    : program_(std::move(helper)), candidates_(std::move(candidates)), pending_(pending) {}
+
 CtApiLibrary::~CtApiLibrary() = default;
 
-QString CtApiLibrary::LoadedFile() const {
-  return library_.isLoaded() ? library_.fileName() : QString();
-}
-
-const CtApiEntryPoints& CtApiLibrary::EntryPoints() {
-  if (!entryPoints_) {
-    Load(library_, candidates_);
-    entryPoints_ = std::make_unique<const CtApiEntryPoints>(CtApiEntryPoints{
-        .init = Resolve<CTDENRVT1_init_t>(library_, "CTDENRVT1_init"),
-        .data = Resolve<CTDENRVT1_data_t>(library_, "CTDENRVT1_data"),
-        .close = Resolve<CTDENRVT1_close_t>(library_, "CTDENRVT1_close"),
-        .getBaudrate = Resolve<CT_get_baudrate_t>(library_, "CT_get_baudrate"),
-        .portInfo = ResolveOptional<KARTOCHECK_port_info_t>(library_, "KARTOCHECK_port_info"),
-    });
+void CtApiLibrary::Fail(const Message& answer) {
+  std::string detail(answer.Text());
+  switch (answer.Kind) {
+    case MessageKind::NotLoadable:
+      throw LibraryNotFound({KindOf(answer.Trouble), std::move(detail)});
+    case MessageKind::EntryPointMissing:
+      throw LibraryUnusable({LibraryFaultKind::EntryPointMissing, std::move(detail)});
+    case MessageKind::Overrun:
+      throw LibraryUnusable({LibraryFaultKind::Overrun});
+    case MessageKind::Threw:
+      throw LibraryUnusable({LibraryFaultKind::Threw});
+    default:
+      throw LibraryUnusable({LibraryFaultKind::Garbled});
   }
-  return *entryPoints_;
 }
 
-ctapi::PortInfo CtApiLibrary::InfoOf(int pn) const {
-  if (!entryPoints_ || entryPoints_->portInfo == nullptr) return {};
-  std::array<std::uint8_t, LongestName> name{};
-  auto length = static_cast<std::uint16_t>(name.size());
-  std::uint8_t trouble = 0;
-  const std::int8_t code =
-      entryPoints_->portInfo(static_cast<std::uint16_t>(pn), &trouble, &length, name.data());
-  if (code != ctapi::code::Success) return {};
-  const std::size_t told = std::min<std::size_t>(length, name.size());
-  return {.Trouble = TroubleOf(trouble),
-          .Name = std::string(name.begin(), name.begin() + static_cast<std::ptrdiff_t>(told))};
+Message CtApiLibrary::GiveUp() {
+  helper_->Kill();
+  helper_.reset();
+  isGivenUp_ = true;
+  return {.Code = ctapi::code::HtsiError};
+}
+
+// False where that was given up.
+bool CtApiLibrary::Load() {
+  helper_ = std::make_unique<HelperProcess>(program_, candidates_);
+  isGivenUp_ = false;
+  const std::optional<Message> started = helper_->Receive(pending_);
+  if (!started) return false;
+  if (started->Kind != MessageKind::Loaded) Fail(*started);
+  file_ = QString::fromStdString(std::string(started->Text()));
+  return true;
+}
+
+Message CtApiLibrary::Call(const Message& call) {
+  const bool opens = call.Kind == MessageKind::Init;
+  if (isGivenUp_ && !opens) return {.Code = ctapi::code::HtsiError};
+  const Flagged calling(isCalling_);
+  try {
+    if (helper_ == nullptr && !Load()) return GiveUp();
+    helper_->Send(call);
+    const std::optional<Message> answer = helper_->Receive(pending_);
+    if (!answer) return GiveUp();
+    if (answer->Kind != MessageKind::Returned) Fail(*answer);
+    return *answer;
+  } catch (const LibraryFailure&) {
+    helper_.reset();
+    throw;
+  }
+}
+
+ctapi::PortInfo CtApiLibrary::InfoOf(int pn) {
+  if (helper_ == nullptr || isCalling_) return {};
+  try {
+    helper_->Send({.Kind = MessageKind::PortInfo,
+                   .Pn = static_cast<std::uint16_t>(pn),
+                   .Length = LongestName});
+    const std::optional<Message> answer = helper_->Receive(LongestTelling);
+    if (answer && answer->Kind == MessageKind::Returned) {
+      if (answer->Code != ctapi::code::Success) return {};
+      return {.Trouble = TroubleOf(answer->Trouble), .Name = std::string(answer->Text())};
+    }
+    helper_->Kill();
+  } catch (const LibraryUnusable&) {
+    // The next open loads the library anew.
+  }
+  helper_.reset();
+  isGivenUp_ = true;
+  return {};
 }
 
 std::int8_t CtApiLibrary::Init(std::uint16_t ctn, std::uint16_t pn) {
-  return EntryPoints().init(ctn, pn);
+  return Call({.Kind = MessageKind::Init, .Ctn = ctn, .Pn = pn}).Code;
 }
 
 std::int8_t CtApiLibrary::Data(std::uint16_t ctn, std::uint8_t& dad, std::uint8_t& sad,
                                std::span<const std::uint8_t> command,
                                std::span<std::uint8_t> response, std::uint16_t& responseLength) {
-  responseLength = static_cast<std::uint16_t>(response.size());
-  return EntryPoints().data(ctn, &dad, &sad, static_cast<std::uint16_t>(command.size()),
-                            command.data(), &responseLength, response.data());
+  const Message answer = Call({.Kind = MessageKind::Data,
+                               .Dad = dad,
+                               .Sad = sad,
+                               .Ctn = ctn,
+                               .Length = static_cast<std::uint16_t>(response.size()),
+                               .Payload = ctapi::Bytes(command.begin(), command.end())});
+  dad = answer.Dad;
+  sad = answer.Sad;
+  responseLength = answer.Length;
+  std::copy_n(answer.Payload.begin(), std::min(answer.Payload.size(), response.size()),
+              response.begin());
+  return answer.Code;
 }
 
 std::int8_t CtApiLibrary::Close(std::uint16_t ctn) {
-  return EntryPoints().close(ctn);
+  return Call({.Kind = MessageKind::Close, .Ctn = ctn}).Code;
 }
 
 std::int8_t CtApiLibrary::GetBaudrate(std::uint16_t ctn, std::int32_t& baud) {
-  return EntryPoints().getBaudrate(ctn, &baud);
+  const Message answer = Call({.Kind = MessageKind::GetBaudrate, .Ctn = ctn, .Baud = baud});
+  if (answer.Code == ctapi::code::Success) baud = answer.Baud;
+  return answer.Code;
 }
 
 }  // namespace kartocheck

@@ -1,20 +1,24 @@
 #pragma once
 
-#include <QLibrary>
+#include <QString>
 #include <QStringList>
 
 #include <memory>
 
+#include "helper/message.h"
 #include "platform/ct_api.h"
+#include "platform/pending_call.h"
 #include "protocol/port_info.h"
 
 namespace kartocheck {
 
-struct CtApiEntryPoints;
+class HelperProcess;
 
-// The CT-API through a shared library. It is loaded at the first call, and all four entry points
-// are resolved together: a library that lacks one of them is refused before any is called. One that
-// lacks the further, optional entry point only tells nothing of its ports.
+// The CT-API through a shared library. The library is loaded at the first call, in a process of its
+// own that serves all ports: what it does to itself stays there. A library that cannot be loaded,
+// or lacks one of the entry points that open, use and close a link, is refused before any is
+// called; without CT_get_baudrate it is refused when that is called. One that lacks the further,
+// optional entry point only tells nothing of its ports.
 class CtApiLibrary final : public CtApi {
  public:
   // File name of CTNRV32 on this platform.
@@ -24,17 +28,21 @@ class CtApiLibrary final : public CtApi {
   static constexpr QStringView FileName = u"libCTNRV32.so";
 #endif
 
-  // The first of the candidates that exists is loaded. A candidate is a path, or a bare file name
-  // that the system's search path resolves.
-  explicit CtApiLibrary(QStringList candidates);
+  // helper: the program that loads the library. The first of the candidates that exists is loaded.
+  // A candidate is a path, or a bare file name that the system's search path resolves. pending:
+  // outlives this.
+  CtApiLibrary(QString helper, QStringList candidates, PendingCall& pending);
   ~CtApiLibrary() override;
 
-  // Where the library stands that was loaded; empty before the first call.
-  [[nodiscard]] QString LoadedFile() const;
+  // Where the library stands that was loaded last; empty before the first call.
+  [[nodiscard]] const QString& LoadedFile() const { return file_; }
 
-  // What the library tells of a port, or of EveryReader. Nothing as long as it is not loaded.
-  [[nodiscard]] ctapi::PortInfo InfoOf(int pn) const;
+  // What the library tells of a port, or of EveryReader. Nothing as long as it is not loaded, while
+  // a call is under way, and from a library that fails at it.
+  [[nodiscard]] ctapi::PortInfo InfoOf(int pn);
 
+  // A call that is given up returns HtsiError (-128), and so does every one after it up to the next
+  // Init, which loads the library anew.
   [[nodiscard]] std::int8_t Init(std::uint16_t ctn, std::uint16_t pn) override;
   [[nodiscard]] std::int8_t Data(std::uint16_t ctn, std::uint8_t& dad, std::uint8_t& sad,
                                  std::span<const std::uint8_t> command,
@@ -44,11 +52,18 @@ class CtApiLibrary final : public CtApi {
   [[nodiscard]] std::int8_t GetBaudrate(std::uint16_t ctn, std::int32_t& baud) override;
 
  private:
-  const CtApiEntryPoints& EntryPoints();
+  [[nodiscard]] ctapi::helper::Message Call(const ctapi::helper::Message& call);
+  [[nodiscard]] bool Load();
+  [[nodiscard]] ctapi::helper::Message GiveUp();
+  [[noreturn]] void Fail(const ctapi::helper::Message& answer);
 
-  QStringList candidates_;
-  QLibrary library_;
-  std::unique_ptr<const CtApiEntryPoints> entryPoints_;
+  const QString program_;
+  const QStringList candidates_;
+  PendingCall& pending_;
+  QString file_;
+  std::unique_ptr<HelperProcess> helper_;  // none before the first call, and after one given up
+  bool isGivenUp_ = false;
+  bool isCalling_ = false;
 };
 
 }  // namespace kartocheck

@@ -187,6 +187,16 @@ void PortFlow::ShowSlot(int slot) {
   view_.statusTabs[slot].Set(StatusTabOf(module_, slot));
 }
 
+void PortFlow::ShowWhatWasRead() {
+  const std::optional<Port> port = module_.LinkPort();
+  if (!port) return;
+  const int slot = port->Slot();
+  ShowSlot(slot);
+  if (!module_.TerminalOf(slot).DataRead) return;
+  view_.data.Set(DataFrameOf(module_.TerminalOf(slot), module_.InsuredOf(slot)));
+  view_.frame.Set(Frame::Data);
+}
+
 QString PortFlow::ShowHint(Port port) {
   const QString hint = module_.HintFor(port);
   view_.portHints[port.Slot()].Set(hint);

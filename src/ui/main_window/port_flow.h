@@ -15,7 +15,10 @@ namespace kartocheck {
 class PortFlow {
  public:
   PortFlow(Bas_MKT_Test& module, Display& display, ViewState& view)
-      : module_(module), display_(display), view_(view) {}
+      : module_(module),
+        display_(display),
+        view_(view),
+        beforeFatal_(module.BeforeFatalMessage([this] { ShowWhatWasRead(); })) {}
 
   // One port of a scan: checks it, and reads where a terminal was found.
   void Scan(Port port);
@@ -48,6 +51,8 @@ class PortFlow {
   void Check(Port port, Remember remember = Remember::ThatItAnswered);
   // The check that ends a diagnosis whose advice the user can follow at once.
   void CheckInDiagnosis(Port port);
+  // The data on the port of the link, where there are any.
+  void ShowWhatWasRead();
   QString ShowHint(Port port);
   [[nodiscard]] int LineOf(Port port) const;
   [[nodiscard]] bool IsMobile(Port port) const;
@@ -56,6 +61,7 @@ class PortFlow {
   Bas_MKT_Test& module_;
   Display& display_;
   ViewState& view_;
+  const CtSession::BeforeFatal beforeFatal_;
   bool sweepEnded_ = false;
 };
 

@@ -16,7 +16,7 @@ namespace {
 constexpr int Noon = 12;
 
 Terminate TerminateOf(FlowLog& log) {
-  return [&log] {
+  return [&log](const LibraryFault& /*fault*/) {
     log.Line(QStringLiteral("terminated"));
     log.Flush();
     std::abort();

@@ -15,7 +15,7 @@ Program::Program(const std::string& script, const Form_MKT_Test::Options& option
               .eventLoop = eventLoop,
               .serial = serial,
               .directory = directory,
-              .terminate = [] { std::abort(); }}),
+              .terminate = [](const auto&) { std::abort(); }}),
       flow(module, window.Boxes(), window, view, window) {
   window.Attach(flow, view, module);
   window.show();

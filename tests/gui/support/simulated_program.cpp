@@ -29,7 +29,7 @@ SimulatedProgram::SimulatedProgram(const QString& scenario, const Form_MKT_Test:
               .eventLoop = eventLoop,
               .serial = serial,
               .directory = machine == nullptr ? directory : *machine,
-              .terminate = [] { std::abort(); }}),
+              .terminate = [](const auto&) { std::abort(); }}),
       flow(module, recorder, recorder, view, window) {
   window.Attach(flow, view, module);
   window.OfferReport([this] { return Report(); });

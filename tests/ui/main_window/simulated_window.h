@@ -32,7 +32,7 @@ class SimulatedWindow {
                 .eventLoop = eventLoop,
                 .serial = serial,
                 .directory = machine == nullptr ? directory : *machine,
-                .terminate = [] { throw Terminated{}; }}),
+                .terminate = [](const auto&) { throw Terminated{}; }}),
         flow(module, dialogs, display, view, frontEnd),
         ports(module, display, view) {
     frontEnd.Watch(view);

@@ -383,7 +383,9 @@ TEST(ButtonTest, ALinkLeftOpenIsClosedBeforeTheControlsComeBack) {
 
 TEST(ButtonTest, TheControlsComeBackWhenTheProgramEndsInTheMiddle) {
   FakeApi api;
-  api.init = [](auto, auto) -> std::int8_t { throw LibraryNotFound("no such file"); };
+  api.init = [](auto, auto) -> std::int8_t {
+    throw LibraryNotFound({LibraryFaultKind::FileMissing});
+  };
   Window window(api);
   EXPECT_THROW(window.flow.Button(ReadButton), Terminated);
   EXPECT_FALSE(window.module.Busy);

@@ -81,7 +81,7 @@ class Practice {
                      .eventLoop = eventLoop_,
                      .serial = serial_,
                      .directory = directory,
-                     .terminate = [] { throw Terminated{}; }}};
+                     .terminate = [](const auto&) { throw Terminated{}; }}};
   ViewState view;
   PortFlow ports{module, recorder, view};
 };

@@ -23,7 +23,7 @@ class Window {
                 .eventLoop = eventLoop,
                 .serial = serial,
                 .directory = directory,
-                .terminate = [] { throw Terminated{}; }}),
+                .terminate = [](const auto&) { throw Terminated{}; }}),
         flow(module, dialogs, display, view, frontEnd),
         ports(module, display, view) {
     frontEnd.Watch(view);

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+
+#include "platform/shown.h"
+
+namespace kartocheck {
+
+// The call to the CT-API library that has not come back yet. While it is waited for the event loop
+// runs; whoever has become tired of it can give it up.
+class PendingCall {
+ public:
+  explicit PendingCall(std::chrono::milliseconds patience = std::chrono::seconds(5))
+      : patience_(patience) {}
+
+  // Whether the call has not come back for as long as the patience lasts. False at its end.
+  [[nodiscard]] Shown<bool>& Late() { return late_; }
+
+  // The call that is late returns code -128 (HTSI error); the process of the library is ended.
+  void GiveUp() {
+    if (late_.Value() && giveUp_) giveUp_();
+  }
+  // Gives up whatever is late, now and later: the program is to end.
+  void GiveUpWhateverIsLate() {
+    isHurried_ = true;
+    GiveUp();
+  }
+
+  // For whoever makes the call: it begins, it has lasted for the patience, it is over.
+  [[nodiscard]] std::chrono::milliseconds Patience() const { return patience_; }
+  void Begin(std::function<void()> giveUp) { giveUp_ = std::move(giveUp); }
+  void BecomeLate() {
+    late_.Set(true);
+    if (isHurried_) GiveUp();
+  }
+  void End() {
+    giveUp_ = nullptr;
+    if (late_.Value()) late_.Set(false);
+  }
+
+ private:
+  std::chrono::milliseconds patience_;
+  Shown<bool> late_;
+  std::function<void()> giveUp_;
+  bool isHurried_ = false;
+};
+
+}  // namespace kartocheck
