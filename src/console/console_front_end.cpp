@@ -48,6 +48,17 @@ std::vector<ReportedMessage> ConsoleFrontEnd::TakeMessages() {
   return std::exchange(messages_, {});
 }
 
+void ConsoleFrontEnd::CompleteAfterFatal() {
+  // Completing may fail as well.
+  if (const auto complete = std::exchange(complete_, nullptr)) complete();
+}
+
+void ConsoleFrontEnd::TellNotWritten() {
+  EndStatusLine();
+  out_ << Printable(QStringLiteral("KartoCheck: Der Bericht lässt sich nicht ausgeben."))
+       << std::endl;
+}
+
 void ConsoleFrontEnd::Tell(Icon icon, const QString& title, const QString& text) {
   Write(title, text);
   messages_.push_back({.icon = icon, .title = title, .text = text});
@@ -77,7 +88,8 @@ Answer ConsoleFrontEnd::AskPerson(const Question& question) {
     out_ << Printable(AnswerText(Confirmation(question.buttons)) + u" / " +
                       AnswerText(Refusal(question.buttons)))
          << keys << std::flush;
-    const std::optional<std::string> line = answers_();
+    // Whoever has not seen the question has not answered it.
+    const std::optional<std::string> line = out_ ? answers_() : std::nullopt;
     if (!line) {
       out_ << std::endl;
       return Refusal(question.buttons);

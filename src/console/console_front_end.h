@@ -42,6 +42,12 @@ class ConsoleFrontEnd final : public Dialogs, public Display {
   // The boxes since the last call.
   [[nodiscard]] std::vector<ReportedMessage> TakeMessages();
 
+  // What completes the report that was begun, when the program ends after a fatal message.
+  void WhenFatal(std::function<void()> complete) { complete_ = std::move(complete); }
+  void CompleteAfterFatal();
+  // That the report could not be written.
+  void TellNotWritten();
+
   void Tell(Icon icon, const QString& title, const QString& text) override;
   [[nodiscard]] Answer Ask(const Question& question) override;
 
@@ -58,6 +64,7 @@ class ConsoleFrontEnd final : public Dialogs, public Display {
   LineSource answers_;         // none without a person
   qsizetype statusWidth_ = 0;  // characters on a line that is not ended
   std::vector<ReportedMessage> messages_;
+  std::function<void()> complete_;
 };
 
 }  // namespace kartocheck

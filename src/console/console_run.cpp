@@ -24,24 +24,50 @@ PortReport ReportOf(Port port, const Bas_MKT_Test& module, ConsoleFrontEnd& fron
           .messages = frontEnd.TakeMessages()};
 }
 
+int ExitStatusOf(const std::vector<PortReport>& reports) {
+  const auto any = [&](auto member) {
+    return std::any_of(reports.begin(), reports.end(),
+                       [&](const PortReport& report) { return report.terminal.*member; });
+  };
+  if (any(&TerminalInfo::DataRead)) return exit_status::DataRead;
+  return any(&TerminalInfo::Answered) ? exit_status::NoData : exit_status::NoTerminal;
+}
+
 // One run over ports; each is reported when it is done.
 class ConsoleScan {
  public:
-  ConsoleScan(const ConsoleOptions& options, Bas_MKT_Test& module, ConsoleFrontEnd& frontEnd,
-              std::ostream& out)
-      : options_(options),
-        module_(module),
-        frontEnd_(frontEnd),
-        out_(out),
-        ports_(module, frontEnd, view_) {}
+  ConsoleScan(Bas_MKT_Test& module, ConsoleFrontEnd& frontEnd, ReportWriter& writer)
+      : module_(module), frontEnd_(frontEnd), writer_(writer), ports_(module, frontEnd, view_) {}
 
+  [[nodiscard]] int Run(std::optional<Port> only) {
+    writer_.Begin();
+    if (only) {
+      LookAt(*only);
+    } else {
+      LookAtAll();
+    }
+    run_.isComplete = !module_.IsExitRequested();
+    End();
+    return run_.isComplete ? ExitStatusOf(run_.ports) : exit_status::Interrupted;
+  }
+
+  // After a fatal message: what was read on the port that the run is at, and the end.
+  void Complete() {
+    try {
+      if (current_) Add(*current_);
+      End();
+    } catch (const NotWritten&) {
+      frontEnd_.TellNotWritten();
+    }
+  }
+
+ private:
   void LookAt(Port port) {
     if (module_.IsExitRequested()) return;
+    current_ = port;
     ports_.Scan(port);
-    reports_.push_back(ReportOf(port, module_, frontEnd_));
-    if (options_.json) return;
-    frontEnd_.EndStatusLine();
-    WritePort(out_, reports_.back());
+    current_.reset();
+    Add(port);
   }
 
   void LookAtAll() {
@@ -53,48 +79,42 @@ class ConsoleScan {
     for (const Port port : furtherPorts) LookAt(port);
   }
 
-  [[nodiscard]] RunReport Report() const {
-    return {.ports = reports_, .hints = view_.hintsWithoutReader.Value()};
+  void Add(Port port) {
+    frontEnd_.EndStatusLine();
+    run_.ports.push_back(ReportOf(port, module_, frontEnd_));
+    writer_.Add(run_.ports.back());
   }
 
- private:
-  const ConsoleOptions& options_;
+  void End() {
+    frontEnd_.EndStatusLine();
+    run_.hints = view_.hintsWithoutReader.Value();
+    writer_.End(run_);
+  }
+
   Bas_MKT_Test& module_;
   ConsoleFrontEnd& frontEnd_;
-  std::ostream& out_;
+  ReportWriter& writer_;
   ViewState view_;
   PortFlow ports_;
-  std::vector<PortReport> reports_;
+  RunReport run_;
+  std::optional<Port> current_;
 };
-
-int ExitStatusOf(const std::vector<PortReport>& reports) {
-  const auto any = [&](auto member) {
-    return std::any_of(reports.begin(), reports.end(),
-                       [&](const PortReport& report) { return report.terminal.*member; });
-  };
-  if (any(&TerminalInfo::DataRead)) return exit_status::DataRead;
-  return any(&TerminalInfo::Answered) ? exit_status::NoData : exit_status::NoTerminal;
-}
 
 }  // namespace
 
 int RunConsole(const ConsoleOptions& options, Bas_MKT_Test& module, ConsoleFrontEnd& frontEnd,
                std::ostream& out) {
-  ConsoleScan scan(options, module, frontEnd, out);
-  if (options.port) {
-    scan.LookAt(*options.port);
-  } else {
-    scan.LookAtAll();
+  JsonReport json(out);
+  TextReport text(out);
+  ReportWriter& writer = options.json ? static_cast<ReportWriter&>(json) : text;
+  ConsoleScan scan(module, frontEnd, writer);
+  frontEnd.WhenFatal([&scan] { scan.Complete(); });
+  try {
+    return scan.Run(options.port);
+  } catch (const NotWritten&) {
+    frontEnd.TellNotWritten();
+    return exit_status::NotWritten;
   }
-  frontEnd.EndStatusLine();
-  const RunReport run = scan.Report();
-  if (options.json) {
-    out << JsonReport(run).toStdString();
-  } else {
-    WritePortTable(out, run);
-  }
-  out.flush();
-  return ExitStatusOf(run.ports);
 }
 
 int RunConsoleDiagnosis(Port port, Bas_MKT_Test& module, ConsoleFrontEnd& frontEnd,
@@ -102,13 +122,19 @@ int RunConsoleDiagnosis(Port port, Bas_MKT_Test& module, ConsoleFrontEnd& frontE
   ViewState view;
   view.diagnosedPort.Watch([&](const QString& name) { frontEnd.ShowStatusText(name); });
   PortFlow flow(module, frontEnd, view);
+  const auto report = [&] {
+    std::vector<PortReport> reports{ReportOf(port, module, frontEnd)};
+    frontEnd.EndStatusLine();
+    out << '\n';
+    WritePort(out, reports.front());
+    return reports;
+  };
+  frontEnd.WhenFatal([&] { (void)report(); });
   flow.Choose(port);
   flow.Diagnose(port);
-  const std::vector<PortReport> reports{ReportOf(port, module, frontEnd)};
-  frontEnd.EndStatusLine();
-  out << '\n';
-  WritePort(out, reports.front());
-  return ExitStatusOf(reports);
+  const std::vector<PortReport> reports = report();
+  if (!out) return exit_status::NotWritten;
+  return module.IsExitRequested() ? exit_status::Interrupted : ExitStatusOf(reports);
 }
 
 }  // namespace kartocheck

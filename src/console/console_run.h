@@ -14,6 +14,8 @@ inline constexpr int DataRead = 0;
 inline constexpr int NoTerminal = 1;
 inline constexpr int NoData = 2;  // a terminal, but no data could be read
 inline constexpr int UsageOrFatal = 3;
+inline constexpr int NotWritten = 4;     // the report could not be written
+inline constexpr int Interrupted = 130;  // the program was asked to end, as shells tell SIGINT
 }  // namespace exit_status
 
 struct ConsoleOptions {
@@ -22,7 +24,9 @@ struct ConsoleOptions {
 };
 
 // Checks the ports, identifies the terminals, reads what can be read and reports on `out`: the port
-// of the options, or COM 1 to 4 and every further port that a sweep finds. Returns the exit status.
+// of the options, or COM 1 to 4 and every further port that a sweep finds. Each port is handed over
+// when it is done; what cannot be handed over ends the run before the next read. Returns the exit
+// status.
 [[nodiscard]] int RunConsole(const ConsoleOptions& options, Bas_MKT_Test& module,
                              ConsoleFrontEnd& frontEnd, std::ostream& out);
 

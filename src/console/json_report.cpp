@@ -5,6 +5,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <ostream>
+#include <string>
+
 namespace kartocheck {
 
 namespace {
@@ -147,20 +150,45 @@ QByteArray WithoutControls(const QByteArray& json) {
   return text.toUtf8();
 }
 
+// A value as it stands behind its key, so far from the margin.
+std::string Indented(const QJsonValue& value, int margin) {
+  const bool isObject = value.isObject();
+  const QJsonDocument document =
+      isObject ? QJsonDocument(value.toObject()) : QJsonDocument(value.toArray());
+  // Every line break is one between values: those of texts are escaped.
+  const QByteArray lineBreak = '\n' + QByteArray(margin, ' ');
+  return WithoutControls(document.toJson().trimmed()).replace('\n', lineBreak).toStdString();
+}
+
+std::string Quoted(const QString& text) {
+  const std::string array = Indented(QJsonArray{text}, 0);
+  const std::size_t begin = array.find('"');
+  return array.substr(begin, array.rfind('"') + 1 - begin);
+}
+
+constexpr int PortMargin = 8;
+constexpr int HintsMargin = 4;
+
 }  // namespace
 
-QByteArray JsonReport(const RunReport& run) {
-  QJsonObject ports;
-  for (const PortReport& report : run.ports) {
-    ports.insert(QString::number(report.port.Number()), ReportJson(report));
-  }
-  const QJsonDocument document(QJsonObject{
-      {QStringLiteral("program"), QStringLiteral("KartoCheck")},
-      {QStringLiteral("version"), QCoreApplication::applicationVersion()},
-      {QStringLiteral("ports"), ports},
-      {QStringLiteral("hints"), QJsonArray::fromStringList(run.hints)},
-  });
-  return WithoutControls(document.toJson());
+void JsonReport::Begin() {
+  out_ << "{\n    \"program\": \"KartoCheck\",\n    \"version\": "
+       << Quoted(QCoreApplication::applicationVersion()) << ",\n    \"ports\": {";
+  HandOver(out_);
+}
+
+void JsonReport::Add(const PortReport& report) {
+  out_ << (hasPorts_ ? "," : "") << "\n        \"" << report.port.Number()
+       << "\": " << Indented(ReportJson(report), PortMargin);
+  hasPorts_ = true;
+  HandOver(out_);
+}
+
+void JsonReport::End(const RunReport& run) {
+  out_ << "\n    },\n    \"hints\": "
+       << Indented(QJsonArray::fromStringList(run.hints), HintsMargin)
+       << ",\n    \"complete\": " << (run.isComplete ? "true" : "false") << "\n}\n";
+  HandOver(out_);
 }
 
 }  // namespace kartocheck

@@ -38,7 +38,8 @@ struct PortReport {
 // What became of a run.
 struct RunReport {
   std::vector<PortReport> ports;
-  QStringList hints;  // why no reader was found, and what to do
+  QStringList hints;        // why no reader was found, and what to do
+  bool isComplete = false;  // every port was looked at
 };
 
 }  // namespace kartocheck

@@ -1,5 +1,7 @@
 #include "console/text_report.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <ostream>
 
@@ -102,6 +104,22 @@ void WritePortTable(std::ostream& out, const RunReport& run) {
   }
   for (const QString& hint : run.hints) WriteRow(out, u"Hinweis:", hint);
   out.flush();
+}
+
+void TextReport::Begin() {
+  out_ << "KartoCheck " << Printable(QCoreApplication::applicationVersion()) << "\n\n";
+  HandOver(out_);
+}
+
+void TextReport::Add(const PortReport& report) {
+  WritePort(out_, report);
+  HandOver(out_);
+}
+
+void TextReport::End(const RunReport& run) {
+  WritePortTable(out_, run);
+  if (!run.isComplete) out_ << "\nDer Lauf wurde vorzeitig beendet.\n";
+  HandOver(out_);
 }
 
 }  // namespace kartocheck

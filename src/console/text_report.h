@@ -5,7 +5,7 @@
 #include <iosfwd>
 #include <string>
 
-#include "console/port_report.h"
+#include "console/report_writer.h"
 
 namespace kartocheck {
 
@@ -18,5 +18,18 @@ void WritePort(std::ostream& out, const PortReport& report);
 
 // One line a port, and why no reader was found.
 void WritePortTable(std::ostream& out, const RunReport& run);
+
+// The run as a text: which program says it, each port, and the table of all.
+class TextReport final : public ReportWriter {
+ public:
+  explicit TextReport(std::ostream& out) : out_(out) {}
+
+  void Begin() override;
+  void Add(const PortReport& report) override;
+  void End(const RunReport& run) override;
+
+ private:
+  std::ostream& out_;
+};
 
 }  // namespace kartocheck

@@ -44,7 +44,8 @@ Ohne Fenster:
   --version              Version
 
 Exit-Status mit --console: 0 Daten gelesen, 1 kein Terminal, 2 Terminal ohne Daten,
-3 falscher Aufruf oder Bibliothek nicht verwendbar.)";
+3 falscher Aufruf oder Bibliothek nicht verwendbar, 4 Bericht nicht ausgebbar,
+130 abgebrochen.)";
 
 struct Options {
   QCommandLineOption ctApi{QStringLiteral("ct-api"), {}, QStringLiteral("DATEI")};

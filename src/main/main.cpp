@@ -146,7 +146,11 @@ int RunConsoleFrontEnd(const CommandLine& line, Outside& outside) {
                        .eventLoop = eventLoop,
                        .serial = outside.Serial(),
                        .directory = outside.Directory(),
-                       .terminate = TerminateNow,
+                       .terminate =
+                           [&](const LibraryFault& fault) {
+                             frontEnd.CompleteAfterFatal();
+                             TerminateNow(fault);
+                           },
                        .onExitRequest = [&] { outside.Pending().GiveUpWhateverIsLate(); }});
   module.LoadSchemas(SchemaDirectories(line));
   module.SetValidation(line.validate);
@@ -207,5 +211,6 @@ int Main(int argc, char** argv) {
 }  // namespace kartocheck
 
 int main(int argc, char** argv) {
+  kartocheck::SecureStandardStreams();
   return kartocheck::Main(argc, argv);
 }

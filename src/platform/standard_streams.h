@@ -7,6 +7,11 @@ enum class StandardStream { Input = 0, Output = 1, Error = 2 };
 // Whether a person sits at the other end.
 [[nodiscard]] bool IsTerminal(StandardStream stream);
 
+// Makes writing to a closed pipe an error of the write instead of the program's end, and keeps a
+// standard stream that the program was started without from becoming something else: reading from
+// it, or writing to it, fails. To be called before anything is opened.
+void SecureStandardStreams();
+
 // Waits for a moment until a person at standard input has typed a line; false where none has come.
 // True at once where standard input is no terminal.
 [[nodiscard]] bool WaitForInput();

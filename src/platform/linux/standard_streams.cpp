@@ -1,6 +1,8 @@
 #include "platform/standard_streams.h"
 
 #include <cerrno>
+#include <csignal>
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
@@ -15,6 +17,15 @@ constexpr int MomentMs = 100;
 
 bool IsTerminal(StandardStream stream) {
   return ::isatty(static_cast<int>(stream)) != 0;
+}
+
+void SecureStandardStreams() {
+  std::signal(SIGPIPE, SIG_IGN);
+  // Opened the wrong way round. The lowest free number is taken, which is the missing stream's.
+  for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+    if (::fcntl(stream, F_GETFD) != -1) continue;
+    (void)::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
 }
 
 bool WaitForInput() {

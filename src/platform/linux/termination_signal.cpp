@@ -20,7 +20,18 @@ constexpr std::array<int, 3> Signals{SIGTERM, SIGINT, SIGHUP};
 // the pair carries the request over to the event loop.
 std::array<int, 2> pair{-1, -1};
 
-extern "C" void WriteByte(int /*signal*/) {
+// Whoever asks twice does not want to wait any longer: the second request ends the program as if it
+// had never been caught.
+volatile std::sig_atomic_t requests = 0;
+
+extern "C" void WriteByte(int signal) {
+  if (requests != 0) {
+    std::signal(signal, SIG_DFL);
+    // Blocked until this handler returns.
+    std::raise(signal);
+    return;
+  }
+  requests = 1;
   const int error = errno;
   const char byte = 1;
   [[maybe_unused]] const auto written = ::write(pair[0], &byte, sizeof byte);
@@ -48,6 +59,7 @@ class TerminationSignal::Watcher {
  public:
   explicit Watcher(std::function<void()> onRequest) : onRequest_(std::move(onRequest)) {
     pair = OpenPair();
+    requests = 0;
     notifier_ = std::make_unique<QSocketNotifier>(pair[1], QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(), [this] {
       char byte = 0;
