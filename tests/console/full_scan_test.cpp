@@ -29,7 +29,9 @@ TEST(ConsoleScanTest, ReportsEveryPortAndThenTheTable) {
   usb.DeviceId = "USB VID_FFFE PID_0001 SIM0001";
   console.practice.Attach(8192, usb);
   EXPECT_EQ(console.Run(), 0);
-  EXPECT_EQ(console.out.str(), R"(COM 1 (CTAPI pn=1)
+  EXPECT_EQ(console.out.str(), R"(KartoCheck 
+
+COM 1 (CTAPI pn=1)
   Serielle Schnittstelle:         Ist verfügbar!
   Baudrate:                       9600 Baud
   PKT Modell:                     Serie Gamma

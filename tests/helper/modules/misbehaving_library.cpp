@@ -209,10 +209,11 @@ const bool isLoading = [] {
 
 }  // namespace
 
-std::int8_t CTDENRVT1_init(std::uint16_t ctn, std::uint16_t pn) {
+// The scenario's COM 1 is on every port: COM 1 to 4 would have to be there as serial devices.
+std::int8_t CTDENRVT1_init(std::uint16_t ctn, std::uint16_t /*pn*/) {
   static int number = 0;
   Misbehave("init", ++number);
-  return Original<CTDENRVT1_init_t>("CTDENRVT1_init")(ctn, pn);
+  return Original<CTDENRVT1_init_t>("CTDENRVT1_init")(ctn, 1);
 }
 
 std::int8_t CTDENRVT1_data(std::uint16_t ctn, std::uint8_t* dad, std::uint8_t* sad,
