@@ -26,6 +26,7 @@
 #include "platform/termination_signal.h"
 #include "protocol/com_table.h"
 #include "simulator/scenario.h"
+#include "text/status_texts.h"
 #if defined(KARTOCHECK_WITH_WINDOW)
 #include "main/start_window.h"
 #endif
@@ -152,6 +153,9 @@ int RunConsoleFrontEnd(const CommandLine& line, Outside& outside) {
                              TerminateNow(fault);
                            },
                        .onExitRequest = [&] { outside.Pending().GiveUpWhateverIsLate(); }});
+  outside.Pending().Late().Watch([&](bool isLate) {
+    if (isLate) frontEnd.ShowStatusText(status_text::NotAnsweredYet.toString());
+  });
   module.LoadSchemas(SchemaDirectories(line));
   module.SetValidation(line.validate);
   const TerminationSignal signal([&] {

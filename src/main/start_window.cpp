@@ -1,12 +1,14 @@
 #include "main/start_window.h"
 
 #include <QApplication>
+#include <QDateTime>
 #include <QSettings>
 #include <QSysInfo>
 
 #include <cstdlib>
 
 #include "app/bas_mkt_test.h"
+#include "diagnosis/library_fault_text.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/termination_signal.h"
 #include "ui/form_first_user.h"
@@ -32,6 +34,17 @@ bool ShowUserInformation() {
   return information.ContinueFlag() && !isEnded;
 }
 
+QString FailureKey() {
+  return QStringLiteral("Abbruch/Grund");
+}
+
+// For the test report after the next start: this run has no time to make one.
+void KeepFailure(QSettings& settings, const LibraryFault& fault) {
+  const QString time = QDateTime::currentDateTime().toString(QStringLiteral("dd.MM.yyyy HH:mm:ss"));
+  settings.setValue(FailureKey(), QString(time + u": " + LibraryFaultText(fault)));
+  settings.sync();
+}
+
 }  // namespace
 
 std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv) {
@@ -46,10 +59,11 @@ int RunWindow(const WindowSetup& setup) {
   if (!ShowUserInformation()) return EXIT_SUCCESS;
   QtEventLoop eventLoop;
   QSettings settings(QStringLiteral("KartoCheck"), QStringLiteral("KartoCheck"));
-  const auto facts = [&setup] {
+  const auto facts = [&] {
     return ProgramFacts{.version = QCoreApplication::applicationVersion(),
                         .library = setup.library(),
-                        .system = QSysInfo::prettyProductName()};
+                        .system = QSysInfo::prettyProductName(),
+                        .lastFailure = settings.value(FailureKey()).toString()};
   };
   Form_MKT_Test window({.simulation = setup.simulation, .settings = &settings, .facts = facts});
   RunRecorder recorder(window.Boxes(), window, [] { return QTime::currentTime(); });
@@ -59,11 +73,16 @@ int RunWindow(const WindowSetup& setup) {
                        .eventLoop = eventLoop,
                        .serial = setup.serial,
                        .directory = setup.directory,
-                       .terminate = setup.terminate,
+                       .terminate =
+                           [&](const LibraryFault& fault) {
+                             KeepFailure(settings, fault);
+                             setup.terminate(fault);
+                           },
                        .onExitRequest = [&] { setup.pending.GiveUpWhateverIsLate(); }});
   module.LoadSchemas(setup.schemaDirectories);
   ViewState view;
   TestFlow flow(module, recorder, recorder, view, window);
+  flow.Watch(setup.pending);
   window.Attach(flow, view, module);
   window.OfferReport(
       [&] { return TestReportText(QDateTime::currentDateTime(), facts(), module, recorder); });

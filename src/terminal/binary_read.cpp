@@ -45,8 +45,9 @@ BinaryRead CtExchangeFile(CtSession& link, int offset, int count) {
     if (!answer.Is(sw::Ok) && !answer.Is(sw::EndOfFile)) return Refused(answer);
     read.statusWord = answer.StatusWord();
     const QByteArrayView piece = bytes::Mid(answer.Data(), 0, wanted);
-    if (piece.isEmpty()) break;
     read.bytes += piece;
+    const bool isFileAtItsEnd = answer.Is(sw::EndOfFile) && piece.size() < wanted;
+    if (piece.isEmpty() || isFileAtItsEnd) break;
   }
   read.result = BinaryRead::Result::Success;
   return read;

@@ -25,9 +25,10 @@ struct BinaryRead {
 };
 
 // READ BINARY of the selected file: `count` bytes (0 to 65,535) from `offset` (0 to 65,535). Up to
-// 253 bytes are asked for at once, more in pieces. "9000" and "6282" are success, and fewer bytes
-// than asked when the file ends before. An offset of 32,768 or more cannot be expressed: the read
-// fails and nothing is sent.
+// 253 bytes are asked for at once, more in pieces. "9000" and "6282" are success. A short
+// answer with "6282" is the end of the file: fewer bytes than asked are success as well, and
+// callers that need all of them look at their number. An offset of 32,768 or more cannot be
+// expressed: the read fails and nothing is sent.
 [[nodiscard]] BinaryRead CtExchangeFile(CtSession& link, int offset, int count);
 
 // READ BINARY of a mobile terminal's stored file: the file is chosen by P1 P2 with a short file

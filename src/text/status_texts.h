@@ -28,5 +28,7 @@ inline constexpr QStringView Copied =
     u"Die Krankenversichertendaten wurden in die Zwischenablage kopiert";
 inline constexpr QStringView TerminalStatus = u"Der MKT Status wird angezeigt";
 inline constexpr QStringView DialogCheck = u"Überprüft die ausgewählte Schnittstelle im Dialog";
+inline constexpr QStringView NotAnsweredYet = u"Das Terminal hat noch nicht geantwortet";
+inline constexpr QStringView GivenUp = u"Das Warten auf das Terminal wurde abgebrochen";
 
 }  // namespace kartocheck::status_text

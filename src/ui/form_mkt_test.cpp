@@ -12,10 +12,12 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QSettings>
+#include <QShortcut>
 #include <QStatusBar>
 
 #include <algorithm>
 
+#include "text/status_texts.h"
 #include "ui/button_panel.h"
 #include "ui/form_daten_info.h"
 #include "ui/form_egk_info.h"
@@ -185,9 +187,9 @@ void Form_MKT_Test::CreateFrames() {
   connect(cmdeGK, &QPushButton::clicked, this, [this] { ShowEgkInfo(); });
 
   wait_ = new WaitFrame(content);
-  connect(wait_, &WaitFrame::EndRequested, this, [this] {
-    if (flow_ != nullptr) flow_->EndSweep();
-  });
+  connect(wait_, &WaitFrame::GiveUpRequested, this, &Form_MKT_Test::Escape);
+  auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+  connect(escape, &QShortcut::activated, this, &Form_MKT_Test::Escape);
   dialogCheck_ = new DialogCheckFrame(content);
   terminalStatus_ = new TerminalStatusFrame(content);
   connect(terminalStatus_, &TerminalStatusFrame::TabChosen, this, [this] {
@@ -203,6 +205,24 @@ void Form_MKT_Test::CreateFrames() {
     policy.setRetainSizeWhenHidden(true);
     widget->setSizePolicy(policy);
     widget->hide();
+  }
+}
+
+// Ends what the user waits for: the call that the terminal has not answered, and the search.
+void Form_MKT_Test::Escape() {
+  if (flow_ == nullptr) return;
+  flow_->GiveUp();
+  if (wait_->isVisible()) flow_->EndSweep();
+}
+
+void Form_MKT_Test::ShowLateness(bool isLate) {
+  wait_->OfferToGiveUp(isLate);
+  giveUp_->setVisible(isLate);
+  if (isLate) {
+    textBeforeLateness_ = Labl_StatusText->text();
+  } else if (Labl_StatusText->text() == status_text::NotAnsweredYet) {
+    // The answer has come: what was being done goes on.
+    ShowStatusText(textBeforeLateness_);
   }
 }
 
@@ -222,6 +242,9 @@ void Form_MKT_Test::CreateStatusBar(bool simulation) {
     label->setFont(bold);
     statusBar()->addPermanentWidget(label);
   }
+  giveUp_ = GiveUpButton(QStringLiteral("Butt_Abbrechen"), this);
+  connect(giveUp_, &QPushButton::clicked, this, &Form_MKT_Test::Escape);
+  statusBar()->addPermanentWidget(giveUp_);
   ProgressBar1 = new QProgressBar(this);
   ProgressBar1->setObjectName(QStringLiteral("ProgressBar1"));
   ProgressBar1->setAccessibleName(QStringLiteral("Fortschritt"));
@@ -273,6 +296,7 @@ void Form_MKT_Test::DrawView(ViewState& view) {
   view.nextButton.Watch([this](std::optional<Action> button) {
     if (button) focusBefore_ = Pict_MKT_Test->Button(static_cast<int>(*button));
   });
+  view.isCallLate.Watch([this](bool isLate) { ShowLateness(isLate); });
   view.diagnosedPort.Watch([this](const QString& name) { dialogCheck_->ShowPort(name); });
   view.diagnosisStep.Watch([this](const QString& step) { dialogCheck_->ShowStep(step); });
 }

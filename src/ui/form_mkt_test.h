@@ -77,6 +77,8 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   void CreateHelpMenu();
   void AskForSchema(VsdKind kind);
   void ShowEgkInfo();
+  void Escape();
+  void ShowLateness(bool isLate);
   void ShowUserInformation();
   void CopyReport();
   void CreateFrames();
@@ -107,6 +109,8 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   TerminalStatusFrame* terminalStatus_ = nullptr;
   InsuredDataFrame* insuredData_ = nullptr;
   QLabel* Labl_StatusText = nullptr;
+  QPushButton* giveUp_ = nullptr;
+  QString textBeforeLateness_;
   QProgressBar* ProgressBar1 = nullptr;
 
   QAction* mnuValidierung = nullptr;

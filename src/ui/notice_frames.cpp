@@ -1,7 +1,7 @@
 #include "ui/notice_frames.h"
 
 #include <QLabel>
-#include <QShortcut>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include <array>
@@ -45,10 +45,18 @@ QLabel* PictureLabel(QStringView picture, QWidget* parent) {
 
 }  // namespace
 
+QPushButton* GiveUpButton(const QString& name, QWidget* parent) {
+  auto* button = new QPushButton(QStringLiteral("Warten abbrechen (Esc)"), parent);
+  button->setObjectName(name);
+  button->setToolTip(
+      QStringLiteral("Das Terminal hat noch nicht geantwortet. Nicht länger darauf warten."));
+  button->setAutoDefault(false);
+  button->hide();
+  return button;
+}
+
 WaitFrame::WaitFrame(QWidget* parent) : QFrame(parent) {
   setFrameShape(QFrame::StyledPanel);
-  auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
-  connect(escape, &QShortcut::activated, this, &WaitFrame::EndRequested);
   auto* layout = new QVBoxLayout(this);
   layout->addStretch();
   AddCentred(layout, PictureLabel(u"full_scan", this));
@@ -67,6 +75,17 @@ WaitFrame::WaitFrame(QWidget* parent) : QFrame(parent) {
       layout,
       PlainLabel(QStringLiteral("Labe_WartenHinweis"),
                  QStringLiteral("Esc beendet die Suche nach weiteren Schnittstellen."), this));
+  giveUp_ = GiveUpButton(QStringLiteral("Butt_WartenAbbrechen"), this);
+  connect(giveUp_, &QPushButton::clicked, this, &WaitFrame::GiveUpRequested);
+  // Nothing moves when it appears.
+  QSizePolicy policy = giveUp_->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  giveUp_->setSizePolicy(policy);
+  layout->addWidget(giveUp_, 0, Qt::AlignCenter);
+}
+
+void WaitFrame::OfferToGiveUp(bool offered) {
+  giveUp_->setVisible(offered);
 }
 
 DialogCheckFrame::DialogCheckFrame(QWidget* parent) : QFrame(parent) {

@@ -3,8 +3,12 @@
 #include <QFrame>
 
 class QLabel;
+class QPushButton;
 
 namespace kartocheck {
+
+// A hidden button that gives up the call that the terminal has not answered.
+[[nodiscard]] QPushButton* GiveUpButton(const QString& name, QWidget* parent);
 
 // Fram_Show_0: shown while the ports are scanned.
 class WaitFrame final : public QFrame {
@@ -13,9 +17,14 @@ class WaitFrame final : public QFrame {
  public:
   explicit WaitFrame(QWidget* parent);
 
+  // Offers to give up the call that the terminal has not answered, or does not any more.
+  void OfferToGiveUp(bool offered);
+
  Q_SIGNALS:
-  // Escape was pressed while the frame is shown.
-  void EndRequested();
+  void GiveUpRequested();
+
+ private:
+  QPushButton* giveUp_ = nullptr;
 };
 
 // Fram_Show_1: shown while the user is led through the check of one port.

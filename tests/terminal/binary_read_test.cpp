@@ -113,11 +113,19 @@ INSTANTIATE_TEST_SUITE_P(
                                  "> 00 B0 00 00 04\n"
                                  "< {0+4} 62 82",
                                  Result::Success, 4, sw::EndOfFile},
-                    FileReadCase{"end of file with data advances", 0, 300,
+                    FileReadCase{"a short answer with the end of file is the last", 0, 300,
                                  "> 00 B0 00 00 FC\n"
-                                 "< {0+200} 62 82\n"
-                                 "> 00 B0 00 C8 64\n"
-                                 "< {200+100} 90 00",
+                                 "< {0+200} 62 82",
+                                 Result::Success, 200, sw::EndOfFile},
+                    FileReadCase{"in a single command as well", 0, 4,
+                                 "> 00 B0 00 00 04\n"
+                                 "< {0+3} 62 82",
+                                 Result::Success, 3, sw::EndOfFile},
+                    FileReadCase{"a whole piece with the end of file is not yet the end", 0, 300,
+                                 "> 00 B0 00 00 FC\n"
+                                 "< {0+252} 62 82\n"
+                                 "> 00 B0 00 FC 30\n"
+                                 "< {252+48} 90 00",
                                  Result::Success, 300, sw::Ok},
                     FileReadCase{"an empty end of file ends the read with what there is", 0, 300,
                                  "> 00 B0 00 00 FC\n"

@@ -180,6 +180,20 @@ void TestFlow::ChooseStatusTab() {
   if (!module_.IsBusy()) ports_.ShowStatusText(status_text::TerminalStatus);
 }
 
+void TestFlow::Watch(PendingCall& pending) {
+  pending_ = &pending;
+  pending.Late().Watch([this](bool isLate) {
+    view_.isCallLate.Set(isLate);
+    if (isLate) ports_.ShowStatusText(status_text::NotAnsweredYet);
+  });
+}
+
+void TestFlow::GiveUp() {
+  if (!view_.isCallLate.Value()) return;
+  ports_.ShowStatusText(status_text::GivenUp);
+  pending_->GiveUp();
+}
+
 bool TestFlow::MayClose(CloseSource source) {
   if (module_.IsBusy()) {
     module_.RequestExit();

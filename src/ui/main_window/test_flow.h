@@ -3,6 +3,7 @@
 #include <QString>
 
 #include "app/bas_mkt_test.h"
+#include "platform/pending_call.h"
 #include "ui/main_window/egk_info.h"
 #include "ui/main_window/front_end.h"
 #include "ui/main_window/port_flow.h"
@@ -30,6 +31,10 @@ class TestFlow {
   void ChooseStatusTab();
   // Ends a running sweep over the further ports early.
   void EndSweep() { ports_.EndSweep(); }
+  // From now on tells of a call to the terminal that does not come back. pending: outlives this.
+  void Watch(PendingCall& pending);
+  // Gives up the call that is late; nothing where none is.
+  void GiveUp();
   // True when the window may close now. The link is closed then.
   [[nodiscard]] bool MayClose(CloseSource source);
 
@@ -62,6 +67,7 @@ class TestFlow {
   ViewState& view_;
   FrontEnd& frontEnd_;
   PortFlow ports_;
+  PendingCall* pending_ = nullptr;  // none where every call comes back
 };
 
 }  // namespace kartocheck

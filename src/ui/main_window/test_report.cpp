@@ -83,6 +83,7 @@ QString TestReportText(const QDateTime& time, const ProgramFacts& facts, const B
   lines.Field(u"Version:", facts.version);
   lines.Field(u"CT-API-Bibliothek:", facts.library);
   lines.Field(u"Betriebssystem:", facts.system);
+  lines.Field(u"Letzter Abbruch:", facts.lastFailure);
   lines.Field(u"Validierung:", module.Validation().isOn ? QStringLiteral("eingeschaltet")
                                                         : QStringLiteral("ausgeschaltet"));
   for (const VsdKind kind : VsdKinds) {

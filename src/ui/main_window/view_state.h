@@ -38,6 +38,8 @@ struct ViewState {
   Shown<DataFrame> data{EmptyDataFrame()};
   // Whether an action runs: whatever could start a second one is disabled then.
   Shown<bool> isActionRunning;
+  // Whether the terminal has not answered for so long that the user may give up.
+  Shown<bool> isCallLate;
   // The button that the user goes on from when the action has ended; none: the one pressed.
   Shown<std::optional<Action>> nextButton;
 

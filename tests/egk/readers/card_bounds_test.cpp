@@ -197,10 +197,30 @@ INSTANTIATE_TEST_SUITE_P(Card, CardEfGvdLengthTest,
 // A file that holds fewer bytes than it tells: what there is goes to the decoder.
 TEST(CardBlockTest, AFileThatEndsEarly) {
   const QByteArray pd = Compressed(PdDocument(), 450);
-  const std::string block = Exchange("00B00002FC", pd.mid(0, 252)) +
-                            Exchange("00B000FEFC", pd.mid(252), "6282") +
-                            Exchange("00B001C496", {}, "6282");
+  const std::string block =
+      Exchange("00B00002FC", pd.mid(0, 252)) + Exchange("00B000FEFC", pd.mid(252), "6282");
   Dialogue dialogue(CardScript().Replacing("PdBlock", block).Text().c_str());
+  EgkReading reading(dialogue);
+  EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
+  EXPECT_EQ(reading.Boxes(), Texts({}));
+  EXPECT_EQ(reading.Document(VsdKind::Pd).xmlText, PdDocument());
+}
+
+// The document is whole, and the length before it five bytes too long: the read ends with the file,
+// and asks for nothing behind it, which the card would refuse.
+TEST(CardBlockTest, ALengthThatIsTooLongByAFewBytes) {
+  const QByteArray pd = Compressed(PdDocument());
+  constexpr int Piece = 252;
+  constexpr int TooMany = 5;
+  const auto told = static_cast<int>(pd.size()) + TooMany;
+  ASSERT_TRUE(told > Piece && told < 2 * Piece) << "two commands";
+  const std::string length = Exchange("00B0000002", Number(told));
+  const std::string block =
+      Exchange("00B00002FC", pd.first(Piece)) +
+      Exchange("00B000FE" + Number(told - Piece).toHex().last(2).toUpper().toStdString(),
+               pd.mid(Piece), "6282");
+  Dialogue dialogue(
+      CardScript().Replacing("PdLength", length).Replacing("PdBlock", block).Text().c_str());
   EgkReading reading(dialogue);
   EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
   EXPECT_EQ(reading.Boxes(), Texts({}));

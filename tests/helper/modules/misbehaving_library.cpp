@@ -152,6 +152,9 @@ const std::map<std::string, Deed>& Deeds() {
          while (::read(STDIN_FILENO, &byte, 1) == 0) ::usleep(1000);
        }},
 
+      // It comes back late.
+      {"slow", [](const Buffer&) { ::usleep(200'000); }},
+
       // It goes on, in a process that is another one.
       {"print", [](const Buffer&) { std::puts("Mustermann"); }},
       {"flood", [](const Buffer&) { Flood(STDOUT_FILENO); }},
