@@ -49,13 +49,13 @@ struct TerminalModel {
 };
 
 // Every model that is known by its product code.
-inline constexpr std::array<TerminalModel, 5> TerminalModels{{
+inline constexpr auto TerminalModels = std::to_array<TerminalModel>({
     {product_code::SerieGamma, "Serie Gamma", ModelTest::None},
     {product_code::SerieSigma, "Serie Sigma", ModelTest::None},
     {product_code::SerieOmega, "Serie Omega", ModelTest::Usb},
     {product_code::SerieDelta, "Serie Delta", ModelTest::ResetAndUsb, "Norva Delta-2 mobil"},
     {product_code::SerieDeltaMobil, "Serie Delta", ModelTest::ResetAndUsb, "Norva Delta-3 mobil"},
-}};
+});
 
 // Null for a code that no model has. The code is in capital letters.
 [[nodiscard]] constexpr const TerminalModel* FindTerminalModel(std::string_view productCode) {

@@ -32,6 +32,8 @@ class InsuredData {
     return texts_.at(static_cast<std::size_t>(element));
   }
 
+  [[nodiscard]] bool operator==(const InsuredData&) const = default;
+
   void Clear();
   [[nodiscard]] bool IsEmpty() const;
 

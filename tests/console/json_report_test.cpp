@@ -64,7 +64,7 @@ TEST(JsonReportTest, AFullScanIsOneDocumentWithAnEntryAPort) {
   EXPECT_EQ(Text(At(kvk, "data"), "source"), u"card");
   EXPECT_EQ(Text(At(At(kvk, "data"), "elements"), "lastName"), u"Übermaß");
   EXPECT_EQ(Text(At(At(kvk, "data"), "elements"), "status"), u"5000");
-  EXPECT_EQ(At(At(kvk, "data"), "elements").size(), 20);
+  EXPECT_EQ(At(At(kvk, "data"), "elements").size(), ElementCount);
   EXPECT_TRUE(kvk.value(u"egk").isNull());
   EXPECT_TRUE(kvk.value(u"messages").toArray().isEmpty());
 

@@ -71,6 +71,13 @@ TEST(TerminalModelsTest, EachCodeStandsOnceInTheTable) {
   }
 }
 
+// A family whose model has no row is told as an unknown terminal.
+TEST(TerminalModelsTest, EveryFamilyButTheUnknownOneIsOfAKnownModel) {
+  for (const TerminalFamily& family : ctapi::TerminalFamilies()) {
+    EXPECT_EQ(NameOf(family) == "Unbekannt", family.Name == "unknownProduct") << family.Name;
+  }
+}
+
 TEST(TerminalModelsTest, OtherCodesAreNone) {
   for (const char* const code : {"", "PKTO", "PKT-H", "TST-1", "pkto "}) {
     EXPECT_EQ(ctapi::FindTerminalModel(code), nullptr) << code;

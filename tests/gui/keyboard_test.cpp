@@ -10,6 +10,7 @@
 
 #include "gui/support/program.h"
 #include "support/printing.h"
+#include "ui/main_window/data_frame.h"
 
 namespace kartocheck::test {
 namespace {
@@ -47,7 +48,7 @@ TEST_F(KeyboardTest, TabKeyWalksFromButtonsToPortsToData) {
   QStringList expected;
   for (int index = 0; index < 6; ++index) expected << Member(u"CmdB_MKt_Test", index);
   expected << QStringLiteral("Opti_Comx_0") << QStringLiteral("List1") << QStringLiteral("cmdeGK");
-  for (int row = 0; row < 18; ++row) expected << Member(u"Labl_Wert", row);
+  for (int row = 0; row < DataRowCount; ++row) expected << Member(u"Labl_Wert", row);
   EXPECT_EQ(TabChain(QStringLiteral("CmdB_MKt_Test_0")).join(u' '), expected.join(u' '));
 }
 

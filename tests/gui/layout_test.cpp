@@ -25,6 +25,7 @@
 
 #include "gui/support/program.h"
 #include "support/printing.h"
+#include "ui/main_window/data_frame.h"
 
 namespace kartocheck::test {
 namespace {
@@ -132,30 +133,12 @@ TEST_F(LayoutTest, ClickOnTheTextOfADisabledPortChoosesNothing) {
 }
 
 TEST_F(LayoutTest, DataFrameIsEmptyAtStart) {
-  const std::array<const char16_t*, 18> labels{
-      u"Krankenkassenname:",
-      u"Krankenkassennummer:",
-      u"Versichertennummer:",
-      u"VKNR:",
-      u"Versichertenstatus:",
-      u"Statusergänzung:",
-      u"Titel:",
-      u"Vorname:",
-      u"Namenszusatz:",
-      u"Familienname:",
-      u"Geburtsdatum:",
-      u"Straße:",
-      u"Wohnsitzländercode:",
-      u"Postleitzahl:",
-      u"Ortsname:",
-      u"Gültigkeitsdatum:",
-      u"Einlesedatum:",
-      u"Zulassungsnummer:",
-  };
+  const DataFrame empty = EmptyDataFrame();
   EXPECT_EQ(program.Find<QGroupBox>(QStringLiteral("Fram_Show_3")).title(),
             u"Krankenversicherten Kartendaten");
-  for (int row = 0; row < 18; ++row) {
-    EXPECT_EQ(program.Text(Member(u"Labl_Name", row)), labels.at(static_cast<std::size_t>(row)));
+  for (int row = 0; row < DataRowCount; ++row) {
+    EXPECT_EQ(program.Text(Member(u"Labl_Name", row)),
+              empty.labels.at(static_cast<std::size_t>(row)));
     EXPECT_EQ(program.Text(Member(u"Labl_Wert", row)), u"");
   }
 }

@@ -14,6 +14,7 @@
 #include "gui/support/simulated_program.h"
 #include "gui/support/window_visitor.h"
 #include "support/printing.h"
+#include "ui/main_window/data_frame.h"
 
 // The full scan, over bundled practices of simulated terminals, and what is seen of it afterwards.
 
@@ -96,7 +97,7 @@ struct DataRow {
   const char16_t* title;
   std::array<const char16_t*, 4> labels;  // rows 3, 4, 5 and 15
   const char16_t* firstName;
-  int lines;  // on the clipboard
+  bool isMobile;  // its supplement is copied, too
 };
 
 TEST_F(ScanTest, EveryKindOfDataHasItsTitleLabelsAndLines) {
@@ -108,10 +109,10 @@ TEST_F(ScanTest, EveryKindOfDataHasItsTitleLabelsAndLines) {
                                            u"Gültigkeitsdatum:"};
   const DataRow rows[] = {
       {0, u"eGK VSDaten(Karte) abgebildet auf die Krankenversicherten Kartendaten", egk, u"Erika",
-       16},
-      {1, u"Krankenversicherten Kartendaten(Karte)", kvk, u"Jörg-Peter", 16},
+       false},
+      {1, u"Krankenversicherten Kartendaten(Karte)", kvk, u"Jörg-Peter", false},
       {2, u"eGK VSDaten(Mobil) abgebildet auf die Krankenversicherten Kartendaten", egk, u"Max",
-       18},
+       true},
   };
   for (const DataRow& row : rows) {
     program.Click(QStringLiteral("Opti_Comx_%1").arg(row.member));
@@ -124,7 +125,9 @@ TEST_F(ScanTest, EveryKindOfDataHasItsTitleLabelsAndLines) {
     EXPECT_EQ(Value(7), row.firstName);
     program.Click(QStringLiteral("CmdB_MKt_Test_4"));
     const QString copied = QApplication::clipboard()->text();
-    EXPECT_EQ(copied.count(QStringLiteral("\r\n")), row.lines);
+    TerminalInfo info;
+    info.Reset95 = row.isMobile;
+    EXPECT_EQ(copied.count(QStringLiteral("\r\n")), ClipboardText(info, {}).size() / 2);
     EXPECT_TRUE(copied.endsWith(u"\r\n"));
     EXPECT_EQ(copied.split(QStringLiteral("\r\n")).value(7), row.firstName);
   }
@@ -134,7 +137,7 @@ TEST_F(ScanTest, AResetEmptiesTheFieldsOfThePort) {
   const BoxAnswerer user(AnswersAtThePractice());
   Scan();
   program.Click(QStringLiteral("CmdB_MKt_Test_5"));
-  for (int row = 0; row < 18; ++row) EXPECT_EQ(Value(row), u"") << row;
+  for (int row = 0; row < DataRowCount; ++row) EXPECT_EQ(Value(row), u"") << row;
   EXPECT_EQ(StatusText(), u"Die Anzeigefelder wurden zurückgesetzt");
   program.Click(QStringLiteral("Opti_Comx_1"));
   EXPECT_EQ(Value(7), u"Jörg-Peter");

@@ -197,7 +197,7 @@ TEST(ResponsivenessTest, TheWindowStaysAliveAndPaintedDuringAScan) {
 std::vector<QString> SeenOf(Screen& program, int slot) {
   std::vector<QString> texts;
   texts.push_back(program.Find<QGroupBox>(QStringLiteral("Fram_Show_3")).title());
-  for (int row = 0; row < 18; ++row) {
+  for (int row = 0; row < DataRowCount; ++row) {
     texts.push_back(program.Text(QStringLiteral("Labl_Name_%1").arg(row)));
     texts.push_back(program.Text(QStringLiteral("Labl_Wert_%1").arg(row)));
   }

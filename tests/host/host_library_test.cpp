@@ -1,9 +1,12 @@
 #include "host/host_library.h"
 
 #include <array>
+#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
+#include <iterator>
 
+#include "host/transports.h"
 #include "simulator/bytes.h"
 #include "simulator/hex.h"
 
@@ -195,6 +198,16 @@ TEST_F(HostLibraryTest, OnlySerialPortsHaveARate) {
   EXPECT_EQ(baud, 38400);
   EXPECT_EQ(library_.GetBaudrate(2, baud), -1);
   EXPECT_EQ(baud, 38400);
+}
+
+TEST(PortPages, NameTheNumbersOfEveryTransport) {
+  std::ifstream stream(PORT_PAGES);
+  const std::string page{std::istreambuf_iterator<char>(stream), {}};
+  for (const ServedPorts& served : MakeTransports()) {
+    const std::string numbers =
+        std::to_string(served.Numbers.First) + " to " + std::to_string(served.Numbers.Last);
+    EXPECT_NE(page.find("\n| " + numbers + " |"), std::string::npos) << numbers;
+  }
 }
 
 }  // namespace

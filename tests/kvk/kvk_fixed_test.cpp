@@ -10,16 +10,16 @@
 namespace kartocheck::test {
 namespace {
 
-const Elements Person =
+const InsuredData Person =
     ElementTexts({u"BKK Muster", u"7654321", u"987654321012", u"17999", u"1000", u"9", u"Dr.",
                   u"Jörg-Peter", u"von", u"Übermaß", u"31121969", u"Hinter den Höfen 12 a", u"D",
                   u"01067", u"Dresden-Löbtau", u"1228", u"5A"});
 
-Elements PersonWith(QStringView date, QStringView approvalNumber, QStringView checksum) {
-  Elements elements = Person;
-  elements[17] = date.toString();
-  elements[18] = approvalNumber.toString();
-  elements[19] = checksum.toString();
+InsuredData PersonWith(QStringView date, QStringView approvalNumber, QStringView checksum) {
+  InsuredData elements = Person;
+  elements[Element::ReadingDate] = date.toString();
+  elements[Element::ApprovalNumber] = approvalNumber.toString();
+  elements[Element::ChecksumSupplement] = checksum.toString();
   return elements;
 }
 
@@ -39,7 +39,7 @@ struct FixedRow {
   const char* sentence;
   Kind kind;
   QString data;
-  Elements expected;
+  InsuredData expected;
   QStringView model;
 
   friend std::ostream& operator<<(std::ostream& out, const FixedRow& row) {
@@ -55,7 +55,7 @@ TEST_P(KvkFixedTest, Elements) {
   reading.info.ModelName = u"before";
   reading.info.ProductCode = u"PKTD ";
   EXPECT_EQ(reading.Read(row.data), KvkResult::Read);
-  EXPECT_EQ(ElementsOf(reading.insured), row.expected);
+  EXPECT_EQ(reading.insured, row.expected);
   EXPECT_EQ(reading.info.ModelName.Trimmed(), row.model);
   EXPECT_EQ(reading.info.ProductCode, u"PKTD ");
   EXPECT_EQ(reading.info.DisplayText.Trimmed(), u"PC (Festformat)");
@@ -140,9 +140,9 @@ TEST_P(OtherLengthTest, IsAcceptedAndNothingIsStored) {
   reading.insured[Element::Town] = QStringLiteral("of before");
   reading.info.ModelName = u"before";
   EXPECT_EQ(reading.Read(QString(length, u'3')), KvkResult::Read);
-  Elements expected(20);
-  expected[14] = QStringLiteral("of before");
-  EXPECT_EQ(ElementsOf(reading.insured), expected);
+  InsuredData expected;
+  expected[Element::Town] = QStringLiteral("of before");
+  EXPECT_EQ(reading.insured, expected);
   EXPECT_EQ(reading.info.DisplayText.Trimmed(), u"PC (Festformat)");
   EXPECT_EQ(reading.info.ModelName.Trimmed(), u"before");
   EXPECT_TRUE(reading.Boxes().empty());

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <algorithm>
 #include <initializer_list>
 #include <vector>
 
 #include "kvk/kvk_reader.h"
 #include "support/fake_dialogs.h"
+#include "support/insured_printing.h"
 
 namespace kartocheck::test {
 
@@ -32,21 +32,14 @@ struct KvkReading {
   FakeDialogs dialogs;
 };
 
-// The texts of all 20 elements, in order.
-using Elements = std::vector<QString>;
-
-// The texts given, and empty ones behind them.
-inline Elements ElementTexts(std::initializer_list<QStringView> texts) {
-  Elements elements(ElementCount);
-  std::transform(texts.begin(), texts.end(), elements.begin(),
-                 [](QStringView text) { return text.toString(); });
-  return elements;
-}
-
-inline Elements ElementsOf(const InsuredData& insured) {
-  Elements texts;
-  for (int i = 0; i < ElementCount; ++i) texts.push_back(insured[static_cast<Element>(i)]);
-  return texts;
+// The texts given, of the elements that have a field in the fixed format, in its order.
+inline InsuredData ElementTexts(std::initializer_list<QStringView> texts) {
+  InsuredData insured;
+  const auto* text = texts.begin();
+  for (const ElementDescription& element : ElementTable) {
+    if (element.Width > 0 && text != texts.end()) insured[element.Which] = (text++)->toString();
+  }
+  return insured;
 }
 
 }  // namespace kartocheck::test

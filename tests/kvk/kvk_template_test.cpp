@@ -10,35 +10,35 @@
 namespace kartocheck::test {
 namespace {
 
-const Elements PersonOfA =
+const InsuredData PersonOfA =
     ElementTexts({u"AOK Süd", u"1234567", u"123456789", u"00012", u"1000", u"1", u"", u"Änne", u"",
                   u"Größl", u"01021950", u"", u"", u"12345", u"Köln", u"1230", u"ED"});
 
-const Elements PersonOfB =
+const InsuredData PersonOfB =
     ElementTexts({u"BKK Beispiel Nordwest", u"7654321", u"987654321012", u"17999", u"5000", u"9",
                   u"Dr.", u"Jörg-Peter", u"von", u"Übermaß", u"31121969", u"Hinter den Höfen 12 a",
                   u"D", u"01067", u"Dresden-Löbtau", u"1128", u"90"});
 
-const Elements PersonOfC = ElementTexts({u"BKK Beispiel Nordwest",
-                                         u"7654321",
-                                         u"987654321012",
-                                         u"17999",
-                                         u"5000",
-                                         u"9",
-                                         u"Dr.",
-                                         u"Jörg-Peter",
-                                         u"von",
-                                         u"Übermaß",
-                                         u"31121969",
-                                         u"Hinter den Höfen 12 a",
-                                         u"D",
-                                         u"01067",
-                                         u"Dresden-Löbtau",
-                                         u"1128",
-                                         u"90",
-                                         u"05032024",
-                                         u"109",
-                                         u"A0"});
+const InsuredData PersonOfC = ElementTexts({u"BKK Beispiel Nordwest",
+                                            u"7654321",
+                                            u"987654321012",
+                                            u"17999",
+                                            u"5000",
+                                            u"9",
+                                            u"Dr.",
+                                            u"Jörg-Peter",
+                                            u"von",
+                                            u"Übermaß",
+                                            u"31121969",
+                                            u"Hinter den Höfen 12 a",
+                                            u"D",
+                                            u"01067",
+                                            u"Dresden-Löbtau",
+                                            u"1128",
+                                            u"90",
+                                            u"05032024",
+                                            u"109",
+                                            u"A0"});
 
 // A record that is long enough for the length check, whatever else a test puts into it.
 const DataObject Filler{0x89, "Die lange Stra~e durch das ganze Musterdorf 11"};
@@ -46,7 +46,7 @@ const DataObject Filler{0x89, "Die lange Stra~e durch das ganze Musterdorf 11"};
 TEST(KvkTemplateTest, RecordA) {
   KvkReading reading;
   EXPECT_EQ(reading.Read(SampleRecord(u"A")), KvkResult::Read);
-  EXPECT_EQ(ElementsOf(reading.insured), PersonOfA);
+  EXPECT_EQ(reading.insured, PersonOfA);
   EXPECT_EQ(reading.info.DisplayText.Trimmed(), u"PC (ASN-1)");
   EXPECT_TRUE(reading.Boxes().empty());
 }
@@ -54,7 +54,7 @@ TEST(KvkTemplateTest, RecordA) {
 TEST(KvkTemplateTest, RecordB) {
   KvkReading reading;
   EXPECT_EQ(reading.Read(SampleRecord(u"B")), KvkResult::Read);
-  EXPECT_EQ(ElementsOf(reading.insured), PersonOfB);
+  EXPECT_EQ(reading.insured, PersonOfB);
   EXPECT_EQ(reading.info.DisplayText.Trimmed(), u"PC (ASN-1)");
   EXPECT_TRUE(reading.Boxes().empty());
 }
@@ -64,16 +64,18 @@ TEST(KvkTemplateTest, AFullRecordHasEveryElementOfACardAndTheLongestLength) {
   EXPECT_EQ(record.size(), 438);
   KvkReading reading;
   EXPECT_EQ(reading.Read(record), KvkResult::Read);
-  const Elements elements = ElementsOf(reading.insured);
-  for (std::size_t i = 0; i < 17; ++i) EXPECT_FALSE(elements[i].isEmpty()) << i;
+  for (const ElementDescription& element : ElementTable) {
+    if (element.Part != ElementPart::Card || element.Width == 0) continue;
+    EXPECT_FALSE(reading.insured[element.Which].isEmpty()) << element.Key;
+  }
 }
 
 TEST(KvkTemplateTest, RecordBAs6082PassesWithoutTheLastTwoBytes) {
-  Elements expected = PersonOfB;
-  expected[16] = QStringLiteral("92");
+  InsuredData expected = PersonOfB;
+  expected[Element::Checksum] = QStringLiteral("92");
   KvkReading reading;
   EXPECT_EQ(reading.Read(SampleRecord(u"B6082")), KvkResult::Read);
-  EXPECT_EQ(ElementsOf(reading.insured), expected);
+  EXPECT_EQ(reading.insured, expected);
   EXPECT_EQ(reading.info.DisplayText.Trimmed(), u"PC (ASN-1)");
 }
 
@@ -86,7 +88,7 @@ TEST(KvkTemplateTest, RecordBAs6082FailsWithTheChecksumOverEverything) {
 TEST(KvkTemplateTest, RecordCFromAMobileTerminal) {
   KvkReading reading(Kind::Mobile);
   EXPECT_EQ(reading.Read(SampleRecord(u"C")), KvkResult::Read);
-  EXPECT_EQ(ElementsOf(reading.insured), PersonOfC);
+  EXPECT_EQ(reading.insured, PersonOfC);
   EXPECT_TRUE(reading.Boxes().empty());
   EXPECT_EQ(reading.info.ModelName.Trimmed(), u"Serie Sigma");
   EXPECT_EQ(reading.info.ManufacturerId, u"DENRV");
@@ -97,9 +99,9 @@ TEST(KvkTemplateTest, RecordCFromAStationaryTerminalKeepsNoSupplement) {
   KvkReading reading;
   reading.insured[Element::ReadingDate] = QStringLiteral("of before");
   EXPECT_EQ(reading.Read(SampleRecord(u"C")), KvkResult::Read);
-  Elements expected = PersonOfB;
-  expected[17] = QStringLiteral("of before");
-  EXPECT_EQ(ElementsOf(reading.insured), expected);
+  InsuredData expected = PersonOfB;
+  expected[Element::ReadingDate] = QStringLiteral("of before");
+  EXPECT_EQ(reading.insured, expected);
 }
 
 TEST(KvkTemplateTest, ARecordWithoutSupplementFromAMobileTerminal) {
@@ -198,10 +200,10 @@ INSTANTIATE_TEST_SUITE_P(
          TemplateAround(Form::Form60, ObjectBytes({Filler, {0x8E, QByteArray(20, '\x01')}})),
          {BadChecksum}},
         {"an unknown tag in front of the checksum element",
-         TemplateRecord(Form::Form60, {Filler, {0x94, "?"}}),
+         TemplateRecord(Form::Form60, {Filler, {0xBF, "?"}}),
          {DefectiveRecord, BadChecksum}},
         {"an unknown tag behind the checksum element only warns",
-         TemplateRecord(Form::Form60, {Filler, {0x80, "Kasse"}}) + QStringLiteral("940141"),
+         TemplateRecord(Form::Form60, {Filler, {0x80, "Kasse"}}) + QStringLiteral("BF0141"),
          {DefectiveRecord},
          KvkResult::Read},
         {"padding behind the record only warns",
@@ -221,7 +223,7 @@ TEST(KvkTemplateTest, AnUnknownTagStopsTheWalkAndKeepsWhatWasFound) {
   KvkReading reading;
   EXPECT_EQ(
       reading.Read(TemplateRecord(
-          Form::Form60, {{0x80, "Kasse"}, {0x87, "Muster"}, {0x94, "?"}, {0x85, "Maxi"}, Filler})),
+          Form::Form60, {{0x80, "Kasse"}, {0x87, "Muster"}, {0xBF, "?"}, {0x85, "Maxi"}, Filler})),
       KvkResult::Refused);
   EXPECT_EQ(reading.insured[Element::InsurerName], u"Kasse");
   EXPECT_EQ(reading.insured[Element::LastName], u"Muster");
@@ -238,7 +240,7 @@ TEST(KvkTemplateTest, AnUnknownTagStopsTheWalkAndKeepsWhatWasFound) {
 struct ListRow {
   const char* sentence;
   QStringView elements;  // the list behind the template's header
-  Elements expected;
+  InsuredData expected;
   std::size_t boxes;
 
   friend std::ostream& operator<<(std::ostream& out, const ListRow& row) {
@@ -253,64 +255,61 @@ TEST_P(ElementListTest, Elements) {
   KvkReading reading(Kind::Mobile);
   reading.insured[Element::Town] = QStringLiteral("of before");
   ParseKvkAsn1(row.elements, reading.Target());
-  EXPECT_EQ(ElementsOf(reading.insured), row.expected);
+  EXPECT_EQ(reading.insured, row.expected);
   EXPECT_EQ(reading.Boxes(), std::vector<QString>(row.boxes, DefectiveRecord));
 }
 
-Elements One(int element, QStringView text) {
-  Elements elements(ElementCount);
-  elements.at(static_cast<std::size_t>(element)) = text.toString();
+InsuredData One(Element element, QStringView text) {
+  InsuredData elements;
+  elements[element] = text.toString();
   return elements;
 }
+
+const QString AllButOne = QStringLiteral("800141").repeated(ElementCount - 1);
+const QString FullList = AllButOne + QStringLiteral("800142BF0143");
+const QString ListWithUnknownLast = AllButOne + QStringLiteral("BF0143");
 
 INSTANTIATE_TEST_SUITE_P(
     Kvk, ElementListTest,
     testing::ValuesIn(std::vector<ListRow>{
-        {"an empty list empties the slot", u"", Elements(20), 0},
-        {"tag 80", u"800141", One(0, u"A"), 0},
-        {"tag 81", u"810141", One(1, u"A"), 0},
-        {"tag 82", u"820141", One(2, u"A"), 0},
-        {"tag 8F", u"8F0141", One(3, u"A"), 0},
-        {"tag 83", u"830141", One(4, u"A"), 0},
-        {"tag 90", u"900141", One(5, u"A"), 0},
-        {"tag 84", u"840141", One(6, u"A"), 0},
-        {"tag 85", u"850141", One(7, u"A"), 0},
-        {"tag 86", u"860141", One(8, u"A"), 0},
-        {"tag 87", u"870141", One(9, u"A"), 0},
-        {"tag 88", u"880141", One(10, u"A"), 0},
-        {"tag 89", u"890141", One(11, u"A"), 0},
-        {"tag 8A", u"8A0141", One(12, u"A"), 0},
-        {"tag 8B", u"8B0141", One(13, u"A"), 0},
-        {"tag 8C", u"8C0141", One(14, u"A"), 0},
-        {"tag 8D", u"8D0141", One(15, u"A"), 0},
-        {"tag 8E is kept as digits", u"8E0141", One(16, u"41"), 0},
-        {"tag 91", u"910141", One(17, u"A"), 0},
-        {"tag 92", u"920141", One(18, u"A"), 0},
-        {"tag 93 is kept as digits", u"930141", One(19, u"41"), 0},
-        {"an empty text", u"8000", Elements(20), 0},
-        {"an empty tag 8E", u"8E00", One(16, u"00"), 0},
-        {"an empty tag 93", u"9300", One(19, u"00"), 0},
-        {"the last of two elements of one tag counts", u"80014180024243", One(0, u"BC"), 0},
-        {"blanks of a text stay", u"8003204120", One(0, u" A "), 0},
-        {"a value cut at the end of the list", u"80054142", One(0, u"AB"), 0},
-        {"a length past everything", u"80FF41", One(0, u"A"), 0},
-        {"a tag without length at the end is an empty element", u"81014180", One(1, u"A"), 0},
-        {"tag 8E without its value is an empty one", u"8E01", One(16, u"00"), 0},
-        {"tag 7F is unknown", u"8001417F0141810142", One(0, u"A"), 1},
-        {"tag 94 is unknown", u"800141940141810142", One(0, u"A"), 1},
-        {"tag 00 is unknown", u"8001410000", One(0, u"A"), 1},
-        {"twenty elements are read, the next is not looked at",
-         u"800141"
-         u"800141800141800141800141800141800141800141800141800141800141800141800141800141"
-         u"800141800141800141800141800141"
-         u"800142"
-         u"940143",
-         One(0, u"B"), 0},
-        {"a twentieth element of unknown tag is looked at",
-         u"800141800141800141800141800141800141800141800141800141800141"
-         u"800141800141800141800141800141800141800141800141800141"
-         u"940143",
-         One(0, u"A"), 1},
+        {"an empty list empties the slot", u"", InsuredData{}, 0},
+        {"tag 80", u"800141", One(Element::InsurerName, u"A"), 0},
+        {"tag 81", u"810141", One(Element::InsurerNumber, u"A"), 0},
+        {"tag 82", u"820141", One(Element::InsuredNumber, u"A"), 0},
+        {"tag 8F", u"8F0141", One(Element::Vknr, u"A"), 0},
+        {"tag 83", u"830141", One(Element::InsuredStatus, u"A"), 0},
+        {"tag 90", u"900141", One(Element::StatusSupplement, u"A"), 0},
+        {"tag 84", u"840141", One(Element::Title, u"A"), 0},
+        {"tag 85", u"850141", One(Element::FirstName, u"A"), 0},
+        {"tag 86", u"860141", One(Element::NameAffix, u"A"), 0},
+        {"tag 87", u"870141", One(Element::LastName, u"A"), 0},
+        {"tag 88", u"880141", One(Element::BirthDate, u"A"), 0},
+        {"tag 89", u"890141", One(Element::Street, u"A"), 0},
+        {"tag 8A", u"8A0141", One(Element::CountryCode, u"A"), 0},
+        {"tag 8B", u"8B0141", One(Element::PostalCode, u"A"), 0},
+        {"tag 8C", u"8C0141", One(Element::Town, u"A"), 0},
+        {"tag 8D", u"8D0141", One(Element::ValidUntil, u"A"), 0},
+        {"tag 8E is kept as digits", u"8E0141", One(Element::Checksum, u"41"), 0},
+        {"tag 91", u"910141", One(Element::ReadingDate, u"A"), 0},
+        {"tag 92", u"920141", One(Element::ApprovalNumber, u"A"), 0},
+        {"tag 93 is kept as digits", u"930141", One(Element::ChecksumSupplement, u"41"), 0},
+        {"an empty text", u"8000", InsuredData{}, 0},
+        {"an empty tag 8E", u"8E00", One(Element::Checksum, u"00"), 0},
+        {"an empty tag 93", u"9300", One(Element::ChecksumSupplement, u"00"), 0},
+        {"the last of two elements of one tag counts", u"80014180024243",
+         One(Element::InsurerName, u"BC"), 0},
+        {"blanks of a text stay", u"8003204120", One(Element::InsurerName, u" A "), 0},
+        {"a value cut at the end of the list", u"80054142", One(Element::InsurerName, u"AB"), 0},
+        {"a length past everything", u"80FF41", One(Element::InsurerName, u"A"), 0},
+        {"a tag without length at the end is an empty element", u"81014180",
+         One(Element::InsurerNumber, u"A"), 0},
+        {"tag 8E without its value is an empty one", u"8E01", One(Element::Checksum, u"00"), 0},
+        {"tag 7F is unknown", u"8001417F0141810142", One(Element::InsurerName, u"A"), 1},
+        {"tag BF is unknown", u"800141BF0141810142", One(Element::InsurerName, u"A"), 1},
+        {"tag 00 is unknown", u"8001410000", One(Element::InsurerName, u"A"), 1},
+        {"as many elements as there are are read, the next is not looked at", FullList,
+         One(Element::InsurerName, u"B"), 0},
+        {"the last of them is looked at", ListWithUnknownLast, One(Element::InsurerName, u"A"), 1},
     }),
     SentenceName());
 
@@ -378,7 +377,7 @@ INSTANTIATE_TEST_SUITE_P(
          QStringLiteral("9302") + QStringLiteral("0191"),
          {BadSupplement}},
         {"an unknown tag in front of the checksum element",
-         QStringLiteral("91083035303332303234") + QStringLiteral("940141") +
+         QStringLiteral("91083035303332303234") + QStringLiteral("BF0141") +
              QStringLiteral("930100"),
          {DefectiveRecord, BadSupplement}},
     }),

@@ -55,7 +55,7 @@ TEST_P(CardVdOffsetsTest, ReadOrRefused) {
   EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
   if (row.size == 0) {
     EXPECT_EQ(reading.Boxes(), Texts({u"\r\nKeine gültigen Daten in EF VD \r\n"}));
-    EXPECT_EQ(ElementsOf(reading.insured), SampleElements(true, false));
+    EXPECT_EQ(reading.insured, SampleElements(true, false));
   } else {
     EXPECT_EQ(reading.Boxes(), Texts({}));
     EXPECT_TRUE(row.size < 500 || reading.Document(VsdKind::Vd).xmlText == VdDocument());
@@ -98,7 +98,7 @@ TEST_P(CardPdLengthTest, ReadOrRefused) {
   EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
   if (row.size == 0) {
     EXPECT_EQ(reading.Boxes(), Texts({u"\r\nKeine gültigen Daten in EF PD \r\n"}));
-    EXPECT_EQ(ElementsOf(reading.insured), SampleElements(false, true));
+    EXPECT_EQ(reading.insured, SampleElements(false, true));
   } else {
     EXPECT_EQ(reading.Boxes(), Texts({}));
     EXPECT_TRUE(row.size < 600 || reading.Document(VsdKind::Pd).xmlText == PdDocument());
@@ -126,7 +126,7 @@ TEST_P(CardContainerGvdTest, ReadOrRefused) {
       Script(CardScript(), "GvdOffsets", {row.start, row.end}, "GvdBlock", row.start, gvd).c_str());
   EgkReading reading(dialogue);
   EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
-  EXPECT_EQ(ElementsOf(reading.insured), SampleElements());
+  EXPECT_EQ(reading.insured, SampleElements());
   if (row.size == 0) {
     EXPECT_EQ(reading.Boxes(), Texts({u"\r\nKeine gültigen GVD Daten im EF VD Container! \r\n"}));
     EXPECT_EQ(reading.Document(VsdKind::Gvd).xmlText, u"");
@@ -257,12 +257,12 @@ class CardDecoderResultTest : public testing::TestWithParam<DecoderRow> {
     EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
     boxes_ = reading.Boxes();
     statusText_ = reading.egk.statusText;
-    elements_ = ElementsOf(reading.insured);
+    elements_ = reading.insured;
   }
 
   std::vector<QString> boxes_;
   QString statusText_;
-  Elements elements_;
+  InsuredData elements_;
 };
 
 TEST_P(CardDecoderResultTest, NotDecompressed) {

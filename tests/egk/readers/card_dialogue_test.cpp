@@ -16,7 +16,7 @@ std::string WithSampleBlocks(const char* script) {
 }
 
 void ExpectWholeCard(const EgkReading& reading) {
-  EXPECT_EQ(ElementsOf(reading.insured), SampleElements());
+  EXPECT_EQ(reading.insured, SampleElements());
   EXPECT_EQ(reading.egk.iccsn, SerialNumber);
   EXPECT_EQ(reading.egk.statusText, StatusVdText);
   EXPECT_EQ(reading.Document(VsdKind::Vd).xmlText, VdDocument());
@@ -216,7 +216,7 @@ TEST(CardDialogueTest, ProtectedDataWithoutAccessRights) {
                         .c_str());
   EgkReading reading(dialogue);
   EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
-  EXPECT_EQ(ElementsOf(reading.insured), SampleElements());
+  EXPECT_EQ(reading.insured, SampleElements());
   EXPECT_EQ(reading.Document(VsdKind::Gvd).xmlText, u"");
   EXPECT_EQ(reading.egk.statusText, StatusVdText);
   EXPECT_EQ(reading.Boxes(),

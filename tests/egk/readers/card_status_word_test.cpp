@@ -68,12 +68,12 @@ void ExpectAllBut(const CardRow& row, const std::string& section, const EgkReadi
   const bool withVd = !isStopped && !failed("Vd");
   const bool withPd = !isStopped && !failed("Pd");
   if (isStopped) {
-    EXPECT_EQ(ElementsOf(reading.insured), Elements(ElementCount));
+    EXPECT_EQ(reading.insured, InsuredData{});
     EXPECT_EQ(reading.info.DisplayText.Trimmed(), u"of before");
     EXPECT_EQ(reading.egk.statusText, u"");
     return;
   }
-  EXPECT_EQ(ElementsOf(reading.insured), SampleElements(withPd, withVd));
+  EXPECT_EQ(reading.insured, SampleElements(withPd, withVd));
   EXPECT_EQ(reading.info.DisplayText.Trimmed(), u"PC (ASN-1)");
   EXPECT_EQ(reading.Document(VsdKind::Vd).xmlText, withVd ? VdDocument() : QString());
   EXPECT_EQ(reading.Document(VsdKind::Pd).xmlText, withPd ? PdDocument() : QString());
@@ -335,22 +335,25 @@ TEST(CardStatusTextTest, IsEmptiedBeforeItIsRead) {
   }
 }
 
-// From a card in a terminal that is flagged mobile all 20 elements are taken, from others 17.
+// From a card in a terminal that is flagged mobile the supplement is taken too.
 TEST(CardStoreTest, NumberOfElements) {
   for (const bool isMobile : {false, true}) {
     Dialogue dialogue(CardScript().Text().c_str());
     EgkReading reading(dialogue);
     reading.info.Reset95 = isMobile;
-    for (const int element : {16, 17, 18, 19}) {
-      reading.insured[static_cast<Element>(element)] = QStringLiteral("of before");
+    for (const Element element : {Element::Checksum, Element::ReadingDate, Element::ApprovalNumber,
+                                  Element::ChecksumSupplement}) {
+      reading.insured[element] = QStringLiteral("of before");
     }
     EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
-    Elements expected = SampleElements();
+    InsuredData expected = SampleElements();
     if (!isMobile) {
-      for (const std::size_t element : {17U, 18U, 19U})
+      for (const Element element :
+           {Element::ReadingDate, Element::ApprovalNumber, Element::ChecksumSupplement}) {
         expected[element] = QStringLiteral("of before");
+      }
     }
-    EXPECT_EQ(ElementsOf(reading.insured), expected);
+    EXPECT_EQ(reading.insured, expected);
   }
 }
 
@@ -361,9 +364,9 @@ TEST(CardStoreTest, NothingOfAReadThatStopped) {
   EgkReading reading(dialogue);
   reading.insured[Element::Town] = QStringLiteral("of before");
   EXPECT_EQ(reading.FromCard(), EgkResult::Stopped);
-  Elements expected(ElementCount);
-  expected[14] = QStringLiteral("of before");
-  EXPECT_EQ(ElementsOf(reading.insured), expected);
+  InsuredData expected;
+  expected[Element::Town] = QStringLiteral("of before");
+  EXPECT_EQ(reading.insured, expected);
 }
 
 }  // namespace

@@ -17,35 +17,30 @@ std::vector<QString> Texts(std::initializer_list<QStringView> texts) {
   return list;
 }
 
-Elements ElementsOf(const InsuredData& insured) {
-  Elements texts;
-  for (int i = 0; i < ElementCount; ++i) texts.push_back(insured[static_cast<Element>(i)]);
-  return texts;
-}
-
-Elements SampleElements(bool withPd, bool withVd) {
-  Elements texts(ElementCount);
+InsuredData SampleElements(bool withPd, bool withVd) {
+  InsuredData texts;
   if (withPd) {
-    texts[2] = QStringLiteral("Q110000028");
-    texts[7] = QStringLiteral("Öllegunde");
-    texts[9] = QStringLiteral("Musterfräulein-Prüfstein");
-    texts[10] = QStringLiteral("03.02.1971");
-    texts[11] = QStringLiteral("Am Testfeld 12 ");
-    texts[12] = QStringLiteral("D");
-    texts[13] = QStringLiteral("99999");
-    texts[14] = QStringLiteral("Übungsstadt");
+    texts[Element::InsuredNumber] = QStringLiteral("Q110000028");
+    texts[Element::FirstName] = QStringLiteral("Öllegunde");
+    texts[Element::LastName] = QStringLiteral("Musterfräulein-Prüfstein");
+    texts[Element::BirthDate] = QStringLiteral("03.02.1971");
+    texts[Element::Street] = QStringLiteral("Am Testfeld 12 ");
+    texts[Element::CountryCode] = QStringLiteral("D");
+    texts[Element::PostalCode] = QStringLiteral("99999");
+    texts[Element::Town] = QStringLiteral("Übungsstadt");
   }
   if (withVd) {
-    texts[0] = QStringLiteral("Erfundene Kasse für Prüfzwecke");
-    texts[1] = QStringLiteral("109999999");
-    texts[3] = QStringLiteral("98");
-    texts[15] = QStringLiteral("31.12.2029");
+    texts[Element::InsurerName] = QStringLiteral("Erfundene Kasse für Prüfzwecke");
+    texts[Element::InsurerNumber] = QStringLiteral("109999999");
+    texts[Element::Vknr] = QStringLiteral("98");
+    texts[Element::ValidUntil] = QStringLiteral("31.12.2029");
   }
   return texts;
 }
 
 std::vector<QString> AllTexts(const InsuredData& insured, const EgkData& egk) {
-  std::vector<QString> texts = ElementsOf(insured);
+  std::vector<QString> texts;
+  for (int i = 0; i < ElementCount; ++i) texts.push_back(insured[static_cast<Element>(i)]);
   texts.insert(texts.end(),
                {egk.iccsn, egk.statusText, egk.stored.status.tlv, egk.stored.statusText,
                 egk.stored.readingDate.tlv, egk.stored.storedDate, egk.stored.convertedDate,

@@ -5,6 +5,7 @@
 
 #include "egk/egk_reader.h"
 #include "kvk/read_dispatcher.h"
+#include "support/insured_printing.h"
 #include "support/link_fixture.h"
 #include "support/printing.h"
 
@@ -16,12 +17,8 @@ inline constexpr QStringView BoxTitle = u" KartoCheck ";
 // The texts of a list.
 [[nodiscard]] std::vector<QString> Texts(std::initializer_list<QStringView> texts);
 
-// The texts of all 20 elements, in order.
-using Elements = std::vector<QString>;
-[[nodiscard]] Elements ElementsOf(const InsuredData& insured);
-
 // What the sample documents are mapped onto; left empty: a document that was not read.
-[[nodiscard]] Elements SampleElements(bool withPd = true, bool withVd = true);
+[[nodiscard]] InsuredData SampleElements(bool withPd = true, bool withVd = true);
 
 // Every text that a slot keeps of an eGK, and of its insured person.
 [[nodiscard]] std::vector<QString> AllTexts(const InsuredData& insured, const EgkData& egk);

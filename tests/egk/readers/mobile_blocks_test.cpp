@@ -327,7 +327,7 @@ TEST(MobileDocumentTest, ChecksumElement) {
   EXPECT_EQ(reading.Boxes(), Texts({BadChecksum}));
 }
 
-// Elements 17 to 19 belong to terminals that are flagged mobile.
+// The supplement belongs to terminals that are flagged mobile.
 TEST(MobileDocumentTest, NumberOfElements) {
   for (const bool isMobile : {false, true}) {
     Dialogue dialogue(PlainRecordScript().Text().c_str());

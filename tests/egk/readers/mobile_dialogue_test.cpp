@@ -8,11 +8,11 @@
 namespace kartocheck::test {
 namespace {
 
-Elements WithStatusData(QStringView approvalNumber, QStringView checksum) {
-  Elements elements = SampleElements();
-  elements[17] = QStringLiteral("05.03.2024");
-  elements[18] = approvalNumber.toString();
-  elements[19] = checksum.toString();
+InsuredData WithStatusData(QStringView approvalNumber, QStringView checksum) {
+  InsuredData elements = SampleElements();
+  elements[Element::ReadingDate] = QStringLiteral("05.03.2024");
+  elements[Element::ApprovalNumber] = approvalNumber.toString();
+  elements[Element::ChecksumSupplement] = checksum.toString();
   return elements;
 }
 
@@ -56,7 +56,7 @@ TEST(MobileDialogueTest, PlainRecord) {
   reading.link.dialogs.answers = {Answer::Yes};
   EXPECT_EQ(reading.Dispatched(), ReadOutcome::Done);
 
-  EXPECT_EQ(ElementsOf(reading.insured), WithStatusData(u"DENRV;DEMOTERM;1.2.3:4.5.6", u"3F"));
+  EXPECT_EQ(reading.insured, WithStatusData(u"DENRV;DEMOTERM;1.2.3:4.5.6", u"3F"));
   EXPECT_EQ(reading.Document(VsdKind::Pd).xmlText, PdDocument());
   EXPECT_EQ(reading.Document(VsdKind::Vd).xmlText, VdDocument());
   EXPECT_EQ(reading.Document(VsdKind::Gvd).xmlText, GvdDocument());
@@ -112,8 +112,7 @@ TEST(MobileDialogueTest, ExtendedRecord) {
   reading.link.dialogs.answers = {Answer::Yes};
   EXPECT_EQ(reading.Dispatched(), ReadOutcome::Done);
 
-  EXPECT_EQ(ElementsOf(reading.insured),
-            WithStatusData(u"DENRV;DEMOTERM;001.002.003:004.005.006", u"22"));
+  EXPECT_EQ(reading.insured, WithStatusData(u"DENRV;DEMOTERM;001.002.003:004.005.006", u"22"));
   EXPECT_EQ(reading.Document(VsdKind::Pd).xmlText, PdDocument());
   EXPECT_EQ(reading.Document(VsdKind::Vd).xmlText, VdDocument());
   EXPECT_EQ(reading.Document(VsdKind::Gvd).xmlText, GvdDocument());

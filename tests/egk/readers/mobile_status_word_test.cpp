@@ -148,15 +148,17 @@ TEST_P(MobileNoteTest, OneNoteAndEverythingElse) {
   // The container of a plain record holds the GVD too.
   const bool withGvd =
       row.lost != Lost::Gvd && (row.lost != Lost::Vd || row.terminal == Terminal::Extended);
-  Elements expected = SampleElements(row.lost != Lost::Pd, row.lost != Lost::Vd);
+  InsuredData expected = SampleElements(row.lost != Lost::Pd, row.lost != Lost::Vd);
   if (row.lost != Lost::Status) {
     const bool isExtended = row.terminal == Terminal::Extended;
-    expected[17] = QStringLiteral("05.03.2024");
-    expected[18] = isExtended ? QStringLiteral("DENRV;DEMOTERM;001.002.003:004.005.006")
-                              : QStringLiteral("DENRV;DEMOTERM;1.2.3:4.5.6");
-    expected[19] = isExtended ? QStringLiteral("22") : QStringLiteral("3F");
+    expected[Element::ReadingDate] = QStringLiteral("05.03.2024");
+    expected[Element::ApprovalNumber] =
+        isExtended ? QStringLiteral("DENRV;DEMOTERM;001.002.003:004.005.006")
+                   : QStringLiteral("DENRV;DEMOTERM;1.2.3:4.5.6");
+    expected[Element::ChecksumSupplement] =
+        isExtended ? QStringLiteral("22") : QStringLiteral("3F");
   }
-  EXPECT_EQ(ElementsOf(reading.insured), expected);
+  EXPECT_EQ(reading.insured, expected);
   EXPECT_EQ(reading.Document(VsdKind::Gvd).xmlText, withGvd ? GvdDocument() : QString());
   EXPECT_EQ(reading.egk.stored.statusText,
             row.lost == Lost::Status ? QString() : StatusVdText.toString());
@@ -251,7 +253,7 @@ TEST(MobileReadTest, AllNotesOfAPlainRecordInOneBox) {
                                            u"\r\nRead EF VD war nicht erfolgreich!"
                                            u"\r\nERASE BINARY war nicht erfolgreich!"}));
   record.reading.ExpectInformationBoxes();
-  EXPECT_EQ(ElementsOf(record.reading.insured), Elements(ElementCount));
+  EXPECT_EQ(record.reading.insured, InsuredData{});
 }
 
 TEST(MobileReadTest, AllNotesOfAnExtendedRecordInOneBox) {

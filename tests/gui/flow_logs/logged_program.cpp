@@ -1,11 +1,10 @@
 #include "gui/flow_logs/logged_program.h"
 
-#include <QApplication>
-
 #include <cstdlib>
 #include <ostream>
 
 #include "console/console_run.h"
+#include "gui/support/screen.h"
 #include "simulator/scenario.h"
 #include "ui/main_window/test_report.h"
 
@@ -57,7 +56,7 @@ LoggedProgram::LoggedProgram(const QString& scenarioFile, FlowLog& log)
   window.Attach(flow, view, module);
   window.OfferReport([this] { return Report(); });
   window.show();
-  QApplication::setActiveWindow(&window);
+  Activate(window);
 }
 
 QString LoggedProgram::Report() const {

@@ -1,4 +1,3 @@
-#include <QApplication>
 #include <QTest>
 
 #include <deque>
@@ -6,6 +5,7 @@
 
 #include "gui/flow_logs/flows.h"
 #include "gui/flow_logs/window_run.h"
+#include "gui/support/screen.h"
 
 namespace kartocheck::test {
 
@@ -118,7 +118,7 @@ void ScanEndedEarly(const QString& scenario, FlowLog& log) {
   run.Program().library.beforeInit = [&](int pn) {
     if (pn != EndedAt) return;
     log.Line(QStringLiteral("Esc"));
-    QApplication::setActiveWindow(&run.Program().window);
+    Activate(run.Program().window);
     QTest::keyClick(&run.Program().window, Qt::Key_Escape);
   };
   run.Click(FullScan);
