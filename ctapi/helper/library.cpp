@@ -85,6 +85,8 @@ Message Library::Data(const Message& call) {
     const auto told = response.first(std::min<std::size_t>(answer.Length, response.size()));
     answer.Payload.assign(told.begin(), told.end());
   }
+  // Nothing of a card stays here.
+  (void)buffer_.Prepare(0);
   return answer;
 }
 

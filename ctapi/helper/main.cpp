@@ -7,6 +7,7 @@
 #include "helper/channel.h"
 #include "helper/library.h"
 #include "helper/process.h"
+#include "protocol/private_memory.h"
 
 namespace ctapi::helper {
 namespace {
@@ -49,6 +50,7 @@ int Run(const std::vector<std::string>& candidates) {
 }  // namespace ctapi::helper
 
 int main(int argc, char** argv) {
-  ctapi::helper::ProtectProcess();
+  ctapi::KeepMemoryPrivate();
+  ctapi::helper::BelongToProgram();
   return ctapi::helper::Run({argv + 1, argv + argc});
 }

@@ -5,9 +5,9 @@
 // What the helper asks of the operating system for itself.
 namespace ctapi::helper {
 
-// Ends with the program, whatever the library is doing then; writes no memory image when it
-// crashes, since that would hold data of cards; and no other program of this user may look into it.
-void ProtectProcess();
+// Ends with the program, whatever the library is doing then, and not before: requests to end are
+// the program's.
+void BelongToProgram();
 
 // The number of this process: another one than before where a library has forked and both come
 // back.

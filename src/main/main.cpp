@@ -25,6 +25,7 @@
 #include "platform/standard_streams.h"
 #include "platform/termination_signal.h"
 #include "protocol/com_table.h"
+#include "protocol/private_memory.h"
 #include "simulator/scenario.h"
 #include "text/status_texts.h"
 #if defined(KARTOCHECK_WITH_WINDOW)
@@ -215,6 +216,7 @@ int Main(int argc, char** argv) {
 }  // namespace kartocheck
 
 int main(int argc, char** argv) {
+  ctapi::KeepMemoryPrivate();
   kartocheck::SecureStandardStreams();
   return kartocheck::Main(argc, argv);
 }

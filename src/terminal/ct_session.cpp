@@ -1,6 +1,5 @@
 #include "terminal/ct_session.h"
 
-#include <array>
 #include <exception>
 #include <utility>
 
@@ -145,13 +144,11 @@ CtAnswer CtSession::Exchange(ctapi::ByteView command, Unit unit) {
   std::uint8_t dad = ctapi::AddressOf(unit);
   std::uint8_t sad = ctapi::HostAddress;
   std::uint16_t length = ResponseSize;
-  // A library that tells of more than it wrote gets none of an earlier response.
-  std::array<std::uint8_t, ResponseSize> buffer{};
 
   with_.lamps[LampOf(dad)].Set(LampState::Waiting);
   with_.eventLoop.Yield();
   CtAnswer answer;
-  answer.code = with_.api.Data(Ctn, dad, sad, command, buffer, length);
+  answer.code = with_.api.Data(Ctn, dad, sad, command, buffer_, length);
   // With a failure code the length may tell what size would have been needed.
   if (answer.Succeeded() && length > ResponseSize) {
     throw LibraryUnusable({LibraryFaultKind::ResponseTooLong});
@@ -159,7 +156,10 @@ CtAnswer CtSession::Exchange(ctapi::ByteView command, Unit unit) {
   with_.lamps[LampOf(sad)].Set(LampState::Answered);
 
   if (answer.Succeeded() && length < sw::Length) answer.code = ctapi::code::BufferTooSmall;
-  if (answer.Succeeded()) answer.response = Copy(ctapi::ByteView(buffer).first(length));
+  if (answer.Succeeded()) answer.response = Copy(ctapi::ByteView(buffer_).first(length));
+  // Nothing of a card stays here, and a library that tells of more than it wrote next time gets
+  // none of this response.
+  buffer_.fill(0);
   return answer;
 }
 

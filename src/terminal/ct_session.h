@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringView>
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -115,6 +116,7 @@ class CtSession {
 
   Surroundings with_;
   std::vector<std::function<void()>> beforeFatal_;
+  std::array<std::uint8_t, ResponseSize> buffer_{};
   int pn_ = 0;
   bool open_ = false;
 };

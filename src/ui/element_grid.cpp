@@ -1,11 +1,11 @@
 #include "ui/element_grid.h"
 
 #include <QAction>
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QHeaderView>
 
 #include <algorithm>
+
+#include "ui/secret_clipboard.h"
 
 namespace kartocheck {
 
@@ -95,7 +95,7 @@ void ElementGrid::CopySelection() {
     }
     if (!cells.isEmpty()) lines.append(cells.join(u'\t'));
   }
-  if (!lines.isEmpty()) QGuiApplication::clipboard()->setText(lines.join(QStringLiteral("\r\n")));
+  if (!lines.isEmpty()) CopySecret(lines.join(QStringLiteral("\r\n")));
 }
 
 }  // namespace kartocheck

@@ -28,6 +28,7 @@
 #include "ui/picture.h"
 #include "ui/plain_label.h"
 #include "ui/port_frame.h"
+#include "ui/secret_clipboard.h"
 #include "ui/terminal_access_frame.h"
 #include "ui/terminal_status_frame.h"
 
@@ -158,7 +159,7 @@ void Form_MKT_Test::ShowUserInformation() {
 }
 
 void Form_MKT_Test::CopyReport() {
-  CopyToClipboard(makeReport_());
+  QGuiApplication::clipboard()->setText(makeReport_());
   ShowStatusText(QStringLiteral("Der Prüfbericht wurde in die Zwischenablage kopiert"));
 }
 
@@ -370,9 +371,8 @@ void Form_MKT_Test::UpdateEnabled() {
 }
 
 void Form_MKT_Test::CopyToClipboard(const QString& text) {
-  QClipboard* clipboard = QGuiApplication::clipboard();
-  clipboard->clear();
-  clipboard->setText(text);
+  QGuiApplication::clipboard()->clear();
+  CopySecret(text);
 }
 
 void Form_MKT_Test::CloseNow() {

@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QGroupBox>
 #include <QListWidget>
+#include <QMimeData>
 #include <QProgressBar>
 #include <QRadioButton>
 #include <QTabWidget>
@@ -21,6 +22,8 @@
 namespace kartocheck::test {
 namespace {
 
+// KDE and others leave a text out of their history that has this format as well.
+const QString SecretMark = QStringLiteral("x-kde-passwordManagerHint");
 const QString ResultWindow = QStringLiteral("Form_DatenInfo");
 
 // Reading the record of the terminal on COM 3 erases it; the USB terminal's card keeps the
@@ -125,6 +128,7 @@ TEST_F(ScanTest, EveryKindOfDataHasItsTitleLabelsAndLines) {
     EXPECT_EQ(Value(7), row.firstName);
     program.Click(QStringLiteral("CmdB_MKt_Test_4"));
     const QString copied = QApplication::clipboard()->text();
+    EXPECT_TRUE(QApplication::clipboard()->mimeData()->hasFormat(SecretMark));
     TerminalInfo info;
     info.Reset95 = row.isMobile;
     EXPECT_EQ(copied.count(QStringLiteral("\r\n")), ClipboardText(info, {}).size() / 2);
