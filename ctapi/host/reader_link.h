@@ -14,9 +14,10 @@ namespace ctapi::host {
 // commands on. From the request for a card to its release no other program reaches the card.
 class ReaderLink final : public TerminalLink {
  public:
-  // The reader is one that the service has just listed.
-  ReaderLink(PcscService& service, std::string reader)
-      : service_(service), reader_(std::move(reader)), seenAt_(service.Now()) {}
+  // The reader is one that the service has just listed. What keeps its card from being used is
+  // told in trouble, by what the calls came to.
+  ReaderLink(PcscService& service, std::string reader, PortTroubleKind& trouble)
+      : service_(service), reader_(std::move(reader)), trouble_(trouble), seenAt_(service.Now()) {}
 
   [[nodiscard]] std::int8_t Exchange(Unit unit, ByteView command, Bytes& response) override;
   [[nodiscard]] std::optional<std::int32_t> Baud() const override { return std::nullopt; }
@@ -32,6 +33,9 @@ class ReaderLink final : public TerminalLink {
   [[nodiscard]] PcscResult GetStatus(ByteView command, Bytes& response);
   [[nodiscard]] PcscResult EjectIcc(ByteView command, Bytes& response);
 
+  // Waits until then for another program to leave the card.
+  [[nodiscard]] PcscResult ActivateBy(std::chrono::steady_clock::time_point end, ByteView command,
+                                      ReaderState state, Bytes& response);
   // Connects to the card of a reader in this state. NoCard where there is none; a card that cannot
   // be used is told in the response.
   [[nodiscard]] PcscResult Activate(ByteView command, ReaderState state, Bytes& response);
@@ -42,11 +46,13 @@ class ReaderLink final : public TerminalLink {
   [[nodiscard]] bool WasSeenJustNow() const;
   // Why an exchange with the card broke: readers tell late that their card was pulled.
   [[nodiscard]] PcscResult ReasonFor(PcscResult result);
-  // Waits for the next change of the reader, a quarter of a second at the most.
-  [[nodiscard]] PcscResult Wait(std::chrono::steady_clock::time_point end, ReaderState& state);
+  // Waits for the next change of the reader, a slice of time at the most.
+  [[nodiscard]] PcscResult Wait(std::chrono::steady_clock::time_point end,
+                                std::chrono::milliseconds slice, ReaderState& state);
 
   PcscService& service_;
   std::string reader_;
+  PortTroubleKind& trouble_;
   std::chrono::steady_clock::time_point seenAt_;  // when the service last told of it
   std::unique_ptr<CardConnection> card_;          // none: no active card
   DWORD eventsAtActivation_ = 0;
