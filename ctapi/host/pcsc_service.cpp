@@ -58,36 +58,31 @@ struct Connected {
   CardConnection::Handle Handle{};
 };
 
-// With a context of its own, which is there as long as the connection.
-Connected ConnectWith(const PcscApi& api, const std::string& reader, DWORD mode, DWORD protocols) {
-  const Established established = EstablishWith(api);
-  if (established.Code != SCARD_S_SUCCESS) return {.Code = established.Code};
-  Connected connected{.Handle = {.Context = established.Context}};
-  connected.Code = api.Connect(established.Context, reader.c_str(), mode, protocols,
-                               &connected.Handle.Card, &connected.Handle.Protocol);
-  if (connected.Code != SCARD_S_SUCCESS) ReleaseWith(api, established);
+Connected ConnectWith(const PcscApi& api, SCARDCONTEXT context, const std::string& reader,
+                      DWORD mode, DWORD protocols) {
+  Connected connected{.Handle = {.Context = context}};
+  connected.Code = api.Connect(context, reader.c_str(), mode, protocols, &connected.Handle.Card,
+                               &connected.Handle.Protocol);
   return connected;
 }
 
 void DisconnectWith(const PcscApi& api, const Connected& connected, DWORD disposition) {
-  if (connected.Code != SCARD_S_SUCCESS) return;
-  (void)api.Disconnect(connected.Handle.Card, disposition);
-  (void)api.ReleaseContext(connected.Handle.Context);
+  if (connected.Code == SCARD_S_SUCCESS) (void)api.Disconnect(connected.Handle.Card, disposition);
 }
 
 // Another program that connects while we power the card down can leave the service in two minds:
 // it takes the card for powered, powers it up no more, and refuses it as unpowered. To power it
 // down once more settles that.
-Connected ConnectAlone(const PcscApi& api, const std::string& reader) {
-  Connected connected = ConnectWith(api, reader, SCARD_SHARE_EXCLUSIVE, AnyProtocol);
+Connected ConnectAlone(const PcscApi& api, SCARDCONTEXT context, const std::string& reader) {
+  const Connected connected = ConnectWith(api, context, reader, SCARD_SHARE_EXCLUSIVE, AnyProtocol);
   if (connected.Code != SCARD_W_UNPOWERED_CARD) return connected;
-  const Connected toReader = ConnectWith(api, reader, SCARD_SHARE_DIRECT, 0);
-  DisconnectWith(api, toReader, SCARD_UNPOWER_CARD);
-  return ConnectWith(api, reader, SCARD_SHARE_EXCLUSIVE, AnyProtocol);
+  DisconnectWith(api, ConnectWith(api, context, reader, SCARD_SHARE_DIRECT, 0), SCARD_UNPOWER_CARD);
+  return ConnectWith(api, context, reader, SCARD_SHARE_EXCLUSIVE, AnyProtocol);
 }
 
-std::optional<std::uint32_t> VersionWith(const PcscApi& api, const std::string& reader) {
-  const Connected connected = ConnectWith(api, reader, SCARD_SHARE_DIRECT, 0);
+std::optional<std::uint32_t> VersionWith(const PcscApi& api, SCARDCONTEXT context,
+                                         const std::string& reader) {
+  const Connected connected = ConnectWith(api, context, reader, SCARD_SHARE_DIRECT, 0);
   if (connected.Code != SCARD_S_SUCCESS) return std::nullopt;
   std::array<std::uint8_t, 4> version{};
   DWORD length = version.size();
@@ -156,7 +151,7 @@ std::optional<Result> PcscService::Call(
     std::function<Result(const PcscApi& api, SCARDCONTEXT context)> call) {
   const auto api = api_;
   const SCARDCONTEXT context = *context_;
-  std::optional<Result> result = CallWithin<Result>(
+  std::optional<Result> result = caller_->CallWithin<Result>(
       longest, [=] { return call(*api, context); },
       [=](const Result&) { (void)api->ReleaseContext(context); });
   if (!result) context_.reset();
@@ -165,22 +160,31 @@ std::optional<Result> PcscService::Call(
 
 PcscResult PcscService::Establish() {
   if (!api_) return PcscResult::NoService;
-  if (context_) return PcscResult::Ok;
-  const auto established = CallWithin<Established>(
+  return context_ ? PcscResult::Ok : EstablishInto(context_);
+}
+
+PcscResult PcscService::EstablishForCard() {
+  return *forCard_ ? PcscResult::Ok : EstablishInto(*forCard_);
+}
+
+PcscResult PcscService::EstablishInto(std::optional<SCARDCONTEXT>& context) {
+  const auto established = caller_->CallWithin<Established>(
       answerTime_, [api = api_] { return EstablishWith(*api); },
       [api = api_](const Established& late) { ReleaseWith(*api, late); });
   if (!established) return PcscResult::NoService;
   if (established->Code != SCARD_S_SUCCESS) return ResultOfContext(established->Code);
-  context_ = established->Context;
+  context = established->Context;
   return PcscResult::Ok;
 }
 
 void PcscService::Release() {
-  if (!context_) return;
-  (void)CallWithin<LONG>(
-      answerTime_, [api = api_, context = *context_] { return api->ReleaseContext(context); },
-      [](const LONG&) {});
-  context_.reset();
+  for (std::optional<SCARDCONTEXT>* const context : {&context_, forCard_.get()}) {
+    if (!*context) continue;
+    (void)caller_->CallWithin<LONG>(
+        answerTime_, [api = api_, each = **context] { return api->ReleaseContext(each); },
+        [](const LONG&) {});
+    context->reset();
+  }
 }
 
 // A context does not outlive the service that gave it.
@@ -261,25 +265,35 @@ PcscResult PcscService::AwaitChange(const std::string& reader, const ReaderState
 PcscResult PcscService::Connect(const std::string& reader,
                                 std::unique_ptr<CardConnection>& connection) {
   if (!context_) return PcscResult::NoService;
-  const auto connected = CallWithin<Connected>(
-      answerTime_, [api = api_, reader] { return ConnectAlone(*api, reader); },
-      [api = api_](const Connected& late) { DisconnectWith(*api, late, SCARD_LEAVE_CARD); });
+  if (const PcscResult result = EstablishForCard(); result != PcscResult::Ok) return result;
+  const SCARDCONTEXT context = *std::exchange(*forCard_, std::nullopt);
+  const auto connected = caller_->CallWithin<Connected>(
+      answerTime_, [api = api_, context, reader] { return ConnectAlone(*api, context, reader); },
+      [api = api_, context](const Connected& late) {
+        DisconnectWith(*api, late, SCARD_LEAVE_CARD);
+        (void)api->ReleaseContext(context);
+      });
   // Nothing else keeps the service from an answer for so long and lets it answer other questions.
   if (!connected) return PcscResult::Held;
   const PcscResult result = ResultOf(connected->Code);
   if (result == PcscResult::Ok) {
-    connection = std::make_unique<CardConnection>(api_, connected->Handle, answerTime_);
+    connection =
+        std::make_unique<CardConnection>(api_, caller_, connected->Handle, forCard_, answerTime_);
+  } else {
+    *forCard_ = context;
   }
   return result;
 }
 
 std::optional<std::uint32_t> PcscService::DriverVersion(const std::string& reader) {
-  if (!context_) return std::nullopt;
+  if (!context_ || EstablishForCard() != PcscResult::Ok) return std::nullopt;
   using Version = std::optional<std::uint32_t>;
-  return CallWithin<Version>(
-             answerTime_, [api = api_, reader] { return VersionWith(*api, reader); },
-             [](const Version&) {})
-      .value_or(std::nullopt);
+  const SCARDCONTEXT context = *std::exchange(*forCard_, std::nullopt);
+  const auto version = caller_->CallWithin<Version>(
+      answerTime_, [api = api_, context, reader] { return VersionWith(*api, context, reader); },
+      [api = api_, context](const Version&) { (void)api->ReleaseContext(context); });
+  if (version) *forCard_ = context;
+  return version.value_or(std::nullopt);
 }
 
 CardConnection::~CardConnection() {
@@ -288,13 +302,21 @@ CardConnection::~CardConnection() {
 
 PcscResult CardConnection::EndBy(DWORD disposition) {
   if (!handle_) return PcscResult::Timeout;
-  const auto end = [api = api_, handle = *std::exchange(handle_, std::nullopt), disposition] {
-    const LONG code = api->Disconnect(handle.Card, disposition);
-    (void)api->ReleaseContext(handle.Context);
-    return code;
-  };
-  const auto ended = CallWithin<LONG>(answerTime_, end, [](const LONG&) {});
-  return ended ? ResultOf(*ended) : PcscResult::Timeout;
+  const Handle handle = *std::exchange(handle_, std::nullopt);
+  const auto ended = caller_->CallWithin<LONG>(
+      answerTime_,
+      [api = api_, handle, disposition] { return api->Disconnect(handle.Card, disposition); },
+      [api = api_, handle](const LONG&) { (void)api->ReleaseContext(handle.Context); });
+  if (!ended) return PcscResult::Timeout;
+  if (spare_->has_value()) {
+    (void)caller_->CallWithin<LONG>(
+        answerTime_,
+        [api = api_, context = handle.Context] { return api->ReleaseContext(context); },
+        [](const LONG&) {});
+  } else {
+    *spare_ = handle.Context;
+  }
+  return ResultOf(*ended);
 }
 
 PcscResult CardConnection::Transmit(ByteView command, Bytes& answer) {
@@ -316,11 +338,11 @@ PcscResult CardConnection::Transmit(ByteView command, Bytes& answer) {
     exchanged.Answer.resize(std::min(told, exchanged.Answer.size()));
     return exchanged;
   };
-  auto exchanged = CallWithin<Exchanged>(ExchangeTime, exchange,
-                                         [api = api_, handle = *handle_](const Exchanged&) {
-                                           (void)api->Disconnect(handle.Card, SCARD_UNPOWER_CARD);
-                                           (void)api->ReleaseContext(handle.Context);
-                                         });
+  auto exchanged = caller_->CallWithin<Exchanged>(
+      ExchangeTime, exchange, [api = api_, handle = *handle_](const Exchanged&) {
+        (void)api->Disconnect(handle.Card, SCARD_UNPOWER_CARD);
+        (void)api->ReleaseContext(handle.Context);
+      });
   if (!exchanged) {
     handle_.reset();
     return PcscResult::Timeout;

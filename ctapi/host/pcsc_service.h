@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/bounded_call.h"
+#include "host/bounded_caller.h"
 #include "host/pcsc_api.h"
 #include "protocol/bytes.h"
 
@@ -40,6 +40,10 @@ struct ReaderState {
 };
 
 class CardConnection;
+
+// A context for the next connection to a card, handed back where the last one has ended: to make
+// one costs as much as ten exchanges with a quick card.
+using SpareContext = std::shared_ptr<std::optional<SCARDCONTEXT>>;
 
 // The PC/SC service over one context, which is renewed where the service was started anew. No call
 // waits without limit: one that does not return in time takes its context with it.
@@ -89,12 +93,16 @@ class PcscService {
       std::chrono::milliseconds longest,
       std::function<Result(const PcscApi& api, SCARDCONTEXT context)> call);
   [[nodiscard]] PcscResult Establish();
+  [[nodiscard]] PcscResult EstablishForCard();
+  [[nodiscard]] PcscResult EstablishInto(std::optional<SCARDCONTEXT>& context);
   void Release();
   [[nodiscard]] PcscResult ListOnce(std::vector<std::string>& names);
 
   std::shared_ptr<const PcscApi> api_;  // none: not installed
   std::chrono::milliseconds answerTime_;
+  std::shared_ptr<BoundedCaller> caller_ = std::make_shared<BoundedCaller>();
   std::optional<SCARDCONTEXT> context_;
+  SpareContext forCard_ = std::make_shared<std::optional<SCARDCONTEXT>>();
 };
 
 // A card that this program is connected to, by a context of its own: a call that does not return
@@ -107,9 +115,13 @@ class CardConnection {
     DWORD Protocol = 0;
   };
 
-  CardConnection(std::shared_ptr<const PcscApi> api, const Handle& handle,
-                 std::chrono::milliseconds answerTime)
-      : api_(std::move(api)), handle_(handle), answerTime_(answerTime) {}
+  CardConnection(std::shared_ptr<const PcscApi> api, std::shared_ptr<BoundedCaller> caller,
+                 const Handle& handle, SpareContext spare, std::chrono::milliseconds answerTime)
+      : api_(std::move(api)),
+        caller_(std::move(caller)),
+        handle_(handle),
+        spare_(std::move(spare)),
+        answerTime_(answerTime) {}
   ~CardConnection();
   CardConnection(const CardConnection&) = delete;
   CardConnection& operator=(const CardConnection&) = delete;
@@ -127,7 +139,9 @@ class CardConnection {
   [[nodiscard]] PcscResult EndBy(DWORD disposition);
 
   std::shared_ptr<const PcscApi> api_;
+  std::shared_ptr<BoundedCaller> caller_;
   std::optional<Handle> handle_;  // until the end
+  SpareContext spare_;
   std::chrono::milliseconds answerTime_;
 };
 

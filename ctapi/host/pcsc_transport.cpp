@@ -13,8 +13,8 @@ OpenedLink PcscTransport::Open(std::size_t index) {
   names_.Update(std::move(attached));
   const std::string* const name = names_.AttachedAt(index);
   if (name == nullptr) return {.Code = code::InvalidParameter};
-  PortTroubleKind& trouble = troubles_[*name];
-  trouble = PortTroubleKind::None;
+  std::optional<PortTroubleKind>& trouble = troubles_[*name];
+  trouble.reset();
   return {code::Success, std::make_unique<ReaderLink>(service_, *name, trouble)};
 }
 
@@ -22,14 +22,13 @@ PortInfo PcscTransport::InfoOf(std::size_t index) {
   std::vector<std::string> attached;
   if (lookout_.List(attached) == PcscResult::Ok) {
     names_.Update(std::move(attached));
-    const std::string* const name = names_.At(index);
-    const auto told = name == nullptr ? troubles_.end() : troubles_.find(*name);
-    const PortTroubleKind trouble = told == troubles_.end() ? PortTroubleKind::None : told->second;
-    if (names_.AttachedAt(index) != nullptr) {
-      const bool isTold = trouble != PortTroubleKind::None;
-      return {.Trouble = isTold ? trouble : FindReaderTrouble(lookout_, *name), .Name = *name};
+    if (const std::string* const name = names_.At(index)) {
+      const std::optional<PortTroubleKind>& told = troubles_[*name];
+      if (names_.AttachedAt(index) != nullptr) {
+        return {.Trouble = told ? *told : FindReaderTrouble(lookout_, *name), .Name = *name};
+      }
+      if (told == PortTroubleKind::ReaderGone) return {.Trouble = PortTroubleKind::ReaderGone};
     }
-    if (trouble == PortTroubleKind::ReaderGone) return {.Trouble = trouble};
   }
   // A card that is held is the matter of another reader.
   const PortTroubleKind trouble = FindReaderTrouble(lookout_);

@@ -27,7 +27,7 @@ class PcscTransport final : public Transport {
   PcscService lookout_;
   ReaderNames names_;
   // What the last call on a reader came to, by its name, since it was opened.
-  std::map<std::string, PortTroubleKind> troubles_;
+  std::map<std::string, std::optional<PortTroubleKind>> troubles_;
 };
 
 }  // namespace ctapi::host

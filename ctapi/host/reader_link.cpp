@@ -82,8 +82,10 @@ std::int8_t ReaderLink::Exchange(Unit unit, ByteView command, Bytes& response) {
       unit == Unit::Terminal ? ToTerminal(command, response) : ToCard(command, response);
   if (result == PcscResult::Ok) return code::Success;
   response.clear();
-  trouble_ = TroubleOf(result);
-  if (result != PcscResult::TooLong) Drop();
+  if (result != PcscResult::TooLong) {
+    Drop();
+    if (TroubleOf(result) != PortTroubleKind::None) trouble_ = TroubleOf(result);
+  }
   // A service that is gone takes its readers with it: the one that comes after has to be asked anew
   // by init. Everything else can be mended by the next REQUEST ICC.
   isLost_ = result == PcscResult::NoService;
@@ -163,7 +165,7 @@ PcscResult ReaderLink::RequestIcc(ByteView command, Bytes& response) {
 
 PcscResult ReaderLink::ActivateBy(std::chrono::steady_clock::time_point end, ByteView command,
                                   ReaderState state, Bytes& response) {
-  trouble_ = PortTroubleKind::None;
+  trouble_.reset();
   for (;;) {
     const PcscResult result = Activate(command, state, response);
     if (result != PcscResult::Held || service_.Now() >= end) return result;
@@ -194,6 +196,7 @@ PcscResult ReaderLink::Activate(ByteView command, ReaderState state, Bytes& resp
       trouble_ = TroubleOf(connected);
       return Reply(response, sw::ResetFailed);
   }
+  trouble_ = PortTroubleKind::None;
   seenAt_ = service_.Now();
   eventsAtActivation_ = state.Events();
   atr_ = std::move(state.Atr);
@@ -253,6 +256,7 @@ PcscResult ReaderLink::EjectIcc(ByteView command, Bytes& response) {
 
 void ReaderLink::Drop() {
   card_.reset();
+  if (trouble_ == PortTroubleKind::None) trouble_.reset();
 }
 
 PcscResult ReaderLink::Look(ReaderState& state) {

@@ -14,10 +14,12 @@ namespace ctapi::host {
 // commands on. From the request for a card to its release no other program reaches the card.
 class ReaderLink final : public TerminalLink {
  public:
-  // The reader is one that the service has just listed. What keeps its card from being used is
-  // told in trouble, by what the calls came to.
-  ReaderLink(PcscService& service, std::string reader, PortTroubleKind& trouble)
+  // The reader is one that the service has just listed. What its calls came to is told in
+  // trouble: None with an active card, nothing where no reach for the card tells more than a look.
+  ReaderLink(PcscService& service, std::string reader, std::optional<PortTroubleKind>& trouble)
       : service_(service), reader_(std::move(reader)), trouble_(trouble), seenAt_(service.Now()) {}
+
+  ~ReaderLink() override { Drop(); }
 
   [[nodiscard]] std::int8_t Exchange(Unit unit, ByteView command, Bytes& response) override;
   [[nodiscard]] std::optional<std::int32_t> Baud() const override { return std::nullopt; }
@@ -52,7 +54,7 @@ class ReaderLink final : public TerminalLink {
 
   PcscService& service_;
   std::string reader_;
-  PortTroubleKind& trouble_;
+  std::optional<PortTroubleKind>& trouble_;
   std::chrono::steady_clock::time_point seenAt_;  // when the service last told of it
   std::unique_ptr<CardConnection> card_;          // none: no active card
   DWORD eventsAtActivation_ = 0;

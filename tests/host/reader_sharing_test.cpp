@@ -121,6 +121,24 @@ TEST_F(SharedReaderTest, ResetIccOfOurOwnCardLooksForNobodyElse) {
   EXPECT_TRUE(pcsc_.Waits.empty());
 }
 
+// The service is left in two minds where another program came while the card was powered down.
+TEST_F(SharedReaderTest, ACardThatTheServiceTakesForUnpoweredIsPoweredAnew) {
+  pcsc_.Connected = SCARD_W_UNPOWERED_CARD;
+  pcsc_.WhileDisconnecting = [this] { pcsc_.Connected = SCARD_S_SUCCESS; };
+  EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+  EXPECT_THAT(pcsc_.Calls, ElementsAre("connect alone", "power down", "connect alone"));
+  EXPECT_EQ(Trouble(), PortTroubleKind::None);
+}
+
+TEST_F(SharedReaderTest, AContextForTheCardIsMadeOnce) {
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+    EXPECT_EQ(AskTerminal(ResetIcc), "9001");
+    EXPECT_EQ(AskTerminal(ResetCt), "9000");
+  }
+  EXPECT_EQ(pcsc_.Contexts, 2) << "one for questions, one for the card";
+}
+
 TEST_F(SharedReaderTest, ResetIccOfAReaderThatIsGoneFails) {
   for (const LONG code : {SCARD_E_READER_UNAVAILABLE, SCARD_E_NO_SERVICE}) {
     pcsc_.Disconnected = SCARD_S_SUCCESS;
@@ -176,6 +194,14 @@ TEST_F(SharedReaderTest, ATroubleEndsWithTheNextReachForTheCard) {
   pcsc_.Connected = SCARD_S_SUCCESS;
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   EXPECT_EQ(Trouble(), PortTroubleKind::None);
+}
+
+TEST_F(SharedReaderTest, OurOwnConnectionIsNoTroubleAndTheNextOneIs) {
+  EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+  Reader().OtherState = SCARD_STATE_EXCLUSIVE;
+  EXPECT_EQ(Trouble(), PortTroubleKind::None) << "it is ours";
+  EXPECT_EQ(AskTerminal(ResetCt), "9000");
+  EXPECT_EQ(Trouble(), PortTroubleKind::CardHeld) << "it is another program's";
 }
 
 TEST_F(SharedReaderTest, AReaderUnpluggedDuringTheExchangeIsTold) {
