@@ -132,6 +132,8 @@ class CardConnection {
   // Ends the connection and resets the card without taking its power away. To stay connected over
   // the reset would be to wait for whoever waits for the card meanwhile.
   [[nodiscard]] PcscResult EndByReset() { return EndBy(SCARD_RESET_CARD); }
+  // Ends the connection and leaves the card as it is.
+  [[nodiscard]] PcscResult Leave() { return EndBy(SCARD_LEAVE_CARD); }
   // One command as it is, and the card's answer.
   [[nodiscard]] PcscResult Transmit(ByteView command, Bytes& answer);
 

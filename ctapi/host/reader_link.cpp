@@ -1,6 +1,7 @@
 #include "host/reader_link.h"
 
 #include <algorithm>
+#include <array>
 
 #include "host/reader_texts.h"
 #include "host/reader_trouble.h"
@@ -111,10 +112,32 @@ PcscResult ReaderLink::ToTerminal(ByteView command, Bytes& response) {
 
 PcscResult ReaderLink::ToCard(ByteView command, Bytes& response) {
   if (!card_) return Reply(response, sw::NoDiagnosis);
-  PcscResult result = isMemory_ ? memory_.Send(*card_, command, response)
-                                : SendToProcessorCard(*card_, command, response);
-  if (result == PcscResult::Ok && response.size() < sw::Length) result = PcscResult::Broken;
+  PcscResult result = Send(command, response);
+  const bool isShared = result == PcscResult::Held || result == PcscResult::CardReset;
+  if (isShared && !isCardUsed_) result = SendAfterAll(command, response);
+  isCardUsed_ = true;
   return result == PcscResult::Ok ? result : ReasonFor(result);
+}
+
+PcscResult ReaderLink::Send(ByteView command, Bytes& response) {
+  const PcscResult result = isMemory_ ? memory_.Send(*card_, command, response)
+                                      : SendToProcessorCard(*card_, command, response);
+  const bool isShort = result == PcscResult::Ok && response.size() < sw::Length;
+  return isShort ? PcscResult::Broken : result;
+}
+
+// The service lets another program share our card that connects in the same instant. A card that
+// was asked for nothing yet is left and taken up again; later on the other one may have changed
+// what the card has selected.
+PcscResult ReaderLink::SendAfterAll(ByteView command, Bytes& response) {
+  constexpr std::array<std::uint8_t, HeaderLength> Request{
+      ct_bcs::TerminalClass, ct_bcs::InsRequestIcc, ct_bcs::UnitSlot1, ct_bcs::NoCardData};
+  (void)card_->Leave();
+  Drop();
+  const PcscResult activated =
+      ActivateBy(service_.Now() + ResetPatience, Request, {.HasCard = true}, response);
+  if (activated != PcscResult::Ok) return activated;
+  return card_ ? Send(command, response) : PcscResult::Mute;
 }
 
 PcscResult ReaderLink::ResetCt(Bytes& response) {
@@ -201,6 +224,7 @@ PcscResult ReaderLink::Activate(ByteView command, ReaderState state, Bytes& resp
   eventsAtActivation_ = state.Events();
   atr_ = std::move(state.Atr);
   isMemory_ = IsMemoryCard(atr_);
+  isCardUsed_ = false;
   memory_ = {};
   response = ActivationAnswer(command);
   return PcscResult::Ok;

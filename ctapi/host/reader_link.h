@@ -29,6 +29,9 @@ class ReaderLink final : public TerminalLink {
   [[nodiscard]] PcscResult ToTerminal(ByteView command, Bytes& response);
   [[nodiscard]] PcscResult ToCard(ByteView command, Bytes& response);
 
+  [[nodiscard]] PcscResult Send(ByteView command, Bytes& response);
+  [[nodiscard]] PcscResult SendAfterAll(ByteView command, Bytes& response);
+
   [[nodiscard]] PcscResult ResetCt(Bytes& response);
   [[nodiscard]] PcscResult ResetIcc(ByteView command, Bytes& response);
   [[nodiscard]] PcscResult RequestIcc(ByteView command, Bytes& response);
@@ -60,6 +63,7 @@ class ReaderLink final : public TerminalLink {
   DWORD eventsAtActivation_ = 0;
   Bytes atr_;
   bool isMemory_ = false;
+  bool isCardUsed_ = false;  // since its activation
   KvkMemory memory_;
   Bytes manufacturer_;  // the answer to that query, once asked for
   bool isLost_ = false;

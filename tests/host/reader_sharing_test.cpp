@@ -130,6 +130,46 @@ TEST_F(SharedReaderTest, ACardThatTheServiceTakesForUnpoweredIsPoweredAnew) {
   EXPECT_EQ(Trouble(), PortTroubleKind::None);
 }
 
+// The service may let another program share our card that connects in the same instant.
+TEST_F(SharedReaderTest, ACardThatIsNotOursAloneIsTakenUpAgainBeforeItsFirstAnswer) {
+  for (const LONG code : {SCARD_E_SHARING_VIOLATION, SCARD_W_RESET_CARD}) {
+    for (const char* const activation : {RequestIcc, ResetIcc}) {
+      pcsc_.Sent.clear();
+      pcsc_.OnTransmit = [this, code](const Bytes&, Bytes& answer) {
+        if (pcsc_.Sent.size() == 1) return code;
+        answer = {0x90, 0x00};
+        return SCARD_S_SUCCESS;
+      };
+      EXPECT_EQ(AskTerminal(activation), "9001");
+      pcsc_.Calls.clear();
+      EXPECT_EQ(AskCard(Select), "9000");
+      EXPECT_THAT(pcsc_.Calls, ElementsAre("connect alone")) << "left as it is";
+      EXPECT_EQ(pcsc_.Sent.size(), 2U);
+    }
+    EXPECT_EQ(AskTerminal(ResetCt), "9000");
+  }
+}
+
+TEST_F(SharedReaderTest, ACardThatIsNotOursAloneLaterOnIsRefused) {
+  EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+  EXPECT_EQ(AskCard(Select), "9000");
+  pcsc_.OnTransmit = [](const Bytes&, Bytes&) { return SCARD_E_SHARING_VIOLATION; };
+  EXPECT_EQ(AskCard(Select), "code -127");
+  EXPECT_EQ(pcsc_.Sent.size(), 2U);
+  EXPECT_EQ(Trouble(), PortTroubleKind::CardHeld);
+}
+
+TEST_F(SharedReaderTest, ACardThatIsTakenForGoodIsRefused) {
+  EXPECT_EQ(AskTerminal(RequestIcc), "9001");
+  pcsc_.OnTransmit = [this](const Bytes&, Bytes&) {
+    pcsc_.Connected = SCARD_E_SHARING_VIOLATION;
+    return SCARD_E_SHARING_VIOLATION;
+  };
+  EXPECT_EQ(AskCard(Select), "code -127");
+  EXPECT_NEAR(SecondsPassed(), 2.0, 0.01);
+  EXPECT_EQ(Trouble(), PortTroubleKind::CardHeld);
+}
+
 TEST_F(SharedReaderTest, AContextForTheCardIsMadeOnce) {
   for (int i = 0; i < 3; ++i) {
     EXPECT_EQ(AskTerminal(RequestIcc), "9001");
