@@ -58,6 +58,7 @@ TEST_F(SharedReaderTest, RequestIccWaitsForAHeldCard) {
   EXPECT_EQ(AskTerminal(RequestIcc5), "9001");
   EXPECT_NEAR(SecondsPassed(), 3.0, 0.05);
   EXPECT_EQ(pcsc_.EndlessWaits, 0);
+  ASSERT_FALSE(pcsc_.Waits.empty());
   EXPECT_LE(*std::max_element(pcsc_.Waits.begin(), pcsc_.Waits.end()), 20U);
   EXPECT_EQ(Trouble(), PortTroubleKind::None);
 }
@@ -236,6 +237,15 @@ TEST_F(SharedReaderTest, ATroubleEndsWithTheNextReachForTheCard) {
   EXPECT_EQ(Trouble(), PortTroubleKind::None);
 }
 
+TEST_F(SharedReaderTest, ATroubleEndsWithTheNextReachForNoCard) {
+  pcsc_.Connected = SCARD_W_UNRESPONSIVE_CARD;
+  EXPECT_EQ(AskTerminal(RequestIcc), "6400");
+  EXPECT_EQ(Trouble(), PortTroubleKind::MuteCard);
+  Reader().HasCard = false;
+  EXPECT_EQ(AskTerminal(RequestIcc), "6200");
+  EXPECT_EQ(Trouble(), PortTroubleKind::None);
+}
+
 TEST_F(SharedReaderTest, OurOwnConnectionIsNoTroubleAndTheNextOneIs) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   Reader().OtherState = SCARD_STATE_EXCLUSIVE;
@@ -384,7 +394,8 @@ TEST_F(HungCallTest, AQuestionWithoutAnAnswerIsAServiceThatIsGone) {
     EXPECT_EQ(Ask(*link, Unit::Terminal, CardStatus), "code -128");
     hangs = false;
     link = transport.Open(0).Link;
-    EXPECT_EQ(Ask(*link, Unit::Terminal, CardStatus), "8001019000") << "over another context";
+    EXPECT_EQ(Ask(*link, Unit::Terminal, CardStatus), "8001019000");
+    EXPECT_EQ(Contexts(), 2) << "the one that does not return is not used again";
   }
   ReleaseAll();
 }
