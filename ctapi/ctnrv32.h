@@ -13,12 +13,14 @@
  * lenr in: size of the response buffer in bytes; out: length of the response
  *
  * KARTOCHECK_port_info is no part of the CT-API. It tells what the library has on a port, whether
- * the port is open or not, and what keeps it from being used, without touching a card:
+ * the port is open or not, and what keeps it from being used, without touching a card. What the
+ * last call on the port came to goes before what the port looks like now:
  *
  * pn      port number; 0: what keeps every card reader from being used
  * trouble out: 0 nothing that is known, 1 the system's reader service is not installed, 2 it is not
  *         running, 3 it knows no reader, 4 another program holds the card, 5 the user may not open
- *         the device; further numbers may come
+ *         the device, 6 the card does not answer, 7 the reader was unplugged while it was used, 8
+ *         the reader service runs and refuses this user; further numbers may come
  * length  in: size of the name buffer in bytes; out: length of the name
  * name    out: the device's name in UTF-8, without a zero at its end; empty where none is known
  *

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "protocol/ct_bcs.h"
-#include "protocol/iso7816.h"
+#include "host/repeatable_commands.h"
 
 namespace ctapi::host {
 
@@ -14,6 +13,7 @@ using std::chrono::milliseconds;
 
 constexpr int FailuresBeforeResynch = 3;
 constexpr int RequestAttempts = 3;
+constexpr int MostStrays = 3;
 // A terminal that keeps the host waiting, by one block after the other that brings nothing or by
 // the time that it asks for, ends at last. No command takes longer than REQUEST ICC, with 255 s at
 // most.
@@ -74,16 +74,20 @@ struct BlockProtocol::Dialogue {
   Bytes& Response;
   Block LastPiece{};          // the last I-block sent
   bool Acknowledged = false;  // whether the other side has it
+  bool HasBegun = false;      // whether it has any piece
   Block LastSent{};
   std::chrono::steady_clock::time_point Begin;
-  int Failures = 0;     // blocks in a row that were no use
-  int Repetitions = 0;  // in a row, asked for by the other side
-  int Extensions = 0;   // blocks that brought nothing
+  int Failures = 0;              // blocks in a row that were no use
+  int Repetitions = 0;           // in a row, asked for by the other side
+  int Extensions = 0;            // blocks that brought nothing
+  int Strays = 0;                // blocks that belong to something earlier
+  bool CountsOtherwise = false;  // an I-block came with another number than the expected one
 
   void EndFailures() { Failures = Repetitions = 0; }
   [[nodiscard]] bool TakesTooLong(std::chrono::steady_clock::time_point next) {
     return ++Extensions > MostExtensions || next - Begin > LongestDialogue;
   }
+  [[nodiscard]] Step Fail() const { return Unsent.empty() ? Step::Failed : Step::Incomplete; }
 };
 
 milliseconds BlockProtocol::CharacterWait(std::int32_t baud) {
@@ -96,29 +100,50 @@ bool BlockProtocol::TryBaud(std::int32_t baud) {
   baud_ = baud;
   port_.SetBaud(baud);
   if (Request({NadTo(Unit::Terminal), pcb::Resynch}, 1, ProbeWait) != Reply::Granted) return false;
-  peers_ = {};
+  ForgetNumbers(Unit::Terminal, true);
+  takesAnnouncement_ = true;
+  cardStartsAnew_.reset();
   return true;
 }
 
 bool BlockProtocol::AnnounceBlockSize() {
+  if (!takesAnnouncement_) return true;
   const Block request{NadTo(Unit::Terminal), pcb::InformationSize, {HostBlockSize}};
-  return Request(request, RequestAttempts, BlockWait) != Reply::None;
+  if (Request(request, RequestAttempts, ProbeWait) != Reply::None) return true;
+  takesAnnouncement_ = false;
+  // Rule 7.4: after three requests in vain the line is started anew, which sets the default sizes.
+  return Request({NadTo(Unit::Terminal), pcb::Resynch}, RequestAttempts, BlockWait) ==
+         Reply::Granted;
 }
 
 BlockProtocol::Outcome BlockProtocol::Exchange(Unit unit, ByteView command, Bytes& response) try {
+  TurnTo(unit);
+  // With numbers that are a guess, a chain's first R-block may be a receipt or a refusal, and an
+  // answer that came damaged cannot be asked for. A command that bears neither waits for a new
+  // start.
+  const bool bearsAGuess = MayBeRepeated(unit, command) && command.size() <= BlockSizeOf(unit);
+  response.clear();
+  if (!numbersAreAgreed_ && !bearsAGuess && !StartAnew(unit)) return Outcome::Silent;
   for (bool repeated = false;; repeated = true) {
-    response.clear();
     const Step result = Attempt(unit, command, response);
     if (result == Step::Answered) return Outcome::Answered;
     response.clear();
     if (result == Step::Aborted) return Outcome::Broken;
-    if (!Recover(unit)) return Outcome::Silent;
+    if (!StartAnew(unit)) return Outcome::Silent;
     if (result == Step::TooLong) return Outcome::TooLong;
-    if (repeated || !MayBeRepeated(unit, command)) return Outcome::Broken;
+    const bool mayGoAgain = result == Step::Incomplete || MayBeRepeated(unit, command);
+    if (repeated || !mayGoAgain) return Outcome::Broken;
   }
 } catch (const LineLost&) {
   response.clear();
   return Outcome::Silent;
+}
+
+void BlockProtocol::TurnTo(Unit unit) {
+  if (unit == unit_) return;
+  unit_ = unit;
+  numbersAreAgreed_ = false;
+  if (!countsTheLine_) std::swap(numbers_, numbersOfTheOther_);
 }
 
 BlockProtocol::Step BlockProtocol::Attempt(Unit unit, ByteView command, Bytes& response) {
@@ -126,30 +151,27 @@ BlockProtocol::Step BlockProtocol::Attempt(Unit unit, ByteView command, Bytes& r
   SendPiece(dialogue);
   Step step = Step::GoOn;
   while (step == Step::GoOn) {
-    const FramedBlock received = ReceiveBlock(WaitBehind(dialogue.LastSent));
-    const Block& block = received.Found;
-    if (received.State != Framing::Complete) {
-      step = OnFailure(dialogue, received.Error);
-    } else if (block.Nad != NadFrom(unit)) {
-      step = OnFailure(dialogue, BlockError::Other);
-    } else if (block.Kind() == BlockKind::Information) {
-      step = OnInformation(dialogue, block);
-    } else if (block.Kind() == BlockKind::Receipt) {
-      step = OnReceipt(dialogue, block);
-    } else {
-      step = OnSupervisory(dialogue, block);
-    }
+    step = Take(dialogue, ReceiveBlock(WaitBehind(dialogue.LastSent)));
   }
   return step;
 }
 
+BlockProtocol::Step BlockProtocol::Take(Dialogue& dialogue, const FramedBlock& received) {
+  const Block& block = received.Found;
+  if (dialogue.LastSent.Pcb == (pcb::Abort | pcb::Response)) return AfterAbort(dialogue, received);
+  if (received.State != Framing::Complete) return OnFailure(dialogue, received.Error);
+  if (block.Nad != NadFrom(dialogue.With)) return OnStray(dialogue);
+  if (block.Kind() == BlockKind::Information) return OnInformation(dialogue, block);
+  if (block.Kind() == BlockKind::Receipt) return OnReceipt(dialogue, block);
+  return OnSupervisory(dialogue, block);
+}
+
 void BlockProtocol::SendPiece(Dialogue& dialogue) {
-  const Peer& peer = PeerOf(dialogue.With);
-  const std::size_t length = std::min(peer.BlockSize, dialogue.Unsent.size());
+  const std::size_t length = std::min(BlockSizeOf(dialogue.With), dialogue.Unsent.size());
   const ByteView piece = dialogue.Unsent.first(length);
   dialogue.Unsent = dialogue.Unsent.subspan(length);
   dialogue.LastPiece =
-      InformationBlock(dialogue.With, peer.SendNumber, !dialogue.Unsent.empty(), piece);
+      InformationBlock(dialogue.With, numbers_.Send, !dialogue.Unsent.empty(), piece);
   dialogue.Acknowledged = false;
   Send(dialogue, dialogue.LastPiece);
 }
@@ -160,66 +182,95 @@ void BlockProtocol::Send(Dialogue& dialogue, const Block& block) {
   port_.Send(Encode(block));
 }
 
-// Asks for the expected block once more. A receipt that stands last is repeated as it was, and so
-// is a request (in Request). A response of ours is not: ISO 7816-3 (T=1, rule 7.3) asks for a
+// Asks for the expected block once more (rule 7.1). A receipt that stands last is repeated as it
+// was (7.2), and so is a request (7.4, in Request). A response of ours is not: rule 7.3 asks for a
 // receipt there. It serves in both cases: a terminal that missed the response asks again, one that
 // has it repeats its answer, to which a second response would be no reply.
+//
+// Where the numbers are a guess, the block that such a receipt asks for may be an earlier answer or
+// the next piece of this one.
 BlockProtocol::Step BlockProtocol::OnFailure(Dialogue& dialogue, BlockError error) {
-  if (++dialogue.Failures >= FailuresBeforeResynch) return Step::Failed;
+  if (!numbersAreAgreed_ || dialogue.CountsOtherwise) return dialogue.Fail();
+  if (++dialogue.Failures >= FailuresBeforeResynch) return dialogue.Fail();
   if (dialogue.LastSent.Kind() == BlockKind::Receipt) {
     Send(dialogue, Block(dialogue.LastSent));
   } else {
-    Send(dialogue, ReceiptBlock(dialogue.With, PeerOf(dialogue.With).ExpectedNumber, error));
+    Send(dialogue, ReceiptBlock(dialogue.With, numbers_.Expected, error));
   }
   return Step::GoOn;
 }
 
+// The reply to something earlier, come late: that to the last block is still to come.
+BlockProtocol::Step BlockProtocol::OnStray(Dialogue& dialogue) {
+  return ++dialogue.Strays > MostStrays ? dialogue.Fail() : Step::GoOn;
+}
+
+// Rule 2.1: an I-block acknowledges a whole command, and one out of sequence is never answered with
+// another. So the first I-block behind a command is its answer, and where the numbers are a guess,
+// its number is the one to count on from.
 BlockProtocol::Step BlockProtocol::OnInformation(Dialogue& dialogue, const Block& block) {
-  Peer& peer = PeerOf(dialogue.With);
-  if (block.Number() != peer.ExpectedNumber || !dialogue.Unsent.empty()) {
-    return OnFailure(dialogue, BlockError::Other);
+  if (!dialogue.Unsent.empty()) return OnFailure(dialogue, BlockError::Other);
+  if (!numbersAreAgreed_) numbers_.Expected = block.Number();
+  if (block.Number() != numbers_.Expected) {
+    if (dialogue.LastSent.Kind() == BlockKind::Receipt) {
+      return OnFailure(dialogue, BlockError::Other);
+    }
+    dialogue.CountsOtherwise = true;
+    return OnStray(dialogue);
   }
   Acknowledge(dialogue);
-  peer.ExpectedNumber = !peer.ExpectedNumber;
+  numbersAreAgreed_ = true;
+  dialogue.CountsOtherwise = false;
+  numbers_.Expected = !numbers_.Expected;
   dialogue.EndFailures();
   dialogue.Response.insert(dialogue.Response.end(), block.Information.begin(),
                            block.Information.end());
   if (dialogue.Response.size() > LongestResponse) return Step::TooLong;
   if (!block.HasMore()) return Step::Answered;
   if (block.Information.empty() && dialogue.TakesTooLong(port_.Now())) return Step::Failed;
-  Send(dialogue, ReceiptBlock(dialogue.With, peer.ExpectedNumber, BlockError::None));
+  Send(dialogue, ReceiptBlock(dialogue.With, numbers_.Expected, BlockError::None));
   return Step::GoOn;
 }
 
 void BlockProtocol::Acknowledge(Dialogue& dialogue) {
   if (dialogue.Acknowledged) return;
-  dialogue.Acknowledged = true;
-  Peer& peer = PeerOf(dialogue.With);
-  peer.SendNumber = !peer.SendNumber;
+  dialogue.Acknowledged = dialogue.HasBegun = true;
+  numbers_.Send = !numbers_.Send;
 }
 
 BlockProtocol::Step BlockProtocol::OnReceipt(Dialogue& dialogue, const Block& block) {
-  const Peer& peer = PeerOf(dialogue.With);
-  const bool answersResponse = IsResponse(dialogue.LastSent) && block.ReportsError();
-  const bool asksForPiece =
-      !dialogue.Acknowledged && !answersResponse && block.Number() == peer.SendNumber;
-  const bool acknowledges = !dialogue.Acknowledged && !answersResponse && !asksForPiece;
-  if (acknowledges && !dialogue.Unsent.empty()) {
+  const bool missesResponse = IsResponse(dialogue.LastSent) && block.ReportsError();
+  if (dialogue.Acknowledged || missesResponse) return Repeat(dialogue, Block(dialogue.LastSent));
+  // Rule 7.1: it expects the number of our piece, so it has not got it.
+  if (block.Number() == numbers_.Send) return Repeat(dialogue, Block(dialogue.LastPiece));
+  if (!dialogue.Unsent.empty()) {
+    // A receipt inside a chain carries no error (rule 2.2); a first piece that is complained of was
+    // refused.
+    if (!dialogue.HasBegun && block.ReportsError()) return dialogue.Fail();
     Acknowledge(dialogue);
     dialogue.EndFailures();
     SendPiece(dialogue);
     return Step::GoOn;
   }
-  if (!asksForPiece && dialogue.LastSent.Kind() == BlockKind::Information) {
-    // A whole command is not acknowledged but answered. A terminal that kept the card's numbers
-    // over a new start takes it for one that it has had, and would repeat an earlier response.
-    return dialogue.With == Unit::Card ? Step::Failed : OnFailure(dialogue, BlockError::Other);
-  }
-  return Repeat(dialogue, asksForPiece ? Block(dialogue.LastPiece) : Block(dialogue.LastSent));
+  if (dialogue.LastSent.Kind() == BlockKind::Information) return OnRefusal(dialogue);
+  return Repeat(dialogue, Block(dialogue.LastSent));
+}
+
+// A whole command is answered and not acknowledged: an R-block of the other number that follows it
+// at once comes from a terminal that counts otherwise and has refused it as out of sequence. It
+// cannot have carried it out: one that had would have answered, and the block was sent before only
+// where the terminal asked for it. What it asks for now is the number it counts.
+BlockProtocol::Step BlockProtocol::OnRefusal(Dialogue& dialogue) {
+  if (dialogue.HasBegun) return Step::Failed;
+  if (!numbersAreAgreed_) countsTheLine_ = !countsTheLine_;
+  numbersAreAgreed_ = false;
+  numbers_.Send = !numbers_.Send;
+  dialogue.LastPiece.Pcb ^= pcb::SendNumber;
+  return Repeat(dialogue, Block(dialogue.LastPiece));
 }
 
 BlockProtocol::Step BlockProtocol::Repeat(Dialogue& dialogue, const Block& block) {
-  if (++dialogue.Repetitions >= FailuresBeforeResynch) return Step::Failed;
+  if (++dialogue.Repetitions >= FailuresBeforeResynch) return dialogue.Fail();
   Send(dialogue, block);
   return Step::GoOn;
 }
@@ -231,23 +282,36 @@ BlockProtocol::Step BlockProtocol::OnSupervisory(Dialogue& dialogue, const Block
       break;
     case pcb::InformationSize:
       if (!IsValidBlockSize(block)) return OnFailure(dialogue, BlockError::Other);
-      TakeBlockSize(block);
+      BlockSizeOf(dialogue.With) = block.Information[0];
       break;
     case pcb::Abort:
       Acknowledge(dialogue);
-      Send(dialogue, response);
-      return Step::Aborted;
+      break;
     default:
       // A terminal that repeats an old response when asked for its last block has not got ours.
       if (dialogue.LastSent.Kind() == BlockKind::Receipt && !dialogue.Acknowledged) {
         return Repeat(dialogue, Block(dialogue.LastPiece));
       }
-      return OnFailure(dialogue, BlockError::Other);
+      return IsResponse(block) ? OnStray(dialogue) : OnFailure(dialogue, BlockError::Other);
   }
   if (dialogue.TakesTooLong(port_.Now() + WaitBehind(response))) return Step::Failed;
   dialogue.EndFailures();
   Send(dialogue, response);
   return Step::GoOn;
+}
+
+// Rule 9: the R-block behind S(ABORT response) gives the turn back, and tells the number that is
+// expected. A terminal that sends none leaves the numbers a guess.
+BlockProtocol::Step BlockProtocol::AfterAbort(Dialogue& dialogue, const FramedBlock& received) {
+  const Block& block = received.Found;
+  const bool isWhole = received.State == Framing::Complete && block.Nad == NadFrom(dialogue.With);
+  if (isWhole && block.Pcb == pcb::Abort) return OnSupervisory(dialogue, block);
+  if (isWhole && block.Kind() == BlockKind::Receipt) {
+    numbers_.Send = block.Number();
+  } else {
+    numbersAreAgreed_ = false;
+  }
+  return Step::Aborted;
 }
 
 FramedBlock BlockProtocol::ReceiveBlock(milliseconds wait) {
@@ -287,7 +351,7 @@ BlockProtocol::Reply BlockProtocol::Request(const Block& request, int attempts, 
     for (int i = 0; i < RequestAttempts && received.State == Framing::Complete &&
                     received.Found.Pcb == pcb::InformationSize && IsValidBlockSize(received.Found);
          ++i) {
-      TakeBlockSize(received.Found);
+      BlockSizeOf(SenderOf(received.Found)) = received.Found.Information[0];
       port_.Send(Encode(ResponseTo(received.Found, SenderOf(received.Found))));
       received = ReceiveBlock(wait);
     }
@@ -303,28 +367,31 @@ BlockProtocol::Reply BlockProtocol::Request(const Block& request, int attempts, 
 }
 
 // A new start for the whole line. Terminals differ in whether it concerns the card's numbers too,
-// so after a failure with the card it is asked for there as well: numbers that do not agree would
-// end the repetition, too. Whether the card's address answers that does not matter.
-bool BlockProtocol::Recover(Unit unit) {
+// so these are agreed on only where the card's address starts anew itself.
+bool BlockProtocol::StartAnew(Unit unit) {
   const Block resynch{NadTo(Unit::Terminal), pcb::Resynch};
   if (Request(resynch, RequestAttempts, BlockWait) != Reply::Granted) return false;
-  if (unit == Unit::Card) (void)Request({NadTo(Unit::Card), pcb::Resynch}, 1, ProbeWait);
-  peers_ = {};
+  const Reply ofUnit = unit == Unit::Card ? StartCardAnew() : Reply::Granted;
+  if (ofUnit == Reply::None) return false;
+  ForgetNumbers(unit, ofUnit == Reply::Granted);
   return AnnounceBlockSize();
 }
 
-void BlockProtocol::TakeBlockSize(const Block& request) {
-  PeerOf(SenderOf(request)).BlockSize = request.Information[0];
+// Refused: the card's address has never answered a new start. None: it has, and does no longer.
+BlockProtocol::Reply BlockProtocol::StartCardAnew() {
+  if (cardStartsAnew_ == false) return Reply::Refused;
+  const Block resynch{NadTo(Unit::Card), pcb::Resynch};
+  const bool starts = Request(resynch, RequestAttempts, ProbeWait) == Reply::Granted;
+  if (!starts && cardStartsAnew_ == true) return Reply::None;
+  cardStartsAnew_ = starts;
+  return starts ? Reply::Granted : Reply::Refused;
 }
 
-bool MayBeRepeated(Unit unit, ByteView command) {
-  constexpr std::array<std::uint8_t, 3> TerminalInstructions{ct_bcs::InsReset, ct_bcs::InsGetStatus,
-                                                             ct_bcs::InsConnectionQuery};
-  constexpr std::array<std::uint8_t, 3> CardInstructions{iso7816::InsSelect, iso7816::InsReadBinary,
-                                                         iso7816::InsReadRecord};
-  if (command.size() < 2) return false;
-  const auto& known = unit == Unit::Terminal ? TerminalInstructions : CardInstructions;
-  return std::find(known.begin(), known.end(), command[1]) != known.end();
+void BlockProtocol::ForgetNumbers(Unit agreedWith, bool areAgreed) {
+  unit_ = agreedWith;
+  numbers_ = numbersOfTheOther_ = {};
+  numbersAreAgreed_ = areAgreed;
+  blockSizes_.fill(DefaultBlockSize);
 }
 
 }  // namespace ctapi::host

@@ -3,6 +3,7 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <optional>
 
 #include "host/line_port.h"
 #include "protocol/block.h"
@@ -10,11 +11,14 @@
 namespace ctapi::host {
 
 // The host's side of the block protocol T=1 (ISO 7816-3) on a serial line. Host and terminal speak
-// in turn, the host first; terminal and card have sequence numbers of their own.
+// in turn, the host first. ISO 7816-3 counts blocks for each pair of addresses; many terminals keep
+// one count for the whole line. So the numbers are agreed on only with the unit that spoke last:
+// after a change of address the count is a guess, and nothing but a first answer that follows the
+// command at once is taken, since a repeated one may be that of an earlier command.
 //
-// A block that comes damaged, late or not at all is asked for again. After three failures in a row
-// the line is resynchronised, and a command is sent anew only where carrying it out twice does no
-// harm.
+// A block that comes damaged, late or not at all is asked for again where the numbers are agreed.
+// Otherwise, and after three failures in a row, the line is started anew. A command is sent again
+// only where the terminal cannot have carried it out, or where carrying it out twice does no harm.
 class BlockProtocol {
  public:
   enum class Outcome {
@@ -31,53 +35,65 @@ class BlockProtocol {
   static constexpr std::chrono::milliseconds BlockWait{1600};
   [[nodiscard]] static std::chrono::milliseconds CharacterWait(std::int32_t baud);
 
+  static constexpr std::size_t DefaultBlockSize = 32;  // IFSC and IFSD until told otherwise
+
   explicit BlockProtocol(LinePort& port) : port_(port) {}
 
   // Sets the line to this rate and asks once for a new start. True: the terminal answered.
   [[nodiscard]] bool TryBaud(std::int32_t baud);
-  // Announces that the host takes blocks of 254 bytes. A terminal that refuses keeps to 32. False:
-  // it does not answer at all.
+  // Announces that the host takes blocks of 254 bytes. A terminal that refuses keeps to 32, and so
+  // does one that does not answer; the latter is started anew and not asked again. False: it does
+  // not answer that either.
   [[nodiscard]] bool AnnounceBlockSize();
 
   [[nodiscard]] Outcome Exchange(Unit unit, ByteView command, Bytes& response);
 
  private:
-  // What is agreed with one unit.
-  struct Peer {
-    bool SendNumber = false;      // N(S) of the next I-block to it
-    bool ExpectedNumber = false;  // N(S) of the next I-block from it
-    std::size_t BlockSize = 32;   // information bytes that it takes in a block (IFSC)
+  struct Numbers {
+    bool Send = false;      // N(S) of the next I-block to the terminal
+    bool Expected = false;  // N(S) of the next I-block from it
   };
   struct Dialogue;
-  enum class Step { GoOn, Answered, Failed, Aborted, TooLong };
+  // Incomplete: failed before the last piece was sent, so that nothing can have been carried out.
+  enum class Step { GoOn, Answered, Failed, Incomplete, Aborted, TooLong };
 
+  void TurnTo(Unit unit);
   [[nodiscard]] Step Attempt(Unit unit, ByteView command, Bytes& response);
+  [[nodiscard]] Step Take(Dialogue& dialogue, const FramedBlock& received);
   void SendPiece(Dialogue& dialogue);
   void Send(Dialogue& dialogue, const Block& block);
   [[nodiscard]] Step Repeat(Dialogue& dialogue, const Block& block);
   // The other side has the last piece.
   void Acknowledge(Dialogue& dialogue);
   [[nodiscard]] Step OnFailure(Dialogue& dialogue, BlockError error);
+  [[nodiscard]] Step OnStray(Dialogue& dialogue);
   [[nodiscard]] Step OnInformation(Dialogue& dialogue, const Block& block);
   [[nodiscard]] Step OnReceipt(Dialogue& dialogue, const Block& block);
+  [[nodiscard]] Step OnRefusal(Dialogue& dialogue);
   [[nodiscard]] Step OnSupervisory(Dialogue& dialogue, const Block& block);
+  [[nodiscard]] Step AfterAbort(Dialogue& dialogue, const FramedBlock& received);
 
   [[nodiscard]] FramedBlock ReceiveBlock(std::chrono::milliseconds wait);
   enum class Reply { Granted, Refused, None };
   [[nodiscard]] Reply Request(const Block& request, int attempts, std::chrono::milliseconds wait);
-  [[nodiscard]] bool Recover(Unit unit);
-  void TakeBlockSize(const Block& request);
-  [[nodiscard]] Peer& PeerOf(Unit unit) { return peers_[static_cast<std::size_t>(unit)]; }
+  [[nodiscard]] bool StartAnew(Unit unit);
+  [[nodiscard]] Reply StartCardAnew();
+  void ForgetNumbers(Unit agreedWith, bool areAgreed);
+  [[nodiscard]] std::size_t& BlockSizeOf(Unit unit) {
+    return blockSizes_[static_cast<std::size_t>(unit)];
+  }
 
   LinePort& port_;
-  std::array<Peer, 2> peers_{};  // indexed by unit
   std::int32_t baud_ = 9600;
+  Unit unit_ = Unit::Terminal;  // whom the numbers are for
+  Numbers numbers_{};
+  Numbers numbersOfTheOther_{};  // as they were when it was left
+  bool numbersAreAgreed_ = true;
+  bool countsTheLine_ = false;  // a guess: one count for both addresses
+  // Information bytes that each unit takes in a block (IFSC).
+  std::array<std::size_t, 2> blockSizes_{DefaultBlockSize, DefaultBlockSize};
+  bool takesAnnouncement_ = true;
+  std::optional<bool> cardStartsAnew_{};  // whether the card's address answers a new start
 };
-
-// Whether carrying a command out twice leaves everything as carrying it out once does. ERASE BINARY
-// and EJECT ICC are not among them, and neither is REQUEST ICC: where the first one was carried
-// out, its repetition is answered with "already active" (6201), which the program takes for a
-// memory card.
-[[nodiscard]] bool MayBeRepeated(Unit unit, ByteView command);
 
 }  // namespace ctapi::host

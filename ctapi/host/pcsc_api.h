@@ -15,14 +15,14 @@ struct PcscApi {
   std::function<decltype(SCardListReaders)> ListReaders;
   std::function<decltype(SCardGetStatusChange)> GetStatusChange;
   std::function<decltype(SCardConnect)> Connect;
-  std::function<decltype(SCardReconnect)> Reconnect;
   std::function<decltype(SCardDisconnect)> Disconnect;
   std::function<decltype(SCardTransmit)> Transmit;
   std::function<decltype(SCardGetAttrib)> GetAttrib;
   std::function<std::chrono::steady_clock::time_point()> Now = std::chrono::steady_clock::now;
 };
 
-// The system's client library, loaded now; nothing where it is not installed.
+// The system's client library, loaded now; nothing where it is not installed. Where it would try
+// again for ever, as long as another program holds a card, it tells the sharing violation instead.
 [[nodiscard]] std::optional<PcscApi> LoadPcscApi();
 
 }  // namespace ctapi::host

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "host/bounded_caller.h"
 #include "host/pcsc_api.h"
 #include "protocol/bytes.h"
 
@@ -14,15 +15,16 @@ namespace ctapi::host {
 // What a PC/SC call came to.
 enum class PcscResult {
   Ok,
-  NoService,  // not installed, not running, or ended meanwhile
+  NoService,  // not installed, not running, ended meanwhile, or without an answer
+  Refused,    // by the service, which does not serve this user
   NoReader,
   NoCard,
   Mute,       // a card that does not answer to reset, or in no protocol
   Held,       // by another program
   CardReset,  // by another program
   TooLong,    // the answer does not fit
-  Timeout,
-  Broken,  // anything else
+  Timeout,    // no change of state, or no return of the call, in time
+  Broken,     // anything else
 };
 
 [[nodiscard]] PcscResult ResultOf(LONG code);
@@ -39,15 +41,27 @@ struct ReaderState {
 
 class CardConnection;
 
-// The PC/SC service over one context, which is renewed where the service was started anew.
+// A context for the next connection to a card, handed back where the last one has ended: to make
+// one costs as much as ten exchanges with a quick card.
+using SpareContext = std::shared_ptr<std::optional<SCARDCONTEXT>>;
+
+// The PC/SC service over one context, which is renewed where the service was started anew. No call
+// waits without limit: one that does not return in time takes its context with it.
 class PcscService {
  public:
-  explicit PcscService(std::optional<PcscApi> api) : api_(std::move(api)) {}
+  // Time for what the service does by itself, and for powering a card up or down. It takes some
+  // seconds until a card is found mute.
+  static constexpr std::chrono::milliseconds AnswerTime{10'000};
+
+  explicit PcscService(std::optional<PcscApi> api,
+                       std::chrono::milliseconds answerTime = AnswerTime)
+      : api_(api ? std::make_shared<const PcscApi>(*std::move(api)) : nullptr),
+        answerTime_(answerTime) {}
   ~PcscService();
   PcscService(const PcscService&) = delete;
   PcscService& operator=(const PcscService&) = delete;
 
-  [[nodiscard]] bool IsInstalled() const { return api_.has_value(); }
+  [[nodiscard]] bool IsInstalled() const { return api_ != nullptr; }
 
   // The readers at this moment, in the order of the service. Ok with no name at all where none is
   // attached.
@@ -59,9 +73,10 @@ class PcscService {
   [[nodiscard]] PcscResult AwaitChange(const std::string& reader, const ReaderState& known,
                                        std::chrono::milliseconds longest, ReaderState& state);
 
-  // Connects to the card, powers it up, and keeps every other program from it. Not for a reader
-  // that is held: the service lets the caller wait without limit while another program that shares
-  // the card is in a transaction. The same goes for DriverVersion.
+  // Connects to the card, powers it up, and keeps every other program from it. Better not for a
+  // reader that is held: the service keeps the caller waiting while another program that shares
+  // the card is in a transaction, up to the limit, which is told as Held. The same goes for
+  // DriverVersion.
   [[nodiscard]] PcscResult Connect(const std::string& reader,
                                    std::unique_ptr<CardConnection>& connection);
 
@@ -72,36 +87,64 @@ class PcscService {
   [[nodiscard]] std::chrono::steady_clock::time_point Now() const { return api_->Now(); }
 
  private:
+  // A call with this service's context.
+  template <typename Result>
+  [[nodiscard]] std::optional<Result> Call(
+      std::chrono::milliseconds longest,
+      std::function<Result(const PcscApi& api, SCARDCONTEXT context)> call);
   [[nodiscard]] PcscResult Establish();
+  [[nodiscard]] PcscResult EstablishForCard();
+  [[nodiscard]] PcscResult EstablishInto(std::optional<SCARDCONTEXT>& context);
   void Release();
   [[nodiscard]] PcscResult ListOnce(std::vector<std::string>& names);
 
-  std::optional<PcscApi> api_;
+  std::shared_ptr<const PcscApi> api_;  // none: not installed
+  std::chrono::milliseconds answerTime_;
+  std::shared_ptr<BoundedCaller> caller_ = std::make_shared<BoundedCaller>();
   std::optional<SCARDCONTEXT> context_;
+  SpareContext forCard_ = std::make_shared<std::optional<SCARDCONTEXT>>();
 };
 
-// A card that this program is connected to. The destructor ends the connection, too.
+// A card that this program is connected to, by a context of its own: a call that does not return
+// keeps nobody else waiting. The destructor ends the connection, too.
 class CardConnection {
  public:
-  CardConnection(const PcscApi& api, SCARDHANDLE handle, DWORD protocol)
-      : api_(api), handle_(handle), protocol_(protocol) {}
+  struct Handle {
+    SCARDCONTEXT Context = 0;
+    SCARDHANDLE Card = 0;
+    DWORD Protocol = 0;
+  };
+
+  CardConnection(std::shared_ptr<const PcscApi> api, std::shared_ptr<BoundedCaller> caller,
+                 const Handle& handle, SpareContext spare, std::chrono::milliseconds answerTime)
+      : api_(std::move(api)),
+        caller_(std::move(caller)),
+        handle_(handle),
+        spare_(std::move(spare)),
+        answerTime_(answerTime) {}
   ~CardConnection();
   CardConnection(const CardConnection&) = delete;
   CardConnection& operator=(const CardConnection&) = delete;
 
-  [[nodiscard]] bool UsesT0() const { return protocol_ == SCARD_PROTOCOL_T0; }
+  [[nodiscard]] bool UsesT0() const { return handle_ && handle_->Protocol == SCARD_PROTOCOL_T0; }
   // Ends the connection and powers the card down.
-  [[nodiscard]] PcscResult End();
-  // Resets the card without taking its power away.
-  [[nodiscard]] PcscResult WarmReset();
+  [[nodiscard]] PcscResult End() { return EndBy(SCARD_UNPOWER_CARD); }
+  // Ends the connection and resets the card without taking its power away. To stay connected over
+  // the reset would be to wait for whoever waits for the card meanwhile.
+  [[nodiscard]] PcscResult EndByReset() { return EndBy(SCARD_RESET_CARD); }
+  // Ends the connection and leaves the card as it is.
+  [[nodiscard]] PcscResult Leave() { return EndBy(SCARD_LEAVE_CARD); }
   // One command as it is, and the card's answer.
   [[nodiscard]] PcscResult Transmit(ByteView command, Bytes& answer);
 
  private:
-  const PcscApi& api_;
-  std::optional<SCARDHANDLE> handle_;  // until the end
-  DWORD protocol_;
-  Bytes buffer_;  // kept, since it has room for the longest answer of all
+  [[nodiscard]] PcscResult EndBy(DWORD disposition);
+
+  std::shared_ptr<const PcscApi> api_;
+  std::shared_ptr<BoundedCaller> caller_;
+  std::optional<Handle> handle_;  // until the end
+  SpareContext spare_;
+  std::chrono::milliseconds answerTime_;
 };
 
 }  // namespace ctapi::host

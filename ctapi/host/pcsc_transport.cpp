@@ -13,15 +13,21 @@ OpenedLink PcscTransport::Open(std::size_t index) {
   names_.Update(std::move(attached));
   const std::string* const name = names_.AttachedAt(index);
   if (name == nullptr) return {.Code = code::InvalidParameter};
-  return {code::Success, std::make_unique<ReaderLink>(service_, *name)};
+  std::optional<PortTroubleKind>& trouble = troubles_[*name];
+  trouble.reset();
+  return {code::Success, std::make_unique<ReaderLink>(service_, *name, trouble)};
 }
 
 PortInfo PcscTransport::InfoOf(std::size_t index) {
   std::vector<std::string> attached;
   if (lookout_.List(attached) == PcscResult::Ok) {
     names_.Update(std::move(attached));
-    if (const std::string* const name = names_.AttachedAt(index)) {
-      return {.Trouble = FindReaderTrouble(lookout_, *name), .Name = *name};
+    if (const std::string* const name = names_.At(index)) {
+      const std::optional<PortTroubleKind>& told = troubles_[*name];
+      if (names_.AttachedAt(index) != nullptr) {
+        return {.Trouble = told ? *told : FindReaderTrouble(lookout_, *name), .Name = *name};
+      }
+      if (told == PortTroubleKind::ReaderGone) return {.Trouble = PortTroubleKind::ReaderGone};
     }
   }
   // A card that is held is the matter of another reader.

@@ -1,8 +1,10 @@
 #include "host/reader_link.h"
 
 #include <algorithm>
+#include <array>
 
 #include "host/reader_texts.h"
+#include "host/reader_trouble.h"
 #include "protocol/ct_bcs.h"
 #include "protocol/status_word.h"
 
@@ -20,6 +22,11 @@ constexpr std::size_t P2 = 3;
 constexpr std::size_t DataAt = 5;
 
 constexpr milliseconds Slice{250};
+// Of a held card: programs that come by often leave no longer pauses.
+constexpr milliseconds HeldSlice{20};
+// RESET ICC names no waiting time. Whoever takes the card between its reset and our connection is
+// on its way out as a rule.
+constexpr seconds ResetPatience{2};
 // Drivers look every 0.4 s whether the card is still there.
 constexpr milliseconds RemovalShows{600};
 
@@ -50,6 +57,7 @@ std::int8_t CodeOf(PcscResult result) {
     case PcscResult::Ok:
       return code::Success;
     case PcscResult::NoService:
+    case PcscResult::Refused:
     case PcscResult::Held:
       return code::HostError;
     case PcscResult::NoReader:
@@ -75,7 +83,10 @@ std::int8_t ReaderLink::Exchange(Unit unit, ByteView command, Bytes& response) {
       unit == Unit::Terminal ? ToTerminal(command, response) : ToCard(command, response);
   if (result == PcscResult::Ok) return code::Success;
   response.clear();
-  if (result != PcscResult::TooLong) Drop();
+  if (result != PcscResult::TooLong) {
+    Drop();
+    if (TroubleOf(result) != PortTroubleKind::None) trouble_ = TroubleOf(result);
+  }
   // A service that is gone takes its readers with it: the one that comes after has to be asked anew
   // by init. Everything else can be mended by the next REQUEST ICC.
   isLost_ = result == PcscResult::NoService;
@@ -101,10 +112,32 @@ PcscResult ReaderLink::ToTerminal(ByteView command, Bytes& response) {
 
 PcscResult ReaderLink::ToCard(ByteView command, Bytes& response) {
   if (!card_) return Reply(response, sw::NoDiagnosis);
-  PcscResult result = isMemory_ ? memory_.Send(*card_, command, response)
-                                : SendToProcessorCard(*card_, command, response);
-  if (result == PcscResult::Ok && response.size() < sw::Length) result = PcscResult::Broken;
+  PcscResult result = Send(command, response);
+  const bool isShared = result == PcscResult::Held || result == PcscResult::CardReset;
+  if (isShared && !isCardUsed_) result = SendAfterAll(command, response);
+  isCardUsed_ = true;
   return result == PcscResult::Ok ? result : ReasonFor(result);
+}
+
+PcscResult ReaderLink::Send(ByteView command, Bytes& response) {
+  const PcscResult result = isMemory_ ? memory_.Send(*card_, command, response)
+                                      : SendToProcessorCard(*card_, command, response);
+  const bool isShort = result == PcscResult::Ok && response.size() < sw::Length;
+  return isShort ? PcscResult::Broken : result;
+}
+
+// The service lets another program share our card that connects in the same instant. A card that
+// was asked for nothing yet is left and taken up again; later on the other one may have changed
+// what the card has selected.
+PcscResult ReaderLink::SendAfterAll(ByteView command, Bytes& response) {
+  constexpr std::array<std::uint8_t, HeaderLength> Request{
+      ct_bcs::TerminalClass, ct_bcs::InsRequestIcc, ct_bcs::UnitSlot1, ct_bcs::NoCardData};
+  (void)card_->Leave();
+  Drop();
+  const PcscResult activated =
+      ActivateBy(service_.Now() + ResetPatience, Request, {.HasCard = true}, response);
+  if (activated != PcscResult::Ok) return activated;
+  return card_ ? Send(command, response) : PcscResult::Mute;
 }
 
 PcscResult ReaderLink::ResetCt(Bytes& response) {
@@ -124,19 +157,17 @@ PcscResult ReaderLink::ResetIcc(ByteView command, Bytes& response) {
   if (!card_ || !WasSeenJustNow()) {
     if (const PcscResult result = Look(state); result != PcscResult::Ok) return result;
   }
-  if (!card_) {
-    const PcscResult result = Activate(command, state, response);
-    return result == PcscResult::NoCard ? Reply(response, sw::ResetFailed) : result;
-  }
-  const PcscResult result = card_->WarmReset();
-  if (result == PcscResult::Mute || result == PcscResult::NoCard) {
+  if (card_) {
+    const PcscResult ended = card_->EndByReset();
     Drop();
-    return Reply(response, sw::ResetFailed);
+    if (ended != PcscResult::Ok && ended != PcscResult::Mute && ended != PcscResult::NoCard) {
+      return ReasonFor(ended);
+    }
+    // Nobody else could reach the card until now.
+    state = {.HasCard = true};
   }
-  if (result != PcscResult::Ok) return ReasonFor(result);
-  memory_ = {};
-  response = ActivationAnswer(command);
-  return PcscResult::Ok;
+  const PcscResult result = ActivateBy(service_.Now() + ResetPatience, command, state, response);
+  return result == PcscResult::NoCard ? Reply(response, sw::ResetFailed) : result;
 }
 
 PcscResult ReaderLink::RequestIcc(ByteView command, Bytes& response) {
@@ -148,10 +179,22 @@ PcscResult ReaderLink::RequestIcc(ByteView command, Bytes& response) {
   if (card_) return Reply(response, sw::CardAlreadyPresent);
   const auto end = service_.Now() + WaitingTime(command);
   for (;;) {
-    const PcscResult activated = Activate(command, state, response);
-    if (activated != PcscResult::NoCard) return activated;
+    const PcscResult result = ActivateBy(end, command, state, response);
+    if (result != PcscResult::NoCard) return result;
     if (service_.Now() >= end) return Reply(response, sw::NoCard);
-    if (const PcscResult waited = Wait(end, state); waited != PcscResult::Ok) return waited;
+    if (const PcscResult waited = Wait(end, Slice, state); waited != PcscResult::Ok) return waited;
+  }
+}
+
+PcscResult ReaderLink::ActivateBy(std::chrono::steady_clock::time_point end, ByteView command,
+                                  ReaderState state, Bytes& response) {
+  trouble_.reset();
+  for (;;) {
+    const PcscResult result = Activate(command, state, response);
+    if (result != PcscResult::Held || service_.Now() >= end) return result;
+    if (const PcscResult waited = Wait(end, HeldSlice, state); waited != PcscResult::Ok) {
+      return waited;
+    }
   }
 }
 
@@ -165,18 +208,23 @@ PcscResult ReaderLink::Activate(ByteView command, ReaderState state, Bytes& resp
       if (seen != PcscResult::Ok) return seen;
       break;
     case PcscResult::NoService:
+    case PcscResult::Refused:
     case PcscResult::NoReader:
     case PcscResult::NoCard:
     case PcscResult::Held:
       return connected;
     default:
       // Nothing was exchanged yet that could break: the card is of no use.
-      return seen == PcscResult::Ok ? Reply(response, sw::ResetFailed) : seen;
+      if (seen != PcscResult::Ok) return seen;
+      trouble_ = TroubleOf(connected);
+      return Reply(response, sw::ResetFailed);
   }
+  trouble_ = PortTroubleKind::None;
   seenAt_ = service_.Now();
   eventsAtActivation_ = state.Events();
   atr_ = std::move(state.Atr);
   isMemory_ = IsMemoryCard(atr_);
+  isCardUsed_ = false;
   memory_ = {};
   response = ActivationAnswer(command);
   return PcscResult::Ok;
@@ -225,13 +273,14 @@ PcscResult ReaderLink::EjectIcc(ByteView command, Bytes& response) {
   const auto end = service_.Now() + waiting;
   while (state.HasCard) {
     if (service_.Now() >= end) return Reply(response, sw::NoCard);
-    if (const PcscResult waited = Wait(end, state); waited != PcscResult::Ok) return waited;
+    if (const PcscResult waited = Wait(end, Slice, state); waited != PcscResult::Ok) return waited;
   }
   return Reply(response, sw::OkProcessorCard);
 }
 
 void ReaderLink::Drop() {
   card_.reset();
+  if (trouble_ == PortTroubleKind::None) trouble_.reset();
 }
 
 PcscResult ReaderLink::Look(ReaderState& state) {
@@ -256,15 +305,16 @@ PcscResult ReaderLink::ReasonFor(PcscResult result) {
   }
   while (state.HasCard && state.Events() == eventsAtActivation_) {
     if (service_.Now() >= end) return PcscResult::Broken;
-    if (const PcscResult waited = Wait(end, state); waited != PcscResult::Ok) return waited;
+    if (const PcscResult waited = Wait(end, Slice, state); waited != PcscResult::Ok) return waited;
   }
   return PcscResult::NoCard;
 }
 
-PcscResult ReaderLink::Wait(std::chrono::steady_clock::time_point end, ReaderState& state) {
+PcscResult ReaderLink::Wait(std::chrono::steady_clock::time_point end, milliseconds slice,
+                            ReaderState& state) {
   const auto left = std::chrono::ceil<milliseconds>(end - service_.Now());
   const PcscResult result =
-      service_.AwaitChange(reader_, state, std::clamp(left, milliseconds(1), Slice), state);
+      service_.AwaitChange(reader_, state, std::clamp(left, milliseconds(1), slice), state);
   return result == PcscResult::Timeout ? PcscResult::Ok : result;
 }
 

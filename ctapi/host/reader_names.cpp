@@ -12,10 +12,15 @@ void ReaderNames::Update(std::vector<std::string> attached) {
   }
 }
 
+const std::string* ReaderNames::At(std::size_t index) const {
+  return index < names_.size() ? &names_[index] : nullptr;
+}
+
 const std::string* ReaderNames::AttachedAt(std::size_t index) const {
-  if (index >= names_.size()) return nullptr;
-  const std::string& name = names_[index];
-  return std::binary_search(attached_.begin(), attached_.end(), name) ? &name : nullptr;
+  const std::string* const name = At(index);
+  const bool isAttached =
+      name != nullptr && std::binary_search(attached_.begin(), attached_.end(), *name);
+  return isAttached ? name : nullptr;
 }
 
 }  // namespace ctapi::host

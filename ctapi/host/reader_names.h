@@ -12,7 +12,9 @@ class ReaderNames {
   // The readers that are attached now, in any order.
   void Update(std::vector<std::string> attached);
 
-  // Null where the index was never given, or its reader is not attached.
+  // Null where the index was never given.
+  [[nodiscard]] const std::string* At(std::size_t index) const;
+  // The same, and where its reader is not attached.
   [[nodiscard]] const std::string* AttachedAt(std::size_t index) const;
 
  private:

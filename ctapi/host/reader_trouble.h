@@ -9,5 +9,7 @@ namespace ctapi::host {
 [[nodiscard]] PortTroubleKind FindReaderTrouble(PcscService& service);
 // The same for one of the attached readers: another one may be free. CardHeld or None.
 [[nodiscard]] PortTroubleKind FindReaderTrouble(PcscService& service, const std::string& reader);
+// Why a call on a reader did not succeed.
+[[nodiscard]] PortTroubleKind TroubleOf(PcscResult result);
 
 }  // namespace ctapi::host

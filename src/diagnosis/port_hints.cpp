@@ -45,6 +45,18 @@ QString PortHint(const PortTrouble& trouble) {
           "es noch einmal.");
     case PortTroubleKind::NotPermitted:
       return PermissionHint(trouble);
+    case PortTroubleKind::MuteCard:
+      return QStringLiteral(
+          "Die Karte im Kartenleser antwortet nicht. Stecken Sie sie richtig herum ein und säubern "
+          "Sie den Chip; eine KVK liest nur ein Kartenterminal.");
+    case PortTroubleKind::ReaderGone:
+      return QStringLiteral(
+          "Der Kartenleser wurde während der Benutzung abgezogen. Stecken Sie ihn wieder an und "
+          "versuchen Sie es noch einmal.");
+    case PortTroubleKind::ServiceRefuses:
+      return QStringLiteral(
+          "Der Kartenleser-Dienst läuft, weist Sie aber ab. Arbeiten Sie in einer Sitzung am "
+          "Rechner selbst oder bitten Sie Ihre Systemverwaltung um dieses Recht.");
   }
   return {};
 }

@@ -57,8 +57,29 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"no group may open the device",
             {.Kind = PortTroubleKind::NotPermitted, .Devices = {QStringLiteral("/dev/ttyS0")}},
             u"Sie dürfen /dev/ttyS0 nicht öffnen. Bitten Sie Ihre Systemverwaltung um dieses "
-            u"Recht."}),
+            u"Recht."},
+        Row{"the card does not answer",
+            {.Kind = PortTroubleKind::MuteCard},
+            u"Die Karte im Kartenleser antwortet nicht. Stecken Sie sie richtig herum ein und "
+            u"säubern Sie den Chip; eine KVK liest nur ein Kartenterminal."},
+        Row{"the reader was unplugged",
+            {.Kind = PortTroubleKind::ReaderGone},
+            u"Der Kartenleser wurde während der Benutzung abgezogen. Stecken Sie ihn wieder an und "
+            u"versuchen Sie es noch einmal."},
+        Row{"the service refuses the user",
+            {.Kind = PortTroubleKind::ServiceRefuses},
+            u"Der Kartenleser-Dienst läuft, weist Sie aber ab. Arbeiten Sie in einer Sitzung am "
+            u"Rechner selbst oder bitten Sie Ihre Systemverwaltung um dieses Recht."}),
     SentenceName());
+
+TEST(PortHintsTest, EveryTroubleHasItsOwn) {
+  QStringList hints;
+  for (int kind = 1; kind <= static_cast<int>(ctapi::LastPortTrouble); ++kind) {
+    hints.append(PortHint({.Kind = static_cast<PortTroubleKind>(kind)}));
+    EXPECT_FALSE(hints.back().isEmpty()) << kind;
+  }
+  EXPECT_EQ(hints.removeDuplicates(), 0);
+}
 
 TEST(PortHintsTest, AreOneForEachTroubleInTheirOrder) {
   const PortTrouble first{.Kind = PortTroubleKind::CardHeld};

@@ -32,7 +32,6 @@ class FakePcsc {
   LONG Established = SCARD_S_SUCCESS;
   LONG Listed = SCARD_S_SUCCESS;
   LONG Connected = SCARD_S_SUCCESS;
-  LONG Reconnected = SCARD_S_SUCCESS;
   LONG Disconnected = SCARD_S_SUCCESS;
   LONG StateAsked = SCARD_S_SUCCESS;
   LONG Attribute = SCARD_S_SUCCESS;
@@ -44,10 +43,11 @@ class FakePcsc {
   std::function<void()> WhileWaiting = [] {};
 
   std::function<void()> WhileConnecting = [] {};
+  std::function<void()> WhileDisconnecting = [] {};
 
   int StateQuestions = 0;
   int EndlessWaits = 0;            // connections to a reader that another program holds
-  std::vector<std::string> Calls;  // connects, reconnects, disconnects
+  std::vector<std::string> Calls;  // connects and disconnects
   std::string LastReader;          // whose card was reached
   std::vector<Bytes> Sent;
   int Contexts = 0;
@@ -95,14 +95,10 @@ class FakePcsc {
       }
       return SCARD_S_SUCCESS;
     };
-    api.Reconnect = [this](SCARDHANDLE, DWORD, DWORD, DWORD how, LPDWORD protocol) {
-      Calls.push_back(how == SCARD_RESET_CARD ? "warm reset" : "reconnect");
-      if (Reconnected == SCARD_S_SUCCESS) *protocol = Readers.at(current_).Protocol;
-      return Reconnected;
-    };
     api.Disconnect = [this](SCARDHANDLE, DWORD how) {
       if (how == SCARD_LEAVE_CARD) return SCARD_S_SUCCESS;
-      Calls.push_back(how == SCARD_UNPOWER_CARD ? "power down" : "disconnect");
+      Calls.push_back(how == SCARD_UNPOWER_CARD ? "power down" : "warm reset");
+      WhileDisconnecting();
       return Disconnected;
     };
     api.Transmit = [this](SCARDHANDLE, const SCARD_IO_REQUEST*, LPCBYTE command, DWORD size,

@@ -1,9 +1,14 @@
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <dlfcn.h>
+#include <fstream>
 #include <future>
 #include <gtest/gtest.h>
+#include <map>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "host/host_library.h"
 #include "host/pcsc_service.h"
@@ -346,6 +351,40 @@ TEST_F(PcscdTest, ACardHeldByAnotherProgramIsRefused) {
   (void)api->ReleaseContext(context);
 }
 
+TEST_F(PcscdTest, ACardThatIsHeldForAMomentIsWaitedFor) {
+  InsertEgk();
+  ASSERT_TRUE(OpenReader());
+  const auto api = LoadPcscApi();
+  ASSERT_TRUE(api);
+  SCARDCONTEXT context = 0;
+  ASSERT_EQ(api->EstablishContext(SCARD_SCOPE_SYSTEM, nullptr, nullptr, &context), 0);
+  SCARDHANDLE handle = 0;
+  DWORD protocol = 0;
+  ASSERT_TRUE(Eventually([&] {
+    return api->Connect(context, "Virtual PCD 00 00", SCARD_SHARE_SHARED, SCARD_PROTOCOL_T1,
+                        &handle, &protocol) == SCARD_S_SUCCESS;
+  }));
+  std::thread later([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    (void)api->Disconnect(handle, SCARD_LEAVE_CARD);
+  });
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(Ask(1, "201201000105"), "9001");
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
+  later.join();
+  (void)api->ReleaseContext(context);
+  PortInfo info;
+  EXPECT_EQ(library_.InfoOf(FirstReader, info), code::Success);
+  // Our own connection is no trouble either.
+  EXPECT_EQ(info.Trouble, PortTroubleKind::None);
+}
+
+// What the client library does then is never to return while the card is held.
+TEST_F(PcscdTest, TheClientLibraryTriesNothingForEver) {
+  ASSERT_TRUE(LoadPcscApi());
+  EXPECT_NE(std::getenv("PCSCLITE_NO_BLOCKING"), nullptr);
+}
+
 // The program with this library, from the sweep to the insured data.
 TEST_F(PcscdTest, TheProgramFindsTheReaderAndReadsTheEgk) {
   InsertEgk();
@@ -364,6 +403,98 @@ TEST_F(PcscdTest, TheProgramFindsTheReaderAndReadsTheEgk) {
   EXPECT_NE(report.find("Größl-Öztürk"), std::string::npos) << report;
   // One of the status check, 13 of every read, 2 for EF.GVD, and two pieces each of VD and PD.
   EXPECT_EQ(card_->Commands().size(), 1U + 13 + 2 + 4);
+}
+
+// Asks for the card's name over and over, 20 ms apart.
+class OtherProgram {
+ public:
+  OtherProgram() : process_(::fork()) {
+    if (process_ != 0) return;
+    (void)::setpgid(0, 0);
+    (void)::execl(
+        "/bin/sh", "sh", "-c",
+        "while :; do opensc-tool -n >/dev/null 2>&1; echo $? >>/run/other; sleep 0.02; done",
+        nullptr);
+    ::_exit(127);
+  }
+  ~OtherProgram() {
+    (void)::setpgid(process_, process_);
+    (void)::kill(-process_, SIGKILL);
+    (void)::waitpid(process_, nullptr, 0);
+  }
+  // How often it came, and how often it got the card.
+  [[nodiscard]] static std::pair<int, int> Turns() {
+    std::ifstream exits("/run/other");
+    std::pair<int, int> turns;
+    for (int status = 0; exits >> status; ++turns.first) turns.second += status == 0 ? 1 : 0;
+    return turns;
+  }
+  OtherProgram(const OtherProgram&) = delete;
+  OtherProgram& operator=(const OtherProgram&) = delete;
+
+ private:
+  pid_t process_;
+};
+
+// Takes minutes, and opensc-tool of the package opensc: run by hand.
+TEST_F(PcscdTest, DISABLED_ReadsBesideAnotherProgram) {
+  ASSERT_EQ(std::system("command -v opensc-tool >/dev/null"), 0);
+  constexpr int Reads = 2000;
+  constexpr std::chrono::seconds Longest{30};
+  InsertEgk();
+  ASSERT_TRUE(OpenReader());
+  ASSERT_EQ(library_.Close(1), 0);
+  const std::vector<std::pair<std::uint8_t, const char*>> commands{
+      {1, ResetCt},    {1, RequestIcc}, {0, SelectHca}, {0, ReadPd},
+      {1, "20110100"}, {0, SelectHca},  {0, ReadPd},    {1, "201501000100"}};
+  const auto read = [&]() -> std::string {
+    if (const int code = library_.Init(1, FirstReader); code != 0) {
+      return "init: code " + std::to_string(code);
+    }
+    std::string failure;
+    for (const auto& [unit, command] : commands) {
+      const std::string answer = Ask(unit, command);
+      const std::string word =
+          answer.substr(answer.size() - std::min<std::size_t>(4, answer.size()));
+      if (word == "9000" || word == "9001") continue;
+      failure = std::string(command) + ": " + answer;
+      break;
+    }
+    (void)library_.Close(1);
+    return failure;
+  };
+  int succeeded = 0;
+  std::map<std::string, int> failures;
+  double longest = 0;
+  const auto begin = std::chrono::steady_clock::now();
+  {
+    const OtherProgram other;
+    for (int i = 0; i < Reads; ++i) {
+      const auto start = std::chrono::steady_clock::now();
+      auto result = std::async(std::launch::async, read);
+      if (result.wait_for(Longest) != std::future_status::ready) {
+        std::printf("hung at read %d\n", i);
+        std::fflush(stdout);
+        std::_Exit(EXIT_FAILURE);
+      }
+      const std::string failure = result.get();
+      const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+      longest = std::max(longest, taken.count());
+      failure.empty() ? ++succeeded : ++failures[failure];
+    }
+  }
+  const std::chrono::duration<double> whole = std::chrono::steady_clock::now() - begin;
+  std::printf("%d reads in %.0f s: 0 hung, %d succeeded, %d failed; the longest took %.2f s\n",
+              Reads, whole.count(), succeeded, Reads - succeeded, longest);
+  const auto [turns, successes] = OtherProgram::Turns();
+  std::printf("the other program came %d times and got the card %d times\n", turns, successes);
+  EXPECT_GT(successes, 0);
+  for (const auto& [failure, times] : failures) {
+    std::printf("  %4d times %s\n", times, failure.c_str());
+  }
+  // Another program may come in the same instant in the middle of a read, too.
+  EXPECT_GE(succeeded, Reads * 99 / 100);
+  EXPECT_EQ(read(), "") << "alone again";
 }
 
 TEST_F(PcscdTest, ASweepOverAllPortsFindsTheReader) {

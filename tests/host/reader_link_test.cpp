@@ -138,7 +138,7 @@ TEST_F(ReaderLinkTest, ACardPulledBeforeTheConnectionIsAbsent) {
 TEST_F(ReaderLinkTest, ResetIccConnectsOrResetsWarm) {
   EXPECT_EQ(AskTerminal(ResetIcc), "9001");
   EXPECT_EQ(AskTerminal(ResetIcc), "9001");
-  EXPECT_THAT(pcsc_.Calls, ElementsAre("connect alone", "warm reset"));
+  EXPECT_THAT(pcsc_.Calls, ElementsAre("connect alone", "warm reset", "connect alone"));
   EXPECT_EQ(AskTerminal("20110101"), "3B808001019001");
 }
 
@@ -158,11 +158,12 @@ TEST_F(ReaderLinkTest, AReaderSeenJustNowIsNotAskedForAgain) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   EXPECT_EQ(pcsc_.StateQuestions, 2) << "whether the card is held, and its answer to reset";
   EXPECT_EQ(AskTerminal(ResetIcc), "9001");
+  EXPECT_EQ(pcsc_.StateQuestions, 3) << "its answer to reset";
   EXPECT_EQ(AskTerminal(ResetCt), "9000");
-  EXPECT_EQ(pcsc_.StateQuestions, 2) << "the end of the connection tells it too";
+  EXPECT_EQ(pcsc_.StateQuestions, 3) << "the end of the connection tells it too";
   PassTime();
   EXPECT_EQ(AskTerminal(ResetCt), "9000");
-  EXPECT_EQ(pcsc_.StateQuestions, 3);
+  EXPECT_EQ(pcsc_.StateQuestions, 4);
 }
 
 TEST_F(ReaderLinkTest, ResetCtWithoutTheReaderFails) {
@@ -194,10 +195,13 @@ TEST_F(ReaderLinkTest, ResetIccWithoutACardFails) {
 
 TEST_F(ReaderLinkTest, ResetIccOfACardThatFallsSilentFails) {
   for (const LONG code : {SCARD_W_UNRESPONSIVE_CARD, SCARD_W_REMOVED_CARD}) {
-    pcsc_.Reconnected = SCARD_S_SUCCESS;
-    EXPECT_EQ(AskTerminal(ResetIcc), "9001");
-    pcsc_.Reconnected = code;
-    EXPECT_EQ(AskTerminal(ResetIcc), "6400");
+    for (LONG* const call : {&pcsc_.Connected, &pcsc_.Disconnected}) {
+      EXPECT_EQ(AskTerminal(ResetIcc), "9001");
+      *call = code;
+      EXPECT_EQ(AskTerminal(ResetIcc), call == &pcsc_.Connected ? "6400" : "9001");
+      *call = SCARD_S_SUCCESS;
+      EXPECT_EQ(AskTerminal(ResetCt), "9000");
+    }
     EXPECT_EQ(AskTerminal(CardStatus), "8001019000");
   }
 }

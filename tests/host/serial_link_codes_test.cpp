@@ -40,8 +40,13 @@ TEST(SerialLinkCodes, ASilentLineIsRefusedWithinASecondAndAHalf) {
 }
 
 TEST(SerialLinkCodes, ATerminalThatFallsSilentBehindTheSearchIsRefused) {
-  ScriptedLine line(
-      {{"12C000D2", "21E000C1"}, {"12C101FE2C", ""}, {"12C101FE2C", ""}, {"12C101FE2C", ""}});
+  ScriptedLine line({{"12C000D2", "21E000C1"},
+                     {"12C101FE2C", ""},
+                     {"12C101FE2C", ""},
+                     {"12C101FE2C", ""},
+                     {"12C000D2", ""},
+                     {"12C000D2", ""},
+                     {"12C000D2", ""}});
   EXPECT_EQ(OpenOn(line).Code, code::TransmissionError);
 }
 

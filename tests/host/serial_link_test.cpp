@@ -116,7 +116,12 @@ INSTANTIATE_TEST_SUITE_P(
                     FaultRow{"LateAnswer", {Kind::Late, milliseconds(1900)}},
                     FaultRow{"GarbageBefore", {Kind::GarbageBefore}},
                     FaultRow{"MoreTime", {}, {.Extensions = 3}},
-                    FaultRow{"BlockSizeAskedFor", {}, {.AskForBlockSize = std::uint8_t{254}}}),
+                    FaultRow{"BlockSizeAskedFor", {}, {.AskForBlockSize = std::uint8_t{254}}},
+                    FaultRow{
+                        "OneCountForTheLine", {}, {.Counts = BlockTerminal::Numbering::PerLine}},
+                    FaultRow{"NoAnswerToTheBlockSize",
+                             {},
+                             {.OnBlockSize = BlockTerminal::BlockSizeManner::IsSilent}}),
     RowName<FaultRow>);
 
 // A line of which one byte comes with a wrong parity; pseudo-terminals have none.

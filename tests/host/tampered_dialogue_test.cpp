@@ -84,7 +84,7 @@ struct Course {
 };
 
 void ExpectNothingTwice(const Course& run) {
-  for (const char* once : {"000E0000", "201501000100", "201201000101"}) {
+  for (const char* once : {"000E0000", "201501000100", "201201000101", "2011000000"}) {
     EXPECT_LE(run.Times(once), 1) << once;
   }
 }
@@ -112,11 +112,13 @@ TEST(TamperedDialogue, EverySplitOfTheAnswersGivesTheSame) {
 void FlipEveryBit(test::TerminalLine::Tamper test::TerminalLine::* direction, bool announces) {
   const std::vector<std::string> expected = DirectAnswers();
   std::size_t length = 0;
+  int starts = 0;
   {
     Course run;
     run.Announces = announces;
     run.Line.*direction = [&](Bytes& bytes) { length += bytes.size(); };
     run.Go();
+    starts = run.Terminal.Resynchronisations();
   }
   ASSERT_GE(length, 180U);
   const std::size_t opening = 4;  // the block of the baud search is sent once
@@ -134,7 +136,9 @@ void FlipEveryBit(test::TerminalLine::Tamper test::TerminalLine::* direction, bo
     run.Go();
     ASSERT_EQ(run.Answers, expected) << "byte " << bit / 8 << " bit " << bit % 8;
     ExpectNothingTwice(run);
-    ASSERT_EQ(run.Terminal.Resynchronisations(), 1) << "byte " << bit / 8 << " bit " << bit % 8;
+    // One more or fewer only where the fault hit a new start itself.
+    ASSERT_NEAR(run.Terminal.Resynchronisations(), starts, 1)
+        << "byte " << bit / 8 << " bit " << bit % 8;
   }
 }
 
@@ -167,7 +171,6 @@ void LoseBlocks(test::TerminalLine::Tamper test::TerminalLine::* direction) {
       ExpectNothingTwice(run);
       if (count <= 2) {
         EXPECT_EQ(run.Answers, expected) << first << ' ' << count;
-        EXPECT_EQ(run.Terminal.Resynchronisations(), 1) << first << ' ' << count;
       }
       const auto failed = std::find(run.Answers.begin(), run.Answers.end(), "failed");
       EXPECT_TRUE(std::equal(run.Answers.begin(), failed, expected.begin())) << first;

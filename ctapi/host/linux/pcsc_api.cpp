@@ -1,5 +1,6 @@
 #include "host/pcsc_api.h"
 
+#include <cstdlib>
 #include <dlfcn.h>
 
 namespace ctapi::host {
@@ -19,6 +20,9 @@ bool Resolve(void* library, const char* name, std::function<Function>& into) {
 }  // namespace
 
 std::optional<PcscApi> LoadPcscApi() {
+  // Read by the client library at its first context.
+  constexpr int KeepsWhatIsSet = 0;
+  (void)::setenv("PCSCLITE_NO_BLOCKING", "1", KeepsWhatIsSet);
   // Never unloaded: the client library keeps connections of its own.
   void* const library = ::dlopen(ClientLibrary, RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr) return std::nullopt;
@@ -28,7 +32,6 @@ std::optional<PcscApi> LoadPcscApi() {
                      Resolve(library, "SCardListReaders", api.ListReaders) &&
                      Resolve(library, "SCardGetStatusChange", api.GetStatusChange) &&
                      Resolve(library, "SCardConnect", api.Connect) &&
-                     Resolve(library, "SCardReconnect", api.Reconnect) &&
                      Resolve(library, "SCardDisconnect", api.Disconnect) &&
                      Resolve(library, "SCardTransmit", api.Transmit) &&
                      Resolve(library, "SCardGetAttrib", api.GetAttrib);
