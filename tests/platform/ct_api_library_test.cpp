@@ -83,8 +83,10 @@ TEST(CtApiLibraryTest, WhatALibraryTellsOfAPort) {
   EXPECT_EQ(library.InfoOf(ctapi::EveryReader).Trouble, ctapi::PortTroubleKind::None);
   EXPECT_EQ(library.InfoOf(0x0104).Name, "") << "it returns -1";
   EXPECT_EQ(library.InfoOf(0x0104).Trouble, ctapi::PortTroubleKind::None);
-  EXPECT_EQ(library.InfoOf(6).Trouble, ctapi::PortTroubleKind::None) << "no trouble known here";
-  EXPECT_EQ(library.InfoOf(6).Name, "Gerät");
+  constexpr int Unknown = static_cast<int>(ctapi::LastPortTrouble) + 1;
+  EXPECT_EQ(library.InfoOf(Unknown).Trouble, ctapi::PortTroubleKind::None)
+      << "no trouble known here";
+  EXPECT_EQ(library.InfoOf(Unknown).Name, "Gerät");
   EXPECT_EQ(library.InfoOf(255).Name.size(), 1024U) << "more than the buffer holds";
 }
 

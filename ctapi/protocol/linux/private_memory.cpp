@@ -17,10 +17,20 @@ extern "C" {
 
 void __libc_free(void* memory);  // NOLINT(bugprone-reserved-identifier): glibc's name
 
+// The second eight bytes are glibc's: when a block is freed it writes a mark against freeing it
+// twice there, and looks for that mark before.
+static void Overwrite(void* memory, std::size_t size) {
+  constexpr std::size_t MarkAt = 8;
+  constexpr std::size_t MarkEnd = 16;
+  auto* const bytes = static_cast<unsigned char*>(memory);
+  ::explicit_bzero(bytes, std::min(size, MarkAt));
+  if (size > MarkEnd) ::explicit_bzero(bytes + MarkEnd, size - MarkEnd);
+}
+
 __attribute__((visibility("default"))) void free(void* memory) {
   if (memory == nullptr) return;
   const int error = errno;
-  ::explicit_bzero(memory, ::malloc_usable_size(memory));
+  Overwrite(memory, ::malloc_usable_size(memory));
   __libc_free(memory);
   errno = error;
 }

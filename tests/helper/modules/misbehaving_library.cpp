@@ -88,7 +88,7 @@ const std::map<std::string, Deed>& Deeds() {
       {"overflow", [](const Buffer&) { (void)Recurse(0); }},
       {"double-free",
        [](const Buffer&) {
-         void* volatile memory = std::malloc(2000);
+         void* volatile memory = std::malloc(100);
          std::free(memory);
          std::free(memory);
        }},
