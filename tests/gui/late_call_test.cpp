@@ -17,6 +17,7 @@
 #include "support/fake_serial_port.h"
 #include "support/link_fixture.h"
 #include "support/loaded_library.h"
+#include "support/misbehaviour.h"
 #include "support/printing.h"
 #include "ui/form_mkt_test.h"
 #include "ui/main_window/run_recorder.h"
@@ -57,6 +58,7 @@ class Refuser {
 class LateCallTest : public testing::Test {
  protected:
   LateCallTest() {
+    ::setenv("ASAN_OPTIONS", SanitizersLookAway, 1);
     ::setenv("KARTOCHECK_SCENARIO", KARTOCHECK_SCENARIOS "/kvk-60.json", 1);
     flow.Watch(pending);
     window.Attach(flow, view, module);

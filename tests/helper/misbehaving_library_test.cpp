@@ -12,6 +12,7 @@
 
 #include "protocol/return_code.h"
 #include "support/loaded_library.h"
+#include "support/misbehaviour.h"
 #include "support/sentence_name.h"
 
 // Whatever the library does to its process: the program gets the answer, or the reason why there is
@@ -26,6 +27,7 @@ using std::chrono::milliseconds;
 class Misbehaviour {
  public:
   explicit Misbehaviour(const std::string& plan) {
+    ::setenv("ASAN_OPTIONS", SanitizersLookAway, 1);
     ::setenv("KARTOCHECK_SCENARIO", KVK_SCENARIO, 1);
     ::setenv("KARTOCHECK_MISBEHAVIOUR", plan.c_str(), 1);
   }

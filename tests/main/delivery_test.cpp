@@ -11,6 +11,7 @@
 #include <sys/types.h>
 #include <vector>
 
+#include "support/misbehaviour.h"
 #include "support/printing.h"
 #include "support/sentence_name.h"
 
@@ -100,6 +101,7 @@ class MisbehavingProgram : public Program {
                             Path(MISBEHAVING_LIBRARY), QStringLiteral("--port"),
                             QStringLiteral("5"), QStringLiteral("--erase-records")} +
                 more) {
+    Set("ASAN_OPTIONS", QString::fromLatin1(SanitizersLookAway));
     Set("KARTOCHECK_SCENARIO", scenario);
     Set("KARTOCHECK_MISBEHAVIOUR", plan);
   }
