@@ -1,14 +1,13 @@
 #include "main/start_window.h"
 
 #include <QApplication>
-#include <QDateTime>
 #include <QSettings>
 #include <QSysInfo>
 
 #include <cstdlib>
 
 #include "app/bas_mkt_test.h"
-#include "diagnosis/library_fault_text.h"
+#include "main/failure_memory.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/termination_signal.h"
 #include "ui/form_first_user.h"
@@ -34,17 +33,6 @@ bool ShowUserInformation() {
   return information.ContinueFlag() && !isEnded;
 }
 
-QString FailureKey() {
-  return QStringLiteral("Abbruch/Grund");
-}
-
-// For the test report after the next start: this run has no time to make one.
-void KeepFailure(QSettings& settings, const LibraryFault& fault) {
-  const QString time = QDateTime::currentDateTime().toString(QStringLiteral("dd.MM.yyyy HH:mm:ss"));
-  settings.setValue(FailureKey(), QString(time + u": " + LibraryFaultText(fault)));
-  settings.sync();
-}
-
 }  // namespace
 
 std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv) {
@@ -59,11 +47,12 @@ int RunWindow(const WindowSetup& setup) {
   if (!ShowUserInformation()) return EXIT_SUCCESS;
   QtEventLoop eventLoop;
   QSettings settings(QStringLiteral("KartoCheck"), QStringLiteral("KartoCheck"));
+  FailureMemory failures(settings);
   const auto facts = [&] {
     return ProgramFacts{.version = QCoreApplication::applicationVersion(),
                         .library = setup.library(),
                         .system = QSysInfo::prettyProductName(),
-                        .lastFailure = settings.value(FailureKey()).toString()};
+                        .lastFailure = failures.Text()};
   };
   Form_MKT_Test window({.simulation = setup.simulation, .settings = &settings, .facts = facts});
   RunRecorder recorder(window.Boxes(), window, [] { return QTime::currentTime(); });
@@ -75,7 +64,7 @@ int RunWindow(const WindowSetup& setup) {
                        .directory = setup.directory,
                        .terminate =
                            [&](const LibraryFault& fault) {
-                             KeepFailure(settings, fault);
+                             failures.Keep(QDateTime::currentDateTime(), fault);
                              setup.terminate(fault);
                            },
                        .onExitRequest = [&] { setup.pending.GiveUpWhateverIsLate(); }});

@@ -15,7 +15,6 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
-#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
@@ -143,7 +142,6 @@ const std::map<std::string, Deed>& Deeds() {
        [](const Buffer&) {
          IgnoreAllSignals();
          BlockAllSignals();
-         ::prctl(PR_SET_PDEATHSIG, 0);
          WaitForEver();
        }},
       {"read-input-for-ever",

@@ -60,7 +60,8 @@ class Practice {
     return TestReportText(QDateTime(QDate(2031, 11, 11), QTime(14, 7, 9)),
                           {.version = QStringLiteral("1.2.3"),
                            .library = QStringLiteral("/opt/libCTNRV32.so"),
-                           .system = QStringLiteral("Testsystem 1")},
+                           .system = QStringLiteral("Testsystem 1"),
+                           .lastFailure = lastFailure},
                           module, recorder);
   }
 
@@ -73,6 +74,7 @@ class Practice {
   FakeDisplay display_;
 
  public:
+  QString lastFailure;
   FakePortDirectory directory;
   RunRecorder recorder{user_, display_, [] { return QTime(14, 7); }};
   OpenModule module{{.api = api_,
@@ -170,6 +172,14 @@ TEST(TestReportTest, TellsTheProgramFirst) {
                                    u"  GVD:                    kein Schema\r\n"
                                    u"\r\nSchnittstellen\r\nCOM 1\r\n"))
       << practice.Report().toStdString();
+}
+
+TEST(TestReportTest, TellsWhyTheProgramEndedTheLastTime) {
+  Practice practice(QStringLiteral("leer"));
+  EXPECT_FALSE(practice.Report().contains(u"Letzter Abbruch"));
+  practice.lastFailure = QStringLiteral("05.03.2031 09:07:01: Ein Grund.");
+  EXPECT_TRUE(
+      practice.Report().contains(u"  Letzter Abbruch:        05.03.2031 09:07:01: Ein Grund.\r\n"));
 }
 
 TEST(TestReportTest, TellsWhatIsValidated) {
