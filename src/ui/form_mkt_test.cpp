@@ -218,7 +218,7 @@ void Form_MKT_Test::Escape() {
 
 void Form_MKT_Test::ShowLateness(bool isLate) {
   wait_->OfferToGiveUp(isLate);
-  giveUp_->setVisible(isLate);
+  giveUp_->setVisible(isLate && !wait_->isVisible());
   if (isLate) {
     textBeforeLateness_ = Labl_StatusText->text();
   } else if (Labl_StatusText->text() == status_text::NotAnsweredYet) {
