@@ -44,7 +44,7 @@ TEST(ElementTableTest, TagsWidthsKindsAndLabelsOfTheKvk) {
     EXPECT_EQ(ElementTable[i].Tag, expected[i].tag);
     EXPECT_EQ(ElementTable[i].Width, expected[i].width);
     EXPECT_EQ(static_cast<int>(ElementTable[i].Kind), expected[i].kind);
-    EXPECT_EQ(ElementTable[i].Label, expected[i].label);
+    EXPECT_EQ(QStringView(ElementTable[i].Label), expected[i].label);
   }
 }
 
