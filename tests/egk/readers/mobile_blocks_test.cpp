@@ -316,6 +316,26 @@ TEST(MobileDocumentTest, PdThenVdThenGvd) {
                    u"Geschuetzte Versichertendaten werden dekomprimiert."}));
 }
 
+// What is no compressed data is shown as it is, so a block of one byte is a text of one character;
+// it may lie in the offsets themselves, from 1 on.
+TEST(MobileDocumentTest, TheSmallestBlocks) {
+  Dialogue dialogue(
+      ExtendedRecordScript()
+          .Replacing("Pd", Exchange("00B0810000", FileWithLength("P")))
+          .Replacing("Vd", Exchange("00B0820000", Number(1) + Number(1) + QByteArray(4, '\xFF')))
+          .Replacing("Gvd", Exchange("00B0830000", FileWithLength("G")))
+          .Text()
+          .c_str());
+  EgkReading reading(dialogue);
+  reading.info.Reset95 = true;
+  reading.info.Reset9501 = true;
+  EXPECT_EQ(reading.FromMobile(), EgkResult::Finished);
+  EXPECT_EQ(reading.Boxes(), Texts({}));
+  EXPECT_EQ(reading.Document(VsdKind::Pd).xmlText, u"P");
+  EXPECT_EQ(reading.Document(VsdKind::Vd).xmlText, u"\x01");
+  EXPECT_EQ(reading.Document(VsdKind::Gvd).xmlText, u"G");
+}
+
 // Two digits, whatever the length of the checksum's data object.
 TEST(MobileDocumentTest, ChecksumElement) {
   QByteArray status = PlainStatusRecord();
