@@ -42,13 +42,14 @@ std::vector<unsigned> Seeds() {
                    : std::vector<unsigned>{1, 2, 3, 4, 5};
 }
 
-// A practice with anything on its ports.
+// A practice with anything on its ports: on all of them, on some or on none.
 ctapi::SimulatedPractice AnyPractice(std::mt19937& random) {
   static const std::vector<PortKind> Kinds = AllPortKinds();
   ctapi::SimulatedPractice practice;
+  const auto quartersUsed = random() % 5;
   constexpr std::array<std::uint16_t, 7> Ports{1, 2, 3, 4, 5, 8192, 8193};
   for (const std::uint16_t pn : Ports) {
-    if (random() % 4 == 0) continue;
+    if (random() % 4 >= quartersUsed) continue;
     ctapi::SimulatedPort port = Kinds[random() % Kinds.size()].port;
     port.Delay = {};
     practice.Attach(pn, std::move(port));
