@@ -1,5 +1,8 @@
 #include "simulator/scenario.h"
 
+#include <algorithm>
+#include <cctype>
+
 #include "protocol/port_number.h"
 #include "simulator/scenario_cards.h"
 #include "simulator/scenario_reader.h"
@@ -209,6 +212,14 @@ SimulatedPractice ReadPractice(const ScenarioValue& value) {
   return practice;
 }
 
+// Keys and file names of a scenario may hold anything; the reason is shown on a terminal.
+std::string WithoutControls(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(),
+      [](unsigned char character) { return std::iscntrl(character) != 0; }, '?');
+  return text;
+}
+
 }  // namespace
 
 SimulatedPractice LoadScenario(const std::filesystem::path& file) {
@@ -217,7 +228,7 @@ SimulatedPractice LoadScenario(const std::filesystem::path& file) {
     const ScenarioFolder folder{file.parent_path()};
     return ReadPractice(ScenarioValue(json, "", folder));
   } catch (const ScenarioError& error) {
-    throw ScenarioError(file.string() + ": " + error.what());
+    throw ScenarioError(file.string() + ": " + WithoutControls(error.what()));
   }
 }
 

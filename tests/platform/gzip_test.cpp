@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -15,10 +14,10 @@
 #include <unistd.h>
 #endif
 
-#include "platform/documents/scratch_file.h"
 #include "platform/memory_file.h"
 #include "support/gzip_data.h"
 #include "support/printing.h"
+#include "support/temporary_folder.h"
 
 namespace kartocheck {
 namespace {
@@ -36,28 +35,12 @@ QByteArray NoisyText(int size) {
   return text;
 }
 
-// Temporary directories of the test's own, in which leftovers can be counted.
 class GunzipTest : public testing::TestWithParam<GunzipStorage> {
  protected:
-  GunzipTest() {
-    previous_ = qgetenv("TMPDIR");
-    qputenv("TMPDIR", directory_.path().toLocal8Bit());
-  }
-  ~GunzipTest() override {
-    if (previous_.isNull()) {
-      qunsetenv("TMPDIR");
-    } else {
-      qputenv("TMPDIR", previous_);
-    }
-  }
-
   Gunzipped Run(const QByteArray& compressed) const {
     return Gunzip(compressed, Limits, GetParam());
   }
-  QStringList Leftovers() const {
-    return QDir(directory_.path())
-        .entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden);
-  }
+  QStringList Leftovers() const { return temporary_.Entries(); }
 
   void ExpectText(const QByteArray& compressed, const QByteArray& text) const {
     const Gunzipped output = Run(compressed);
@@ -76,8 +59,7 @@ class GunzipTest : public testing::TestWithParam<GunzipStorage> {
   const QByteArray member_ = test::Gzip(text_);
 
  private:
-  QTemporaryDir directory_;
-  QByteArray previous_;
+  const test::TemporaryFolder temporary_;
 };
 
 TEST_P(GunzipTest, AnIntactMemberDeliversItsText) {
@@ -176,44 +158,6 @@ INSTANTIATE_TEST_SUITE_P(Storages, GunzipTest,
                            return row.param == GunzipStorage::MemoryFile ? "MemoryFile"
                                                                          : "PrivateDirectory";
                          });
-
-class ScratchFileTest : public GunzipTest {};
-
-TEST_P(ScratchFileTest, LiesInAPrivateDirectoryWhileItIsNeeded) {
-  {
-    const ScratchFile scratch("Inhalt");
-    const QFileInfo file(scratch.Path());
-    EXPECT_EQ(file.fileName(), QStringLiteral("Daten.xml.gz"));
-    EXPECT_EQ(Leftovers().size(), 1);
-
-    constexpr auto FileMode = QFileDevice::ReadOwner | QFileDevice::WriteOwner |
-                              QFileDevice::ReadUser | QFileDevice::WriteUser;
-    EXPECT_EQ(file.permissions(), FileMode);
-    EXPECT_EQ(QFileInfo(file.path()).permissions(),
-              FileMode | QFileDevice::ExeOwner | QFileDevice::ExeUser);
-
-    QFile content(scratch.Path());
-    ASSERT_TRUE(content.open(QIODevice::ReadOnly));
-    EXPECT_EQ(content.readAll(), QByteArray("Inhalt"));
-  }
-  EXPECT_EQ(Leftovers(), QStringList());
-}
-
-INSTANTIATE_TEST_SUITE_P(Private, ScratchFileTest,
-                         testing::Values(GunzipStorage::PrivateDirectory));
-
-TEST(GunzipWithoutStorage, FailsWhereNothingCanBeWritten) {
-  const QByteArray previous = qgetenv("TMPDIR");
-  qputenv("TMPDIR", "/dev/null");
-  const Gunzipped output = Gunzip(test::Gzip("Text"), Limits, GunzipStorage::PrivateDirectory);
-  EXPECT_EQ(output.outcome, GunzipOutcome::Failed);
-  EXPECT_TRUE(ScratchFile("Inhalt").Path().isEmpty());
-  if (previous.isNull()) {
-    qunsetenv("TMPDIR");
-  } else {
-    qputenv("TMPDIR", previous);
-  }
-}
 
 #ifdef Q_OS_LINUX
 TEST(MemoryFile, HasNoNameInTheFileSystem) {

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <map>
 #include <unistd.h>
 
 namespace ctapi {
@@ -27,21 +28,43 @@ class DeviceTree {
     fs::create_directories(root_ / "class" / name);
     if (!type.empty()) std::ofstream(root_ / "class" / name / "type") << type << '\n';
   }
-  void AddUsb(const std::string& name, const std::string& vendor, const std::string& serial) {
+  // files: what the USB device says of itself.
+  void AddUsb(const std::string& name, const std::map<std::string, std::string>& files) {
     const fs::path device = root_ / "devices/pci/usb1" / name;
-    fs::create_directories(device / "interface/port");
-    std::ofstream(device / "idVendor") << vendor << '\n';
-    std::ofstream(device / "idProduct") << "6001\n";
-    std::ofstream(device / "product") << "Adapter\n";
-    if (!serial.empty()) std::ofstream(device / "serial") << serial << '\n';
-    fs::create_directories(root_ / "class" / name);
-    fs::create_directory_symlink(device / "interface/port", root_ / "class" / name / "device");
+    Write(device, files);
+    // A modem's device is the interface itself, an adapter's a port of it.
+    const bool isModem = name.starts_with("ttyACM");
+    Link(name, device / (isModem ? "interface" : "interface/port"));
+  }
+  // A serial device that hangs on something else.
+  void AddOther(const std::string& name) { Link(name, root_ / "devices/platform" / name); }
+  // The hub above all USB devices.
+  void AddHub(const std::map<std::string, std::string>& files) {
+    Write(root_ / "devices/pci/usb1", files);
   }
   [[nodiscard]] std::string Folder() const { return (root_ / "class").string(); }
 
  private:
+  static void Write(const fs::path& folder, const std::map<std::string, std::string>& files) {
+    fs::create_directories(folder);
+    for (const auto& [name, text] : files) std::ofstream(folder / name) << text << '\n';
+  }
+  void Link(const std::string& name, const fs::path& hardware) {
+    fs::create_directories(hardware);
+    fs::create_directories(root_ / "class" / name);
+    fs::create_directory_symlink(hardware, root_ / "class" / name / "device");
+  }
+
   fs::path root_;
 };
+
+std::map<std::string, std::string> IdentificationsIn(const DeviceTree& tree) {
+  std::map<std::string, std::string> found;
+  for (const ComDevice& device : FindComDevicesIn(tree.Folder(), "/dev")) {
+    found[device.Path] = device.Identification;
+  }
+  return found;
+}
 
 TEST(ComDevices, AreThoseWithHardware) {
   DeviceTree tree;
@@ -51,18 +74,32 @@ TEST(ComDevices, AreThoseWithHardware) {
   tree.Add("ttyS40", "4");
   tree.Add("ttySx", "4");
   tree.Add("tty1", "");
-  tree.AddUsb("ttyUSB0", "0403", "A1");
-  tree.AddUsb("ttyACM3", "0c4b", "");
+  tree.AddUsb("ttyUSB0", {{"idVendor", "0403"}, {"idProduct", "6001"}});
+  tree.AddUsb("ttyACM3", {{"idVendor", "0c4b"}, {"idProduct", "9102"}});
+  tree.AddOther("ttyAMA0");
   EXPECT_EQ(MakeComTable(FindComDevicesIn(tree.Folder(), "/dev")),
             (ComTable{{1, "/dev/ttyS0"}, {2, "/dev/ttyUSB0"}, {3, "/dev/ttyACM3"}}));
-  for (const ComDevice& device : FindComDevicesIn(tree.Folder(), "/dev")) {
-    if (device.Path == "/dev/ttyUSB0") {
-      EXPECT_EQ(device.Identification, "USB VID_0403 PID_6001 A1 Adapter");
-    }
-    if (device.Path == "/dev/ttyACM3") {
-      EXPECT_EQ(device.Identification, "USB VID_0C4B PID_6001 Adapter");
-    }
-  }
+}
+
+// The same adapter keeps its number only if it is known by the same text each time.
+TEST(ComDevices, OnUsbAreKnownByVendorProductSerialNumberAndNames) {
+  DeviceTree tree;
+  tree.AddHub({{"idVendor", "1d6b"}, {"idProduct", "0002"}, {"serial", "0000:00:14.0"}});
+  tree.AddUsb("ttyUSB0", {{"idVendor", "0403"},
+                          {"idProduct", "6001"},
+                          {"serial", "A1b2"},
+                          {"manufacturer", "Musterwerk GmbH"},
+                          {"product", "Adapter"}});
+  tree.AddUsb("ttyUSB1", {{"idVendor", "0c4b"}, {"idProduct", "ea60"}, {"product", "Adapter"}});
+  tree.AddUsb("ttyACM0", {{"idVendor", "abcd"}, {"idProduct", "ef01"}, {"serial", "7"}});
+  tree.Add("ttyS0", "4");
+  EXPECT_EQ(IdentificationsIn(tree),
+            (std::map<std::string, std::string>{
+                {"/dev/ttyS0", ""},
+                {"/dev/ttyUSB0", "USB VID_0403 PID_6001 A1b2 Musterwerk GmbH Adapter"},
+                {"/dev/ttyUSB1", "USB VID_0C4B PID_EA60 Adapter"},
+                {"/dev/ttyACM0", "USB VID_ABCD PID_EF01 7"},
+            }));
 }
 
 TEST(ComDevices, OfASystemWithoutSuchAFolderAreNone) {

@@ -41,6 +41,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadScenario{"NoPorts", "{}", "the key 'ports' is missing"},
         BadScenario{"PortsAreNoList", R"({"ports": 1})", "ports: expected a list"},
         BadScenario{"UnknownKeyAtTheRoot", R"({"ports": [], "port": 1})", "unknown key 'port'"},
+        BadScenario{"UnknownKeyOfTwoLines", R"({"ports": [], "a\n\u001b[2J": 1})",
+                    "unknown key 'a??[2J'"},
         BadScenario{"DescriptionIsNoText", R"({"description": 1, "ports": []})",
                     "description: expected a text"},
         BadScenario{"PortIsNoObject", R"({"ports": [7]})", "ports[0]: expected an object"},

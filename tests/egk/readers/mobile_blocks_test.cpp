@@ -116,6 +116,8 @@ INSTANTIATE_TEST_SUITE_P(
         FileRow{"the VD's offsets FFFF", ContainerWith(0xFFFF, 0xFFFF, 508, 807), Joined({NoVd}),
                 false},
         FileRow{"the VD's offsets 0", ContainerWith(0, 0, 508, 807), Joined({NoVd}), false},
+        FileRow{"the VD from the offsets on", ContainerWith(0, 507, 508, 807), Joined({NoVd}),
+                false},
         FileRow{"the VD from FFFF to 0", ContainerWith(0xFFFF, 0, 508, 807), Joined({NoVd}), false},
         FileRow{"no GVD, offsets FFFF", ContainerWith(8, 507, 0xFFFF, 0xFFFF),
                 Joined({NoGvdInContainer}), true},
@@ -123,6 +125,8 @@ INSTANTIATE_TEST_SUITE_P(
         FileRow{"the GVD one byte past the file's end", ContainerWith(8, 507, 508, 808),
                 Joined({BadGvdInContainer}), true},
         FileRow{"the GVD from FFFF to 0", ContainerWith(8, 507, 0xFFFF, 0),
+                Joined({BadGvdInContainer}), true},
+        FileRow{"the GVD from the offsets on", ContainerWith(8, 507, 0, 807),
                 Joined({BadGvdInContainer}), true},
         FileRow{"the GVD's end before its start", ContainerWith(8, 507, 508, 507),
                 Joined({BadGvdInContainer}), true},
@@ -310,6 +314,26 @@ TEST(MobileDocumentTest, PdThenVdThenGvd) {
             Texts({u"Persoenliche Versichertendaten werden dekomprimiert.",
                    u"Allgemeine Versicherungsdaten werden dekomprimiert.",
                    u"Geschuetzte Versichertendaten werden dekomprimiert."}));
+}
+
+// What is no compressed data is shown as it is, so a block of one byte is a text of one character;
+// it may lie in the offsets themselves, from 1 on.
+TEST(MobileDocumentTest, TheSmallestBlocks) {
+  Dialogue dialogue(
+      ExtendedRecordScript()
+          .Replacing("Pd", Exchange("00B0810000", FileWithLength("P")))
+          .Replacing("Vd", Exchange("00B0820000", Number(1) + Number(1) + QByteArray(4, '\xFF')))
+          .Replacing("Gvd", Exchange("00B0830000", FileWithLength("G")))
+          .Text()
+          .c_str());
+  EgkReading reading(dialogue);
+  reading.info.Reset95 = true;
+  reading.info.Reset9501 = true;
+  EXPECT_EQ(reading.FromMobile(), EgkResult::Finished);
+  EXPECT_EQ(reading.Boxes(), Texts({}));
+  EXPECT_EQ(reading.Document(VsdKind::Pd).xmlText, u"P");
+  EXPECT_EQ(reading.Document(VsdKind::Vd).xmlText, u"\x01");
+  EXPECT_EQ(reading.Document(VsdKind::Gvd).xmlText, u"G");
 }
 
 // Two digits, whatever the length of the checksum's data object.
