@@ -324,8 +324,7 @@ TEST(MobileDocumentTest, TheSmallestBlocks) {
           .Replacing("Pd", Exchange("00B0810000", FileWithLength("P")))
           .Replacing("Vd", Exchange("00B0820000", Number(1) + Number(1) + QByteArray(4, '\xFF')))
           .Replacing("Gvd", Exchange("00B0830000", FileWithLength("G")))
-          .Text()
-          .c_str());
+          .Text());
   EgkReading reading(dialogue);
   reading.info.Reset95 = true;
   reading.info.Reset9501 = true;

@@ -7,7 +7,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QTest>
-#include <QTimer>
 
 #include <array>
 #include <utility>
@@ -33,20 +32,18 @@ QString NameOf(const QWidget& widget) {
 
 RandomUser::RandomUser(Form_MKT_Test& window, unsigned seed)
     : window_(window), screen_(window), random_(seed) {
-  KeepLooking();
+  timer_.setSingleShot(true);
+  // Started anew before each look: a deed may run an event loop, in which the next look comes.
+  QObject::connect(&timer_, &QTimer::timeout, [this] {
+    timer_.start(0);
+    Look();
+  });
+  timer_.start(0);
 }
 
 void RandomUser::Note(const QString& deed) {
   deeds_.append(deed);
   if (deeds_.size() > DeedsKept) deeds_.removeFirst();
-}
-
-// A timer of its own for each look: a deed may run an event loop, in which the next look comes.
-void RandomUser::KeepLooking() {
-  QTimer::singleShot(0, &looking_, [this] {
-    KeepLooking();
-    Look();
-  });
 }
 
 void RandomUser::Look() {
@@ -111,7 +108,7 @@ void RandomUser::ChooseFile(QDialog& dialog) {
 void RandomUser::Use(QDialog& dialog) {
   auto* const information = qobject_cast<Form_FirstUser*>(&dialog);
   if (information != nullptr && looks_ == 0) {
-    QObject::connect(information, &QDialog::finished, &looking_, [this, information] {
+    QObject::connect(information, &QDialog::finished, &timer_, [this, information] {
       hasEnded_ = hasEnded_ || !information->ContinueFlag();
     });
   }

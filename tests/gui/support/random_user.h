@@ -1,9 +1,9 @@
 #pragma once
 
 #include <QMessageBox>
-#include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 
 #include <random>
 
@@ -38,8 +38,7 @@ class RandomUser {
  private:
   unsigned Below(unsigned bound) { return static_cast<unsigned>(random_() % bound); }
   void Note(const QString& deed);
-  // Looks for a window over the main window, now and whenever the event loop runs.
-  void KeepLooking();
+  // Looks whether a window has come up over the main window; done whenever the event loop runs.
   void Look();
   void Answer(QMessageBox& box);
   void ChooseFile(QDialog& dialog);
@@ -55,7 +54,7 @@ class RandomUser {
   Form_MKT_Test& window_;
   Screen screen_;
   std::mt19937 random_;
-  QObject looking_;  // the looking ends with it
+  QTimer timer_;
   const QWidget* looked_ = nullptr;
   int looks_ = 0;  // at the same window
   bool hasEnded_ = false;
