@@ -29,6 +29,8 @@ void FailOnWarning(QtMsgType type, const QMessageLogContext& /*context*/, const 
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
+  // Whatever the machine's locale is: Qt warns of one that is not UTF-8.
+  qputenv("LC_ALL", "C.UTF-8");
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   qInstallMessageHandler(FailOnWarning);
   QApplication application(argc, argv);

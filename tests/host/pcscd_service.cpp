@@ -3,6 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
@@ -90,6 +91,20 @@ int Dial() {
   return -1;
 }
 
+constexpr const char* WithoutPolkit = "--disable-polkit";
+
+// Newer versions of the service ask polkit whom to serve, and serve nobody where they cannot reach
+// it, as in a test's own surroundings.
+bool AsksPolkit() {
+  const std::string command = std::string(Program) + " --help 2>&1";
+  const auto close = [](FILE* file) { (void)::pclose(file); };
+  const std::unique_ptr<FILE, decltype(close)> help(::popen(command.c_str(), "r"), close);
+  std::string text;
+  std::array<char, 256> line{};
+  while (help && std::fgets(line.data(), line.size(), help.get()) != nullptr) text += line.data();
+  return text.find(WithoutPolkit) != std::string::npos;
+}
+
 }  // namespace
 
 bool EnterOwnNetwork() {
@@ -116,13 +131,14 @@ std::unique_ptr<PcscdService> PcscdService::Start(std::string& reason, Readers r
   fs::create_directories(NoDrivers);
   fs::create_directories(SocketFolder);
   fs::remove(Socket);
+  const char* const withoutPolkit = AsksPolkit() ? WithoutPolkit : nullptr;
   const pid_t process = ::fork();
   if (process == 0) {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     const int nowhere = ::open("/dev/null", O_RDWR);
     ::dup2(nowhere, STDOUT_FILENO);
     ::dup2(nowhere, STDERR_FILENO);
-    ::execl(Program, Program, "--foreground", "--config", drivers, nullptr);
+    ::execl(Program, Program, "--foreground", "--config", drivers, withoutPolkit, nullptr);
     ::_exit(127);
   }
   std::unique_ptr<PcscdService> service(new PcscdService(process));
