@@ -71,7 +71,8 @@ Form_MKT_Test::Form_MKT_Test(const Options& options)
   setObjectName(QStringLiteral("Form_MKT_Test"));
   setWindowTitle(QStringLiteral("KartoCheck"));
   setWindowIcon(PictureIcon(u"kartocheck"));
-  CreateMenus();
+  CreateFileMenu();
+  CreateHelpMenu();
   CreateFrames();
   CreateStatusBar(options.simulation);
   CreateLayout();
@@ -83,11 +84,6 @@ Form_MKT_Test::Form_MKT_Test(const Options& options)
 }
 
 Form_MKT_Test::~Form_MKT_Test() = default;
-
-void Form_MKT_Test::CreateMenus() {
-  CreateFileMenu();
-  CreateHelpMenu();
-}
 
 void Form_MKT_Test::CreateFileMenu() {
   QMenu* file = menuBar()->addMenu(QStringLiteral("&Datei"));

@@ -72,7 +72,6 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  void CreateMenus();
   void CreateFileMenu();
   void CreateHelpMenu();
   void AskForSchema(VsdKind kind);

@@ -8,20 +8,11 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 
-#include "app/bas_mkt_test.h"
 #include "gui/support/box_answerer.h"
-#include "gui/support/quick_event_loop.h"
-#include "gui/support/screen.h"
+#include "gui/support/library_program.h"
 #include "gui/support/window_visitor.h"
-#include "support/fake_port_directory.h"
-#include "support/fake_serial_port.h"
-#include "support/link_fixture.h"
-#include "support/loaded_library.h"
 #include "support/misbehaviour.h"
 #include "support/printing.h"
-#include "ui/form_mkt_test.h"
-#include "ui/main_window/run_recorder.h"
-#include "ui/main_window/test_flow.h"
 
 // The window over a library that hangs or dies, see modules/misbehaving_library.cpp of the helper.
 
@@ -55,15 +46,11 @@ class Refuser {
   QTimer timer_;
 };
 
-class LateCallTest : public testing::Test {
+class LateCallTest : public testing::Test, public LibraryProgram {
  protected:
-  LateCallTest() {
+  LateCallTest() : LibraryProgram(MISBEHAVING_LIBRARY, milliseconds(50)) {
     ::setenv("ASAN_OPTIONS", SanitizersLookAway, 1);
     ::setenv("KARTOCHECK_SCENARIO", KARTOCHECK_SCENARIOS "/kvk-60.json", 1);
-    flow.Watch(pending);
-    window.Attach(flow, view, module);
-    window.show();
-    Activate(window);
   }
   ~LateCallTest() override { ::unsetenv("KARTOCHECK_MISBEHAVIOUR"); }
 
@@ -75,30 +62,6 @@ class LateCallTest : public testing::Test {
       if (isLate) QTimer::singleShot(milliseconds(1), act);
     });
   }
-
-  LibraryFault fault{};
-  PendingCall pending{milliseconds(50)};
-  CtApiLibrary library = LoadedLibrary({QStringLiteral(MISBEHAVING_LIBRARY)}, pending);
-  FakeSerialPort serial{FakeSerialPort::FourPorts()};
-  FakePortDirectory directory;
-  QuickEventLoop eventLoop;
-  Form_MKT_Test window{{}};
-  RunRecorder recorder{window.Boxes(), window, [] { return QTime(12, 0); }};
-  Bas_MKT_Test module{{.api = library,
-                       .dialogs = recorder,
-                       .display = recorder,
-                       .eventLoop = eventLoop,
-                       .serial = serial,
-                       .directory = directory,
-                       .terminate =
-                           [this](const LibraryFault& told) {
-                             fault = told;
-                             throw Terminated{};
-                           },
-                       .onExitRequest = [this] { pending.GiveUpWhateverIsLate(); }}};
-  ViewState view;
-  TestFlow flow{module, recorder, recorder, view, window};
-  Screen screen{window};
 };
 
 TEST_F(LateCallTest, NothingIsOfferedWhileTheTerminalAnswers) {

@@ -12,7 +12,7 @@
 #include <unistd.h>
 #include <vector>
 
-#include "host/pcscd_service.h"
+#include "host/pcscd_fixture.h"
 #include "host/virtual_egk.h"
 #include "kvk/read_dispatcher.h"
 #include "simulator/scenario.h"
@@ -32,13 +32,6 @@ using ctapi::test::VirtualCard;
 
 constexpr int FirstReader = 8192;
 constexpr int Reads = 50;
-
-class OwnNetwork final : public testing::Environment {
- public:
-  void SetUp() override { IsOwn = ctapi::test::EnterOwnNetwork(); }
-  static inline bool IsOwn = false;
-};
-const auto* const TheNetwork = testing::AddGlobalTestEnvironment(new OwnNetwork);
 
 // The processes that this one has started and that are there, by their names.
 std::vector<std::pair<pid_t, std::string>> Children() {
@@ -71,16 +64,8 @@ void KillHelper() {
   }
 }
 
-class KilledPartnersTest : public testing::Test {
+class KilledPartnersTest : public ctapi::test::PcscdFixture {
  protected:
-  void SetUp() override {
-    std::string reason = "no network namespace";
-    if (OwnNetwork::IsOwn) service_ = PcscdService::Start(reason);
-    if (service_) return;
-    const char* const ci = std::getenv("CI");
-    if (ci != nullptr && std::string(ci) == "true") FAIL() << reason;
-    GTEST_SKIP() << reason;
-  }
   void TearDown() override { card_.reset(); }
 
   void InsertCard() {
@@ -138,7 +123,6 @@ class KilledPartnersTest : public testing::Test {
   }
 
   ctapi::SimulatedPractice practice_ = ctapi::LoadScenario(BUNDLED_SCENARIOS "/praxis.json");
-  std::unique_ptr<PcscdService> service_;
   std::unique_ptr<VirtualCard> card_;
   CtApiLibrary library_ = LoadedLibrary({QStringLiteral(HOST_LIBRARY)});
   std::optional<Link> link_{std::in_place, library_};

@@ -13,7 +13,7 @@
 #include "host/host_library.h"
 #include "host/pcsc_service.h"
 #include "host/pcsc_transport.h"
-#include "host/pcscd_service.h"
+#include "host/pcscd_fixture.h"
 #include "host/transports.h"
 #include "host/virtual_egk.h"
 #include "protocol/com_table.h"
@@ -35,24 +35,8 @@ constexpr const char* RequestIcc = "201201000101";
 constexpr const char* SelectHca = "00A4040C06D27600000102";
 constexpr const char* ReadPd = "00B0810000";
 
-// The network is left once a process; a test that needs it is skipped where that is not possible.
-class OwnNetwork final : public testing::Environment {
- public:
-  void SetUp() override { IsOwn = ctapi::test::EnterOwnNetwork(); }
-  static inline bool IsOwn = false;
-};
-const auto* const TheNetwork = testing::AddGlobalTestEnvironment(new OwnNetwork);
-
-class PcscdTest : public testing::Test {
+class PcscdTest : public ctapi::test::PcscdFixture {
  protected:
-  void SetUp() override {
-    std::string reason = "no network namespace";
-    if (OwnNetwork::IsOwn) service_ = PcscdService::Start(reason);
-    if (service_) return;
-    const char* const ci = std::getenv("CI");
-    if (ci != nullptr && std::string(ci) == "true") FAIL() << reason;
-    GTEST_SKIP() << reason;
-  }
   void TearDown() override { card_.reset(); }
 
   // The card of the simulated USB terminal; how its answers are changed can be told.
@@ -96,7 +80,6 @@ class PcscdTest : public testing::Test {
   }
 
   SimulatedPractice practice_ = LoadScenario(BUNDLED_SCENARIOS "/praxis.json");
-  std::unique_ptr<PcscdService> service_;
   std::unique_ptr<VirtualCard> card_;
   HostLibrary library_{MakeTransports()};
 };

@@ -15,16 +15,8 @@
 #include <unistd.h>
 #include <vector>
 
-#include "app/bas_mkt_test.h"
-#include "gui/support/quick_event_loop.h"
-#include "gui/support/screen.h"
-#include "support/fake_port_directory.h"
-#include "support/fake_serial_port.h"
-#include "support/loaded_library.h"
+#include "gui/support/library_program.h"
 #include "support/printing.h"
-#include "ui/form_mkt_test.h"
-#include "ui/main_window/run_recorder.h"
-#include "ui/main_window/test_flow.h"
 
 // Nothing of a card stays in the memory of the program once its data have been reset. The cards are
 // in another process, that of the library, so that what is found is the program's.
@@ -126,13 +118,11 @@ std::vector<std::string> PlacesOf(const std::vector<std::string>& forms) {
   return places;
 }
 
-class WindowMemoryTest : public testing::Test {
+// The scenario is named before the library's process starts, with the first call.
+class WindowMemoryTest : public testing::Test, public LibraryProgram {
  protected:
-  WindowMemoryTest() {
+  WindowMemoryTest() : LibraryProgram(SIMULATOR_LIBRARY, std::chrono::seconds(5)) {
     ::setenv("KARTOCHECK_SCENARIO", MEMORY_SCENARIO, 1);
-    window.Attach(flow, view, module);
-    window.show();
-    Activate(window);
   }
 
   void Read(int slot) {
@@ -140,24 +130,6 @@ class WindowMemoryTest : public testing::Test {
     screen.Click(QStringLiteral("CmdB_MKt_Test_3"));
     QCoreApplication::processEvents();
   }
-
-  PendingCall pending;
-  CtApiLibrary library = LoadedLibrary({QStringLiteral(SIMULATOR_LIBRARY)}, pending);
-  FakeSerialPort serial{FakeSerialPort::FourPorts()};
-  FakePortDirectory directory;
-  QuickEventLoop eventLoop;
-  Form_MKT_Test window{{}};
-  RunRecorder recorder{window.Boxes(), window, [] { return QTime(12, 0); }};
-  Bas_MKT_Test module{{.api = library,
-                       .dialogs = recorder,
-                       .display = recorder,
-                       .eventLoop = eventLoop,
-                       .serial = serial,
-                       .directory = directory,
-                       .terminate = [](const auto&) { std::abort(); }}};
-  ViewState view;
-  TestFlow flow{module, recorder, recorder, view, window};
-  Screen screen{window};
 };
 
 class CardMemoryTest : public WindowMemoryTest, public testing::WithParamInterface<int> {};
