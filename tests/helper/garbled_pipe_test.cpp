@@ -229,7 +229,7 @@ class Helper {
     environment.insert(QStringLiteral("KARTOCHECK_SCENARIO"), QStringLiteral(KVK_SCENARIO));
     process_.setProcessEnvironment(environment);
     (void)LoadedLibrary({});
-    process_.start(QStringLiteral(KARTOCHECK_HELPER), {QStringLiteral(SIMULATOR_LIBRARY)});
+    process_.start(HelperFile(), {QStringLiteral(SIMULATOR_LIBRARY)});
     process_.write(reinterpret_cast<const char*>(input.data()), static_cast<qint64>(input.size()));
     process_.closeWriteChannel();
     EXPECT_TRUE(process_.waitForFinished(PatienceMs));
