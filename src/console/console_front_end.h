@@ -42,7 +42,8 @@ class ConsoleFrontEnd final : public Dialogs, public Display {
   // The boxes since the last call.
   [[nodiscard]] std::vector<ReportedMessage> TakeMessages();
 
-  // What completes the report that was begun, when the program ends after a fatal message.
+  // What completes the report that was begun, when the program ends after a fatal message. What it
+  // refers to outlives every call of the run to the library.
   void WhenFatal(std::function<void()> complete) { complete_ = std::move(complete); }
   void CompleteAfterFatal();
   // That the report could not be written.

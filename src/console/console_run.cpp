@@ -127,6 +127,7 @@ int RunConsoleDiagnosis(Port port, Bas_MKT_Test& module, ConsoleFrontEnd& frontE
     frontEnd.EndStatusLine();
     out << '\n';
     WritePort(out, reports.front());
+    out.flush();
     return reports;
   };
   frontEnd.WhenFatal([&] { (void)report(); });

@@ -94,16 +94,6 @@ void WritePort(std::ostream& out, const PortReport& report) {
   if (!report.egk.IsEmpty()) WriteEgk(out, report.egk);
   WriteRow(out, u"Hinweis:", report.hint);
   out << '\n';
-  out.flush();
-}
-
-void WritePortTable(std::ostream& out, const RunReport& run) {
-  out << "Schnittstellen\n";
-  for (const PortReport& report : run.ports) {
-    WriteRow(out, report.port.Line(), Verdict(report));
-  }
-  for (const QString& hint : run.hints) WriteRow(out, u"Hinweis:", hint);
-  out.flush();
 }
 
 void TextReport::Begin() {
@@ -117,7 +107,12 @@ void TextReport::Add(const PortReport& report) {
 }
 
 void TextReport::End(const RunReport& run) {
-  WritePortTable(out_, run);
+  // One line a port, and why no reader was found.
+  out_ << "Schnittstellen\n";
+  for (const PortReport& report : run.ports) {
+    WriteRow(out_, report.port.Line(), Verdict(report));
+  }
+  for (const QString& hint : run.hints) WriteRow(out_, u"Hinweis:", hint);
   if (!run.isComplete) out_ << "\nDer Lauf wurde vorzeitig beendet.\n";
   HandOver(out_);
 }

@@ -16,9 +16,6 @@ namespace kartocheck {
 // What was found on one port: terminal and insured data.
 void WritePort(std::ostream& out, const PortReport& report);
 
-// One line a port, and why no reader was found.
-void WritePortTable(std::ostream& out, const RunReport& run);
-
 // The run as a text: which program says it, each port, and the table of all.
 class TextReport final : public ReportWriter {
  public:

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <functional>
+#include <utility>
 
 #include "platform/shown.h"
 
@@ -27,16 +28,27 @@ class PendingCall {
     GiveUp();
   }
 
-  // For whoever makes the call: it begins, it has lasted for the patience, it is over.
+  // For whoever makes the call: the wait for it, from its begin to its end, and that it has lasted
+  // for the patience.
+  class Wait {
+   public:
+    Wait(PendingCall& call, std::function<void()> giveUp) : call_(call) {
+      call_.giveUp_ = std::move(giveUp);
+    }
+    ~Wait() {
+      call_.giveUp_ = nullptr;
+      if (call_.late_.Value()) call_.late_.Set(false);
+    }
+    Wait(const Wait&) = delete;
+    Wait& operator=(const Wait&) = delete;
+
+   private:
+    PendingCall& call_;
+  };
   [[nodiscard]] std::chrono::milliseconds Patience() const { return patience_; }
-  void Begin(std::function<void()> giveUp) { giveUp_ = std::move(giveUp); }
   void BecomeLate() {
     late_.Set(true);
     if (isHurried_) GiveUp();
-  }
-  void End() {
-    giveUp_ = nullptr;
-    if (late_.Value()) late_.Set(false);
   }
 
  private:

@@ -121,12 +121,10 @@ ctapi::PortInfo CtApiLibrary::InfoOf(int pn) {
       if (answer->Code != ctapi::code::Success) return {};
       return {.Trouble = TroubleOf(answer->Trouble), .Name = std::string(answer->Text())};
     }
-    helper_->Kill();
   } catch (const LibraryUnusable&) {
-    // The next open loads the library anew.
+    // Told by the next open, which loads the library anew, if it happens there again.
   }
-  helper_.reset();
-  isGivenUp_ = true;
+  (void)GiveUp();
   return {};
 }
 

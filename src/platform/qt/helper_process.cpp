@@ -87,13 +87,7 @@ bool HelperProcess::WaitInEventLoop(PendingCall& pending) {
   QObject::connect(&lateness, &QTimer::timeout, &loop, [&pending] { pending.BecomeLate(); });
   lateness.start(pending.Patience() - Moment);
 
-  const struct Wait {
-    explicit Wait(PendingCall& pendingCall, std::function<void()> giveUp) : call(pendingCall) {
-      call.Begin(std::move(giveUp));
-    }
-    ~Wait() { call.End(); }
-    PendingCall& call;
-  } wait(pending, [&] {
+  const PendingCall::Wait wait(pending, [&] {
     isGivenUp = true;
     loop.quit();
   });
