@@ -68,7 +68,7 @@ void ReadWholeEgk(benchmark::State& state) {
   practice.Read();
   double reads = 0;
   double documents = 0;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const double start = ProcessorMilliseconds();
     practice.Read();
     const double between = ProcessorMilliseconds();

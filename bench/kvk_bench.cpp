@@ -96,7 +96,7 @@ void ReadFullTemplate(benchmark::State& state, bool mobile) {
       state.SkipWithError("not read");
     benchmark::DoNotOptimize(insured);
   };
-  for (auto _ : state) read();
+  for ([[maybe_unused]] auto _ : state) read();
   const double whole = MicrosecondsOf(read);
   state.counters["plain_loop_us"] = plain;
   state.counters["read_us"] = whole;

@@ -64,6 +64,7 @@ double Sweep(CtApiLibrary& library) {
 
 bool IsWithin(CtApiLibrary& library, const char* what) {
   std::vector<double> times;
+  times.reserve(Runs);
   for (int run = 0; run < Runs; ++run) times.push_back(Sweep(library));
   const double taken = Median(times);
   std::printf("sweep over 512 ports %s: %.1f ms, ratio %.2f of the bound of %.0f ms\n", what, taken,

@@ -68,6 +68,7 @@ int Run() {
   bool isWithin = true;
   for (const std::int32_t baud : {9'600, 115'200}) {
     std::vector<double> ratios;
+    ratios.reserve(Runs);
     for (int run = 0; run < Runs; ++run) ratios.push_back(RatioOfRead(baud));
     const double ratio = Median(ratios);
     std::printf("card read at %d baud: ratio %.3f (bound %.2f)\n", baud, ratio, Bound);

@@ -66,7 +66,7 @@ void Compare(benchmark::State& state, CtApi& api) {
     benchmark::DoNotOptimize(answer);
   };
 
-  for (auto _ : state) exchange();
+  for ([[maybe_unused]] auto _ : state) exchange();
   const double bare = MicrosecondsOf(call);
   const double whole = MicrosecondsOf(exchange);
   state.counters["bare_call_us"] = bare;

@@ -59,7 +59,7 @@ struct Program {
 void ScanFourSilentPorts(benchmark::State& state) {
   Program program;
   Milliseconds taken{0};
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     taken += TimeOf([&] {
       for (int pn = 1; pn <= ComPorts; ++pn) program.ports.Scan(Port(pn));
     });
@@ -71,7 +71,7 @@ BENCHMARK(ScanFourSilentPorts)->Iterations(1)->Unit(benchmark::kMillisecond);
 void SweepAllPorts(benchmark::State& state) {
   Program program;
   Milliseconds taken{0};
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     taken += TimeOf([&] { program.ports.SweepFurtherPorts(); });
   }
   state.counters["ms_a_port"] =

@@ -40,7 +40,7 @@ void SweepInTheWindow(benchmark::State& state) {
   window.show();
   (void)window.ShowFrameX(0);
   Milliseconds taken{0};
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const auto start = std::chrono::steady_clock::now();
     ports.SweepFurtherPorts();
     taken += std::chrono::steady_clock::now() - start;

@@ -122,7 +122,7 @@ void Compare(benchmark::State& state, const QByteArray& compressed, Theirs their
   OurDecoder decoder;
   double ours = 0;
   double other = 0;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const double seconds = SecondsOf(state, [&] { return decoder.Run(compressed); });
     state.SetIterationTime(seconds);
     ours += seconds;

@@ -1,5 +1,5 @@
 #include <QApplication>
-#include <QTimer>
+#include <QTimerEvent>
 #include <QWidget>
 
 #include <cstdio>
@@ -39,9 +39,15 @@ class Probe final : public QObject {
                            window->isWindow() && window != last_;
     if (isPainted) {
       last_ = window;
-      QTimer::singleShot(0, this, [window] { Report(*window); });
+      // When everything that waits behind the painting is done.
+      startTimer(0);
     }
     return false;
+  }
+
+  void timerEvent(QTimerEvent* event) override {
+    killTimer(event->timerId());
+    Report(*last_);
   }
 
  private:

@@ -26,7 +26,7 @@ StatusWord ReadStatusWord(const ScenarioValue& value) {
 // A text of at most so many ASCII characters: GET STATUS tells nothing else.
 auto AsciiText(std::size_t width) {
   return [width](const ScenarioValue& value) {
-    const std::string text = value.Text();
+    std::string text = value.Text();
     const bool ascii = text.find_first_not_of(
                            " !\"#$%&'()*+,-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\]^_`"
                            "abcdefghijklmnopqrstuvwxyz{|}~") == std::string::npos;

@@ -49,7 +49,7 @@ VsdStatus ReadStatus(const ScenarioValue& value) {
   });
   object.Take("timestamp", status.Timestamp, [](const ScenarioValue& text) {
     constexpr std::size_t Length = 14;
-    const std::string digits = text.Text();
+    std::string digits = text.Text();
     if (digits.size() != Length || digits.find_first_not_of("0123456789") != std::string::npos) {
       text.Refuse("expected 14 digits JJJJMMTThhmmss");
     }

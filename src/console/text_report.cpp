@@ -21,7 +21,7 @@ void WriteRow(std::ostream& out, QStringView label, const QString& value,
 
 QString Verdict(const PortReport& report) {
   if (!report.terminal.Answered) {
-    const QString model = report.terminal.ModelName.Trimmed();
+    QString model = report.terminal.ModelName.Trimmed();
     if (!model.isEmpty()) return model;
     const QString port = report.entry.PortText.Trimmed();
     return port.isEmpty() ? QStringLiteral("Kein Chipkartenleser") : port;

@@ -140,7 +140,7 @@ static_assert(FillTheirTable(GvdRules, VsdKind::Gvd));
 
 QString FieldName(const XmlElement& element, Place place) {
   const std::string_view utf8 = element.LocalName();
-  const QString name = QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+  QString name = QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
   switch (place) {
     case Place::Copayment:
       return u"ZUZAHLUNGSSTATUS" % QStringView(u"\\") % name;

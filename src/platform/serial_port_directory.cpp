@@ -36,6 +36,7 @@ std::vector<PortTrouble> SerialPortDirectory::TroublesWithoutReader() const {
     if (!IsAllowed(device)) refused[GroupOfDevice(device)].append(QString::fromStdString(device));
   }
   std::vector<PortTrouble> troubles;
+  troubles.reserve(refused.size());
   for (const auto& [group, devices] : refused) {
     troubles.push_back({.Kind = PortTroubleKind::NotPermitted, .Devices = devices, .Group = group});
   }

@@ -8,9 +8,12 @@
 #include <optional>
 #include <string_view>
 
+// libxml2's own names, so that its headers stay out of this one.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 struct _xmlAttr;
 struct _xmlDoc;
 struct _xmlNode;
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace kartocheck {
 

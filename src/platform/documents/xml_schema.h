@@ -5,7 +5,7 @@
 
 #include "platform/documents/xml_document.h"
 
-struct _xmlSchema;
+struct _xmlSchema;  // NOLINT(bugprone-reserved-identifier): libxml2's own name
 
 namespace kartocheck {
 
