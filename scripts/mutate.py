@@ -5,8 +5,8 @@
 
 Takes N places (200 unless told) at random from the files below the paths (src and ctapi), the same
 ones for the same seed. Works in a copy of the last commit in build/mutation, so that the tree stays as
-it is. For each mutant it builds what depends on the file and runs the tests: first the programs of the
-folder of the same name, then all. A mutant that does not compile does not count. The result stands in
+it is. For each mutant it builds and runs the test programs of the folder of the same name, and where
+these notice nothing all tests. A mutant that does not compile does not count. The result stands in
 build/mutation/result.txt: the survivors, each with its file, line and change, and the share of those
 that were noticed. A survivor either shows a missing test, or changes nothing that can be seen.
 """
@@ -15,6 +15,7 @@ import argparse
 import pathlib
 import random
 import re
+import shutil
 import subprocess
 import sys
 import time
@@ -77,20 +78,31 @@ def places(paths):
                         yield file, number, new
 
 
-def programs_of(file):
-    """The test programs of the folder of the same name."""
+def test_folder(file):
+    """The folder of tests of the same name, or None."""
     folder = file.relative_to(COPY).parent
     names = [part for part in folder.parts if part not in ("src", "ctapi", "linux", "qt", "documents",
                                                            "simulated")]
-    where = BUILD / "tests" / pathlib.Path(*names) if names else BUILD / "tests"
-    return sorted(path for path in where.rglob("*_test") if path.is_file()) if where.exists() else []
+    where = pathlib.Path("tests", *names)
+    return where if names and (BUILD / where / "cmake_install.cmake").exists() else None
+
+
+def build(jobs, target="all"):
+    return run(["cmake", "--build", str(BUILD), "-j", str(jobs), "--target", target], 600)
 
 
 def is_noticed(file, jobs):
+    """Whether a test notices the change of this file; None where it does not compile."""
     environment = ["env", "QT_QPA_PLATFORM=offscreen"]
-    for program in programs_of(file):
-        if not run([*environment, str(program), "--gtest_brief=1"], LONGEST_TEST):
-            return True
+    if folder := test_folder(file):
+        if not build(jobs, f"{folder}/all"):
+            return None
+        for program in sorted((BUILD / folder).rglob("*_test")):
+            if program.is_file() and not run([*environment, str(program), "--gtest_brief=1"],
+                                             LONGEST_TEST):
+                return True
+    if not build(jobs):
+        return None
     return not run(["ctest", "--test-dir", str(BUILD), "-j", str(jobs), "--stop-on-failure",
                     "--timeout", "60", "-E", "Killed|ReadsBeside"], 2 * LONGEST_TEST)
 
@@ -103,8 +115,11 @@ def prepare(jobs):
     subprocess.run(["git", "-C", COPY, "checkout", "--force", "--detach",
                     subprocess.check_output(["git", "-C", ROOT, "rev-parse", "HEAD"],
                                             text=True).strip()], check=True)
+    # A mutant is linked into every test program.
+    linker = "-fuse-ld=lld" if shutil.which("ld.lld") else ""
     subprocess.run(["cmake", "-S", COPY, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
-                    "-DKARTOCHECK_BENCH=OFF"], check=True, stdout=subprocess.DEVNULL)
+                    "-DKARTOCHECK_BENCH=OFF", f"-DCMAKE_EXE_LINKER_FLAGS={linker}"],
+                   check=True, stdout=subprocess.DEVNULL)
     subprocess.run(["cmake", "--build", BUILD, "-j", str(jobs)], check=True)
 
 
@@ -128,10 +143,11 @@ def main():
         old, lines[number] = lines[number], line
         file.write_text("\n".join(lines))
         try:
-            if not run(["cmake", "--build", str(BUILD), "-j", str(options.jobs)], 600):
+            seen = is_noticed(file, options.jobs)
+            if seen is None:
                 continue
             name = f"{file.relative_to(COPY)}:{number + 1}: {old.strip()}  ->  {line.strip()}"
-            if is_noticed(file, options.jobs):
+            if seen:
                 noticed += 1
             else:
                 survivors.append(name)
