@@ -39,10 +39,7 @@ void Bas_MKT_Test::UseFurtherPort(std::optional<Port> port) {
   if (currentSlot_ == FurtherPortSlot) selectedPort_ = port;
   if (furtherPort_ == port) return;
   furtherPort_ = port;
-  ClearSlot(FurtherPortSlot);
-  terminals_[FurtherPortSlot] = {};
-  ports_[FurtherPortSlot] = {};
-  if (port) ports_[FurtherPortSlot].PortText = port->Line();
+  EmptySlot(FurtherPortSlot);
 }
 
 void Bas_MKT_Test::SweepPorts(const std::function<bool(int done)>& beforePort) {
@@ -64,7 +61,11 @@ void Bas_MKT_Test::LoadSchemas(const QStringList& directories) {
 
 QString Bas_MKT_Test::IdentificationOf(int slot) const {
   const std::optional<Port> port = PortAt(slot);
-  return port ? directory_.IdentificationOf(*port) : QString();
+  return port ? IdentificationOf(*port) : QString();
+}
+
+QString Bas_MKT_Test::IdentificationOf(Port port) const {
+  return directory_.IdentificationOf(port);
 }
 
 // While the link is open, it is this program that keeps others from the card.
@@ -79,7 +80,7 @@ QStringList Bas_MKT_Test::HintsWithoutReader() const {
   return hasReader ? QStringList() : PortHints(directory_.TroublesWithoutReader());
 }
 
-void Bas_MKT_Test::CheckPort(Port port, Remember remember) {
+void Bas_MKT_Test::CheckPort(Port port, Remember remember, const std::function<bool()>& goesOn) {
   const int slot = port.Slot();
   ClearSlot(slot);
   kartocheck::CheckPort(port, {.link = session_,
@@ -88,6 +89,7 @@ void Bas_MKT_Test::CheckPort(Port port, Remember remember) {
                                .serial = serial_,
                                .eventLoop = eventLoop_,
                                .settingsOf = [this](Port asked) { return SettingsOf(asked); },
+                               .goesOn = goesOn,
                                .remember = remember});
 }
 
@@ -109,6 +111,13 @@ ReadOutcome Bas_MKT_Test::ReadCardData(Port port) {
 
 void Bas_MKT_Test::ClearSlot(int slot) {
   kartocheck::ClearSlot(terminals_[slot], insured_[slot], egk_[slot]);
+}
+
+void Bas_MKT_Test::EmptySlot(int slot) {
+  ClearSlot(slot);
+  terminals_[slot] = {};
+  ports_[slot] = {};
+  if (slot == FurtherPortSlot && furtherPort_) ports_[slot].PortText = furtherPort_->Line();
 }
 
 void Bas_MKT_Test::CloseLink() {

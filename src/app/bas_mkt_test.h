@@ -97,6 +97,8 @@ class Bas_MKT_Test {
 
   // What the system knows of the port on a slot.
   [[nodiscard]] QString IdentificationOf(int slot) const;
+  // What the system, or the library, calls the device on the port; empty where it is not known.
+  [[nodiscard]] QString IdentificationOf(Port port) const;
   // Why the port cannot be used and what to do about it; empty where nothing is known to be in the
   // way, where data were read on it, and while the link is open.
   [[nodiscard]] QString HintFor(Port port) const;
@@ -105,13 +107,18 @@ class Bas_MKT_Test {
 
   // Checks the port and identifies the terminal on it. Fills the port's slot, which is emptied
   // first: nothing of an earlier terminal or card stays in it but what is to be remembered.
-  void CheckPort(Port port, Remember remember = Remember::ThatItAnswered);
+  // goesOn: asked before the link is opened; false ends the check there.
+  void CheckPort(
+      Port port, Remember remember = Remember::ThatItAnswered,
+      const std::function<bool()>& goesOn = [] { return true; });
   // Is a card or record ready?
   [[nodiscard]] Readiness StatusCheck(Port port);
   // Reads the card or stored record on the port into its slot.
   [[nodiscard]] ReadOutcome ReadCardData(Port port);
   // Empties the slot's insured data and eGK data.
   void ClearSlot(int slot);
+  // Empties all records of the slot: its port counts as not checked.
+  void EmptySlot(int slot);
 
   // The port of the link that was opened last.
   [[nodiscard]] std::optional<Port> LinkPort() const;

@@ -33,6 +33,7 @@ void ClearForCheck(const PortCheckTarget& with) {
   with.info = {};
   with.info.Answered = answered;
   with.port = {};
+  with.port.IsChecked = true;
 }
 
 void MarkUnopened(CtCode code, TerminalInfo& info) {
@@ -121,6 +122,7 @@ void CheckComPort(Port port, const PortCheckTarget& with) {
   with.eventLoop.Yield();
   with.port.LineState = lineState;
   if (test != SerialTest::Opened) return MarkUnusable(test, with.port);
+  if (!with.goesOn()) return;
 
   const CtCode code = ProbeAndOpen(port, with);
   if (lineState) {

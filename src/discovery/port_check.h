@@ -26,6 +26,8 @@ struct PortCheckTarget {
   EventLoop& eventLoop;
   // Serial settings that the list of further ports tells for a port; empty where it tells none.
   std::function<QString(Port port)> settingsOf;
+  // Asked before the link is opened; false ends the check there.
+  std::function<bool()> goesOn = [] { return true; };
   Remember remember = Remember::ThatItAnswered;
 };
 

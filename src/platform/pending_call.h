@@ -18,14 +18,15 @@ class PendingCall {
   // Whether the call has not come back for as long as the patience lasts. False at its end.
   [[nodiscard]] Shown<bool>& Late() { return late_; }
 
-  // The call that is late returns code -128 (HTSI error); the process of the library is ended.
+  // The call that is waited for returns code -128 (HTSI error); the process of the library is
+  // ended. Nothing where none is.
   void GiveUp() {
-    if (late_.Value() && giveUp_) giveUp_();
+    if (giveUp_) giveUp_();
   }
   // Gives up whatever is late, now and later: the program is to end.
   void GiveUpWhateverIsLate() {
     isHurried_ = true;
-    GiveUp();
+    if (late_.Value()) GiveUp();
   }
 
   // For whoever makes the call: the wait for it, from its begin to its end, and that it has lasted

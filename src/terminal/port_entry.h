@@ -14,6 +14,7 @@ struct PortEntry {
   bool LineState = false;      // a device drives the line
   int ScanResult = 0;          // outcome of the port check, or the CT-API code of the open
   FixedText<8> BaudText;       // decimal baud rate that the library reported after the open
+  bool IsChecked = false;      // the port was looked at; the rest tells nothing before
 };
 
 }  // namespace kartocheck

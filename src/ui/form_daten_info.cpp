@@ -32,6 +32,9 @@ Form_DatenInfo::Form_DatenInfo(const ScanResult& result, QWidget* parent) : QDia
     rows->addWidget(line);
     lines_.at(static_cast<std::size_t>(row)) = line;
   }
+  hints_ = PlainLabel(QStringLiteral("Labe_Hinweis"), QString(), frame);
+  hints_->setWordWrap(true);
+  rows->addWidget(hints_);
   summary_ = PlainLabel(MemberName(u"Labe_DatenInfo1", ScanResultRows), QString(), frame);
   rows->addWidget(summary_);
   rows->addStretch();
@@ -50,6 +53,12 @@ Form_DatenInfo::Form_DatenInfo(const ScanResult& result, QWidget* parent) : QDia
 
 void Form_DatenInfo::Fill(const ScanResult& result) {
   for (std::size_t row = 0; row < lines_.size(); ++row) lines_[row]->ShowRow(result.rows[row]);
+  QStringList hints;
+  for (const ScanResultRow& row : result.rows) {
+    if (!row.hint.isEmpty()) hints.append(u"COM " + row.number + u": " + row.hint);
+  }
+  hints_->setText(hints.join(u'\n'));
+  hints_->setVisible(!hints.isEmpty());
   summary_->setText(QString(result.summary).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
 }
 

@@ -23,6 +23,7 @@ class Form_DatenInfo final : public QDialog {
   void Fill(const ScanResult& result);
 
   std::array<ScanResultLine*, ScanResultRows> lines_{};
+  QLabel* hints_ = nullptr;
   QLabel* summary_ = nullptr;  // Labe_DatenInfo1_4
 };
 

@@ -74,6 +74,10 @@ Form_egK_Info::Form_egK_Info(EgkInfo info, QWidget* parent)
   frameLayout->addWidget(views_, 1);
 
   auto* layout = new QVBoxLayout(this);
+  if (!info_.wasRead) {
+    layout->addWidget(PlainLabel(QStringLiteral("Labl_Meldung"),
+                                 QStringLiteral("Es wurden keine eGK-Daten gelesen."), this));
+  }
   layout->addWidget(frame, 1);
   AddCommands(layout);
   ShowList(kind_);

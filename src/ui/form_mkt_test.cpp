@@ -173,6 +173,9 @@ void Form_MKT_Test::CreateFrames() {
   connect(Fram_Comx, &PortFrame::PortChosen, this, [this](int member) {
     if (flow_ != nullptr) flow_->ChoosePort(member);
   });
+  connect(Fram_Comx, &PortFrame::PortMovedTo, this, [this](int member) {
+    if (flow_ != nullptr) flow_->MoveToPort(member);
+  });
   connect(Fram_Comx, &PortFrame::FurtherPortChosen, this, [this](int index) {
     if (flow_ != nullptr) flow_->ChooseFurtherPort(index);
   });
@@ -184,7 +187,7 @@ void Form_MKT_Test::CreateFrames() {
   connect(cmdeGK, &QPushButton::clicked, this, [this] { ShowEgkInfo(); });
 
   wait_ = new WaitFrame(content);
-  connect(wait_, &WaitFrame::GiveUpRequested, this, &Form_MKT_Test::Escape);
+  connect(wait_, &WaitFrame::EndRequested, this, &Form_MKT_Test::Escape);
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   connect(escape, &QShortcut::activated, this, &Form_MKT_Test::Escape);
   dialogCheck_ = new DialogCheckFrame(content);
@@ -193,6 +196,9 @@ void Form_MKT_Test::CreateFrames() {
     if (flow_ != nullptr) flow_->ChooseStatusTab();
   });
   insuredData_ = new InsuredDataFrame(content);
+  Labl_Meldung = PlainLabel(QStringLiteral("Labl_Meldung"), QString(), content);
+  Labl_Meldung->setWordWrap(true);
+  Labl_Meldung->hide();
   Fram_Show = {wait_, dialogCheck_, terminalStatus_, insuredData_};
   for (int frame = 0; frame < static_cast<int>(Fram_Show.size()); ++frame) {
     QWidget* widget = Fram_Show.at(static_cast<std::size_t>(frame));
@@ -209,7 +215,7 @@ void Form_MKT_Test::CreateFrames() {
 void Form_MKT_Test::Escape() {
   if (flow_ == nullptr) return;
   flow_->GiveUp();
-  if (wait_->isVisible()) flow_->EndSweep();
+  flow_->EndSearch();
 }
 
 void Form_MKT_Test::ShowLateness(bool isLate) {
@@ -264,6 +270,7 @@ void Form_MKT_Test::CreateLayout() {
   layout->addLayout(top, 0, 0, 1, 2);
   layout->addLayout(left, 1, 0);
   for (QWidget* frame : Fram_Show) layout->addWidget(frame, 1, 1);
+  layout->addWidget(Labl_Meldung, 2, 0, 1, 2);
   layout->setColumnStretch(1, 1);
   layout->setRowStretch(1, 1);
 }
@@ -293,6 +300,11 @@ void Form_MKT_Test::DrawView(ViewState& view) {
   view.nextButton.Watch([this](std::optional<Action> button) {
     if (button) focusBefore_ = Pict_MKT_Test->Button(static_cast<int>(*button));
   });
+  view.isSearching.Watch([this](bool isSearching) { wait_->OfferToEndSearch(isSearching); });
+  view.notice.Watch([this](const QString& text) {
+    Labl_Meldung->setText(text);
+    Labl_Meldung->setVisible(!text.isEmpty());
+  });
   view.isCallLate.Watch([this](bool isLate) { ShowLateness(isLate); });
   view.diagnosedPort.Watch([this](const QString& name) { dialogCheck_->ShowPort(name); });
   view.diagnosisStep.Watch([this](const QString& step) { dialogCheck_->ShowStep(step); });
@@ -304,15 +316,16 @@ void Form_MKT_Test::DrawPorts(ViewState& view) {
         [this, slot](const StatusTab& values) { terminalStatus_->ShowSlot(slot, values); });
     view.isPortEnabled[slot].Watch(
         [this, slot](bool enabled) { Fram_Comx->EnablePort(slot, enabled); });
-    view.portHints[slot].Watch(
-        [this, slot](const QString& hint) { Fram_Comx->ShowPortHint(slot, hint); });
+    view.portHints[slot].Watch([this, slot](const QString& hint) {
+      Fram_Comx->ShowPortHint(slot, hint);
+      terminalStatus_->ShowHint(slot, hint);
+    });
   }
   view.tabInFront.Watch([this](int slot) { terminalStatus_->ShowTab(slot); });
   view.furtherPortName.Watch(
       [this](const QString& name) { terminalStatus_->NameFurtherPort(name); });
   view.markedPort.Watch([this](int member) { Fram_Comx->MarkPort(member); });
-  view.furtherPorts.Watch(
-      [this](const PortList& list) { Fram_Comx->ShowPortList(list.lines, list.chosen); });
+  view.furtherPorts.Watch([this](const PortList& list) { Fram_Comx->ShowPortList(list); });
   view.hintsWithoutReader.Watch(
       [this](const QStringList& hints) { Fram_Comx->ShowHintsWithoutReader(hints); });
 }

@@ -107,6 +107,7 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   DialogCheckFrame* dialogCheck_ = nullptr;
   TerminalStatusFrame* terminalStatus_ = nullptr;
   InsuredDataFrame* insuredData_ = nullptr;
+  QLabel* Labl_Meldung = nullptr;  // what the status text leaves open
   QLabel* Labl_StatusText = nullptr;
   QPushButton* giveUp_ = nullptr;
   QString textBeforeLateness_;

@@ -71,17 +71,31 @@ WaitFrame::WaitFrame(QWidget* parent) : QFrame(parent) {
     }
   }
   layout->addStretch();
-  AddCentred(
-      layout,
+  searchHint_ =
       PlainLabel(QStringLiteral("Labe_WartenHinweis"),
-                 QStringLiteral("Esc beendet die Suche nach weiteren Schnittstellen."), this));
+                 QStringLiteral("Esc beendet die Suche; was gefunden ist, bleibt."), this);
+  AddCentred(layout, searchHint_);
+  endSearch_ = new QPushButton(QStringLiteral("Suche beenden (Esc)"), this);
+  endSearch_->setObjectName(QStringLiteral("Butt_SucheBeenden"));
+  AddButton(endSearch_);
   giveUp_ = GiveUpButton(QStringLiteral("Butt_WartenAbbrechen"), this);
-  connect(giveUp_, &QPushButton::clicked, this, &WaitFrame::GiveUpRequested);
+  AddButton(giveUp_);
+  OfferToEndSearch(false);
+}
+
+void WaitFrame::AddButton(QPushButton* button) {
+  button->setAutoDefault(false);
+  connect(button, &QPushButton::clicked, this, &WaitFrame::EndRequested);
   // Nothing moves when it appears.
-  QSizePolicy policy = giveUp_->sizePolicy();
+  QSizePolicy policy = button->sizePolicy();
   policy.setRetainSizeWhenHidden(true);
-  giveUp_->setSizePolicy(policy);
-  layout->addWidget(giveUp_, 0, Qt::AlignCenter);
+  button->setSizePolicy(policy);
+  static_cast<QVBoxLayout*>(layout())->addWidget(button, 0, Qt::AlignCenter);
+}
+
+void WaitFrame::OfferToEndSearch(bool offered) {
+  searchHint_->setVisible(offered);
+  endSearch_->setVisible(offered);
 }
 
 void WaitFrame::OfferToGiveUp(bool offered) {

@@ -19,11 +19,18 @@ class WaitFrame final : public QFrame {
 
   // Offers to give up the call that the terminal has not answered, or does not any more.
   void OfferToGiveUp(bool offered);
+  // Offers to end the search, or does not any more.
+  void OfferToEndSearch(bool offered);
 
  Q_SIGNALS:
-  void GiveUpRequested();
+  // The user will not wait for the call or the search any longer.
+  void EndRequested();
 
  private:
+  void AddButton(QPushButton* button);
+
+  QLabel* searchHint_ = nullptr;
+  QPushButton* endSearch_ = nullptr;
   QPushButton* giveUp_ = nullptr;
 };
 

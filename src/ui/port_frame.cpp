@@ -51,8 +51,10 @@ PortFrame::PortFrame(QWidget* parent) : QGroupBox(QStringLiteral("Schnittstellen
   CreateList();
   layout->addWidget(List1, SlotCount, 0, 1, 2);
   layout->setRowStretch(SlotCount, 1);
-  CreateHint();
-  layout->addWidget(Labl_Hinweis, SlotCount + 1, 0, 1, 2);
+  Labl_Schnittstelle = NewHint(QStringLiteral("Labl_Schnittstelle"), QStringLiteral("Hinweis:"));
+  layout->addWidget(Labl_Schnittstelle, SlotCount + 1, 0, 1, 2);
+  Labl_Hinweis = NewHint(QStringLiteral("Labl_Hinweis"), QStringLiteral("Hinweis:"));
+  layout->addWidget(Labl_Hinweis, SlotCount + 2, 0, 1, 2);
   UpdateEnabled();
 }
 
@@ -60,6 +62,7 @@ void PortFrame::CreateList() {
   List1 = new QListWidget(this);
   List1->setObjectName(QStringLiteral("List1"));
   List1->setAccessibleName(QStringLiteral("Weitere Schnittstellen"));
+  List1->setFocusPolicy(Qt::NoFocus);
   // Not the current row: that is set too when the list gets the focus.
   connect(List1, &QListWidget::itemSelectionChanged, this, [this] { ReportChosenEntry(); });
   // The chosen entry again, after another port.
@@ -73,14 +76,15 @@ void PortFrame::CreateList() {
   List1->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Expanding);
 }
 
-void PortFrame::CreateHint() {
-  Labl_Hinweis = new ValueField(QStringLiteral("Labl_Hinweis"), this);
-  Labl_Hinweis->SetCaption(QStringLiteral("Hinweis:"));
+ValueField* PortFrame::NewHint(const QString& name, const QString& caption) {
+  auto* hint = new ValueField(name, this);
+  hint->SetCaption(caption);
   // As wide as the list, however long the sentences are.
-  QSizePolicy policy = Labl_Hinweis->sizePolicy();
+  QSizePolicy policy = hint->sizePolicy();
   policy.setHorizontalPolicy(QSizePolicy::Ignored);
-  Labl_Hinweis->setSizePolicy(policy);
-  Labl_Hinweis->hide();
+  hint->setSizePolicy(policy);
+  hint->hide();
+  return hint;
 }
 
 void PortFrame::AddOption(int member) {
@@ -89,7 +93,15 @@ void PortFrame::AddOption(int member) {
   auto* option = new QRadioButton(this);
   option->setObjectName(MemberName(u"Opti_Comx", member));
   option->setAccessibleName(text.trimmed());
-  connect(option, &QRadioButton::clicked, this, [this, member] { Q_EMIT PortChosen(member); });
+  option->installEventFilter(this);
+  connect(option, &QRadioButton::clicked, this, [this, member] {
+    ShowFacts();
+    if (isArrowPressed_) {
+      Q_EMIT PortMovedTo(member);
+    } else {
+      Q_EMIT PortChosen(member);
+    }
+  });
 
   auto* label = new OptionLabel(*option, this);
   label->setObjectName(MemberName(u"Labe_Comx", member));
@@ -113,19 +125,28 @@ void PortFrame::EnablePort(int slot, bool enabled) {
   UpdateEnabled();
 }
 
-void PortFrame::ShowPortList(const QStringList& lines, int chosen) {
+void PortFrame::ShowPortList(const PortList& list) {
   const QSignalBlocker quiet(List1);
   // The list is the same where an entry of it was just chosen: its items are in use then.
-  if (lines != lines_) {
-    lines_ = lines;
+  if (list.ports != list_.ports) {
     List1->clear();
-    List1->addItems(lines);
+    for (const ListedPort& port : list.ports) {
+      auto* item = new QListWidgetItem(port.line, List1);
+      item->setToolTip(PlainToolTip(port.device));
+      item->setData(Qt::AccessibleDescriptionRole, port.device);
+    }
   }
-  List1->setCurrentRow(chosen);
+  list_ = list;
+  // An empty list has nothing to show the focus on.
+  List1->setFocusPolicy(list.ports.empty() ? Qt::NoFocus : Qt::StrongFocus);
+  List1->setCurrentRow(list.chosen);
+  ShowFacts();
 }
 
 void PortFrame::ShowPortHint(int slot, const QString& hint) {
   const auto member = static_cast<std::size_t>(slot - 1);
+  hints_.at(member) = hint;
+  ShowFacts();
   QRadioButton* const option = Opti_Comx.at(member);
   option->setToolTip(PlainToolTip(hint));
   option->setAccessibleDescription(hint);
@@ -142,10 +163,50 @@ void PortFrame::ShowHintsWithoutReader(const QStringList& hints) {
   GiveHintRoom();
 }
 
+// About the port that has the focus, or else the chosen one: the device, and what the hint says.
+void PortFrame::ShowFacts() {
+  std::size_t member = SlotCount;
+  for (std::size_t option = 0; option < Opti_Comx.size(); ++option) {
+    if (Opti_Comx[option]->hasFocus()) member = option;
+  }
+  for (std::size_t option = 0; option < Opti_Comx.size() && member == SlotCount; ++option) {
+    if (Opti_Comx[option]->isChecked()) member = option;
+  }
+  QStringList facts;
+  if (member == FurtherPortMember && list_.chosen >= 0) {
+    facts.append(list_.ports.at(static_cast<std::size_t>(list_.chosen)).device);
+  }
+  facts.append(hints_.at(member));
+  // An empty list says how to fill it.
+  if (list_.ports.empty()) facts.append(hints_[FurtherPortMember]);
+  facts.removeAll(QString());
+  facts.removeDuplicates();
+  Labl_Schnittstelle->ShowValue(facts.join(u'\n'));
+  Labl_Schnittstelle->setVisible(!facts.isEmpty());
+  GiveHintRoom();
+}
+
 // In a low window it is the list that gives way.
 void PortFrame::GiveHintRoom() {
-  if (Labl_Hinweis->isHidden()) return;
-  Labl_Hinweis->setMinimumHeight(Labl_Hinweis->heightForWidth(List1->width()));
+  for (ValueField* hint : {Labl_Schnittstelle, Labl_Hinweis}) {
+    if (!hint->isHidden()) hint->setMinimumHeight(hint->heightForWidth(List1->width()));
+  }
+}
+
+// An arrow key marks the next option button and clicks it.
+bool PortFrame::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+    QMetaObject::invokeMethod(this, &PortFrame::ShowFacts, Qt::QueuedConnection);
+  }
+  if (event->type() == QEvent::KeyPress) {
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    isArrowPressed_ =
+        key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_Left || key == Qt::Key_Right;
+  }
+  if (event->type() == QEvent::KeyRelease || event->type() == QEvent::MouseButtonPress) {
+    isArrowPressed_ = false;
+  }
+  return QGroupBox::eventFilter(watched, event);
 }
 
 void PortFrame::resizeEvent(QResizeEvent* event) {
@@ -155,6 +216,7 @@ void PortFrame::resizeEvent(QResizeEvent* event) {
 
 void PortFrame::MarkPort(int member) {
   Opti_Comx.at(static_cast<std::size_t>(member))->setChecked(true);
+  ShowFacts();
 }
 
 void PortFrame::SetActionRunning(bool running) {

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "platform/port.h"
+#include "ui/main_window/view_state.h"
 
 class QLabel;
 class QListWidget;
@@ -23,9 +23,9 @@ class PortFrame final : public QGroupBox {
 
   // slot: 1 to 5.
   void EnablePort(int slot, bool enabled);
-  // The further ports; chosen: index of the marked line, or -1.
-  void ShowPortList(const QStringList& lines, int chosen);
-  // What keeps the port of a slot from being used, as a tool tip; empty where nothing does.
+  void ShowPortList(const PortList& list);
+  // Why the port of a slot cannot be used, or what choosing it does: below the list while the port
+  // is the chosen one or has the focus, and as a tool tip. Empty where nothing is to be said.
   void ShowPortHint(int slot, const QString& hint);
   // Why no reader is in the list, below it; the field is hidden where nothing is to be said.
   void ShowHintsWithoutReader(const QStringList& hints);
@@ -35,18 +35,21 @@ class PortFrame final : public QGroupBox {
   void SetActionRunning(bool running);
 
  Q_SIGNALS:
-  // A click on option button `member`, 0 to 4.
+  // A click on option button `member`, 0 to 4, or one reached by an arrow key.
   void PortChosen(int member);
+  void PortMovedTo(int member);
   // A choice in the list of further ports, by index.
   void FurtherPortChosen(int index);
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
   void AddOption(int member);
   void CreateList();
-  void CreateHint();
+  ValueField* NewHint(const QString& name, const QString& caption);
+  void ShowFacts();
   void GiveHintRoom();
   void ReportChosenEntry();
   void UpdateEnabled();
@@ -54,8 +57,11 @@ class PortFrame final : public QGroupBox {
   std::array<QRadioButton*, SlotCount> Opti_Comx{};
   std::array<QLabel*, SlotCount> Labe_Comx{};
   QListWidget* List1 = nullptr;
+  ValueField* Labl_Schnittstelle = nullptr;  // about the port that is chosen or has the focus
   ValueField* Labl_Hinweis = nullptr;
-  QStringList lines_;  // in the list
+  PortList list_;
+  std::array<QString, SlotCount> hints_;
+  bool isArrowPressed_ = false;
 
   std::array<bool, SlotCount> portEnabled_;
   bool actionRunning_ = false;

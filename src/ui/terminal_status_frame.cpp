@@ -8,6 +8,7 @@
 
 #include "ui/field_grid.h"
 #include "ui/plain_label.h"
+#include "ui/value_field.h"
 
 namespace kartocheck {
 
@@ -50,8 +51,14 @@ QWidget* TerminalStatusFrame::NewTab(int tab) {
   }
   grids_.at(static_cast<std::size_t>(tab)) = grid;
 
+  auto* hint = new ValueField(MemberName(u"Labl_StatusHinweis", tab), frame);
+  hint->SetCaption(QStringLiteral("Hinweis:"));
+  hint->hide();
+  hints_.at(static_cast<std::size_t>(tab)) = hint;
+
   auto* frameLayout = new QVBoxLayout(frame);
   frameLayout->addWidget(Scrolling(grid, frame));
+  frameLayout->addWidget(hint);
   auto* pageLayout = new QVBoxLayout(page);
   pageLayout->addWidget(frame);
   return page;
@@ -62,6 +69,12 @@ void TerminalStatusFrame::ShowSlot(int slot, const StatusTab& values) {
   for (int row = 0; row < StatusRowCount; ++row) {
     grid->SetValue(row, values.at(static_cast<std::size_t>(row)));
   }
+}
+
+void TerminalStatusFrame::ShowHint(int slot, const QString& hint) {
+  ValueField* field = hints_.at(static_cast<std::size_t>(slot - 1));
+  field->ShowValue(hint);
+  field->setVisible(!hint.isEmpty());
 }
 
 void TerminalStatusFrame::ShowTab(int slot) {

@@ -74,8 +74,8 @@ struct ExpectedPort {
   QStringView BaudText{};
 
   [[nodiscard]] PortEntry Entry() const {
-    return {PortText,  AvailText, SettingsFound, PortPresent,
-            PortError, LineState, ScanResult,    BaudText};
+    return {PortText,  AvailText,  SettingsFound, PortPresent, PortError,
+            LineState, ScanResult, BaudText,      true};
   }
 };
 

@@ -47,17 +47,24 @@ TEST_F(KeyboardTest, ArrowKeysChooseThePort) {
 TEST_F(KeyboardTest, TabKeyWalksFromButtonsToPortsToData) {
   QStringList expected;
   for (int index = 0; index < 6; ++index) expected << Member(u"CmdB_MKt_Test", index);
-  expected << QStringLiteral("Opti_Comx_0") << QStringLiteral("List1") << QStringLiteral("cmdeGK");
+  expected << QStringLiteral("Opti_Comx_0") << QStringLiteral("Labl_Schnittstelle")
+           << QStringLiteral("cmdeGK");
   for (int row = 0; row < DataRowCount; ++row) expected << Member(u"Labl_Wert", row);
   EXPECT_EQ(TabChain(QStringLiteral("CmdB_MKt_Test_0")).join(u' '), expected.join(u' '));
+}
+
+TEST_F(KeyboardTest, TheTabKeyReachesTheListOnceItHoldsSomething) {
+  EXPECT_FALSE(TabChain(QStringLiteral("CmdB_MKt_Test_0")).contains(QStringLiteral("List1")));
+  program.view.furtherPorts.Set({.ports = {{QStringLiteral("COM 7 (CTAPI pn=7)"), {}}}});
+  EXPECT_TRUE(TabChain(QStringLiteral("CmdB_MKt_Test_0")).contains(QStringLiteral("List1")));
 }
 
 TEST_F(KeyboardTest, TabKeyWalksThroughTheStatusTab) {
   (void)program.window.ShowFrameX(2);
   QStringList expected;
   for (int index = 0; index < 6; ++index) expected << Member(u"CmdB_MKt_Test", index);
-  expected << QStringLiteral("Opti_Comx_0") << QStringLiteral("List1") << QStringLiteral("cmdeGK")
-           << QStringLiteral("qt_tabwidget_tabbar");
+  expected << QStringLiteral("Opti_Comx_0") << QStringLiteral("Labl_Schnittstelle")
+           << QStringLiteral("cmdeGK") << QStringLiteral("qt_tabwidget_tabbar");
   for (int row = 0; row < 8; ++row) expected << Member(u"Labl_Status_0", row);
   EXPECT_EQ(TabChain(QStringLiteral("CmdB_MKt_Test_0")).join(u' '), expected.join(u' '));
 }

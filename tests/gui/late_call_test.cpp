@@ -116,7 +116,6 @@ TEST_F(LateCallTest, TheWaitFrameHasAButtonForIt) {
     EXPECT_TRUE(screen.Find(GiveUpInWaitFrame).isVisible());
     screen.Click(GiveUpInWaitFrame);
   });
-  flow.EndSweep();
   screen.Click(FullScan);
   EXPECT_FALSE(screen.Find(GiveUpInWaitFrame).isVisible());
 }

@@ -226,7 +226,7 @@ TEST_F(ScanTest, AnEntryOfTheListChoosesTheFurtherPort) {
 TEST_F(ScanTest, TheFocusAloneChoosesNoFurtherPort) {
   const BoxAnswerer user(AnswersAtThePractice());
   Scan();
-  program.view.furtherPorts.Set({.lines = {QStringLiteral("USB Device 1 (CTAPI pn=8192)")}});
+  program.view.furtherPorts.Set({.ports = {{QStringLiteral("USB Device 1 (CTAPI pn=8192)"), {}}}});
   program.Find(QStringLiteral("List1")).setFocus(Qt::TabFocusReason);
   EXPECT_EQ(program.module.SelectedPort, Port(1));
   program.Press(QStringLiteral("List1"), Qt::Key_Down);
@@ -246,7 +246,7 @@ TEST(EmptyScanTest, NothingFoundIsToldAndTheStatusStays) {
   EXPECT_EQ(text, u"Keinen Chipkartenleser gefunden!");
   EXPECT_TRUE(program.Find(QStringLiteral("Fram_Show_2")).isVisible());
   EXPECT_EQ(program.Text(QStringLiteral("Labl_StatusText")), u"Der MKT Status wird angezeigt");
-  EXPECT_FALSE(program.Find(QStringLiteral("Opti_Comx_4")).isEnabled());
+  EXPECT_TRUE(program.Find(QStringLiteral("Opti_Comx_4")).isEnabled()) << "searches again";
 }
 
 // The result window closes with the keyboard, and the focus goes to the status button, which was

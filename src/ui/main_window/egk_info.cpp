@@ -123,6 +123,7 @@ void AddStoredInfo(EgkInfo& view, const StatusDescriptor& stored) {
 
 EgkInfo EgkInfoOf(const TerminalInfo& info, const EgkData& egk) {
   EgkInfo view;
+  view.wasRead = info.DataRead && info.EgkData;
   for (const VsdKind kind : VsdKinds) view.lists[kind] = ListOf(kind, egk.documents[kind]);
   view.xmlTexts = XmlTextsOf(egk);
   if (info.IsMobile()) {

@@ -33,6 +33,7 @@ inline constexpr int InfoLineCount = 15;
 
 // What the eGK window shows of a slot. All texts are plain text.
 struct EgkInfo {
+  bool wasRead = false;  // otherwise there is nothing to show
   PerVsdKind<ElementList> lists;
   QString xmlTexts;  // the three documents under their titles, separated by empty lines
 

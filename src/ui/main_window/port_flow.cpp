@@ -20,10 +20,10 @@ constexpr int DiagnosisStep = 25;
 constexpr int ReadCheckDone = 50;
 constexpr int Done = 100;
 
-QStringList Lines(const std::vector<Port>& ports) {
-  QStringList lines;
-  for (const Port port : ports) lines.append(port.Line());
-  return lines;
+// What choosing the entry for further ports does while none is known.
+QString SearchHint() {
+  return QStringLiteral(
+      "Ein Klick auf \"weitere ...\" (oder die Leertaste) sucht nach weiteren Schnittstellen.");
 }
 
 QString ChosenText(Port port) {
@@ -64,26 +64,45 @@ void PortFlow::Scan(Port port) {
 
 void PortFlow::Check(Port port, Remember remember) {
   const int slot = port.Slot();
-  module_.CheckPort(port, remember);
+  CheckNow(port, remember);
   ShowSlot(slot);
   const PortEntry& entry = module_.PortOf(slot);
-  view_.isPortEnabled[slot].Set(entry.PortPresent && !entry.PortError);
+  // The entry for further ports stays: choosing it looks for them.
+  view_.isPortEnabled[slot].Set(!port.IsTested() || !entry.IsChecked ||
+                                (entry.PortPresent && !entry.PortError));
   (void)ShowHint(port);
   // The check has emptied the slot.
   if (slot == module_.CurrentSlot()) ShowCurrentData();
 }
 
+// A port whose check was broken off counts as not checked.
+void PortFlow::CheckNow(Port port, Remember remember) {
+  const bool isSearching = view_.isSearching.Value();
+  isLooking_ = true;
+  module_.CheckPort(port, remember, [&] { return !(isSearching && isSearchEnded_); });
+  isLooking_ = false;
+  if (isSearching && isSearchEnded_) module_.EmptySlot(port.Slot());
+}
+
 void PortFlow::SweepFurtherPorts() {
   const int before = view_.progress.Value();
-  sweepEnded_ = false;
+  isLooking_ = true;
   module_.SweepPorts([&](int done) {
     ShowProgress(before + (Done - before) * done / SweepPortCount);
-    return !sweepEnded_ && !module_.IsExitRequested();
+    return !IsSearchEnded();
   });
+  isLooking_ = false;
   // A port that has not been found again leaves nothing behind.
   const std::optional<Port> used = module_.FurtherPort();
   UseFurtherPort(used && LineOf(*used) >= 0 ? used : std::nullopt);
   view_.hintsWithoutReader.Set(module_.HintsWithoutReader());
+}
+
+bool PortFlow::EndSearch() {
+  if (!view_.isSearching.Value()) return false;
+  isSearchEnded_ = true;
+  view_.isSearching.Set(false);
+  return isLooking_;
 }
 
 void PortFlow::Choose(Port port) {
@@ -92,6 +111,7 @@ void PortFlow::Choose(Port port) {
 }
 
 void PortFlow::ChooseSlot(int slot) {
+  ShowNotice(u"");
   const TerminalInfo& info = module_.TerminalOf(slot);
   view_.data.Set(info.Answered ? DataFrameOf(info, module_.InsuredOf(slot)) : EmptyDataFrame());
   module_.SelectSlot(slot);
@@ -101,21 +121,27 @@ void PortFlow::ChooseSlot(int slot) {
 
 void PortFlow::UseFurtherPort(std::optional<Port> port) {
   module_.UseFurtherPort(port);
-  view_.furtherPorts.Set(
-      {.lines = Lines(module_.FurtherPorts()), .chosen = port ? LineOf(*port) : -1});
+  PortList list{.ports = {}, .chosen = port ? LineOf(*port) : -1};
+  for (const Port listed : module_.FurtherPorts()) {
+    list.ports.push_back({listed.Line(), module_.IdentificationOf(listed)});
+  }
+  view_.furtherPorts.Set(std::move(list));
   view_.furtherPortName.Set(port ? port->Line() : FurtherPorts.toString());
   ShowSlot(FurtherPortSlot);
   if (port) {
     (void)ShowHint(*port);
   } else {
-    view_.portHints[FurtherPortSlot].Set({});
+    view_.portHints[FurtherPortSlot].Set(SearchHint());
   }
   if (module_.CurrentSlot() == FurtherPortSlot) ShowCurrentData();
 }
 
 void PortFlow::Read(Port port) {
   ShowProgress(0);
-  if (!module_.TerminalOf(port.Slot()).DataRead) {
+  if (module_.TerminalOf(port.Slot()).DataRead) {
+    ShowNotice(
+        u"Die Daten wurden vorher gelesen. \"Zurücksetzen\" und dann \"Lesen\" liest sie neu.");
+  } else {
     ReadLoopSteps steps = LoopSteps(port);
     steps.checkPort = [this, port] {
       Check(port);
@@ -133,6 +159,7 @@ void PortFlow::Diagnose(Port port) {
   ShowProgress(0);
   view_.diagnosisStep.Set({});
   view_.diagnosedPort.Set(port.Name());
+  view_.tabInFront.Set(port.Slot());
   RunGuidedDiagnosis({.hints = module_.Hints(),
                       .dialogs = module_.Boxes(),
                       .showStep = [this](const QString& step) { view_.diagnosisStep.Set(step); },
@@ -199,8 +226,15 @@ void PortFlow::ShowWhatWasRead() {
 
 QString PortFlow::ShowHint(Port port) {
   const QString hint = module_.HintFor(port);
-  view_.portHints[port.Slot()].Set(hint);
+  const int slot = port.Slot();
+  view_.portHints[slot].Set(hint.isEmpty() ? WhyUnused(slot) : hint);
   return hint;
+}
+
+// What the check found where the port cannot be chosen.
+QString PortFlow::WhyUnused(int slot) const {
+  if (view_.isPortEnabled[slot].Value()) return {};
+  return Port(slot).Name() + u": " + module_.PortOf(slot).PortText.Trimmed();
 }
 
 // The line of a port in the list of further ports, or -1.

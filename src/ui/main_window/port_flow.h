@@ -24,8 +24,26 @@ class PortFlow {
   void Scan(Port port);
   // Looks for further ports and lists them.
   void SweepFurtherPorts();
-  // Ends a running sweep early.
-  void EndSweep() { sweepEnded_ = true; }
+
+  // A search over several ports, from its making to its end.
+  class Search {
+   public:
+    explicit Search(PortFlow& flow) : flow_(flow) {
+      flow_.isSearchEnded_ = false;
+      flow_.view_.isSearching.Set(true);
+    }
+    ~Search() { flow_.view_.isSearching.Set(false); }
+    Search(const Search&) = delete;
+    Search& operator=(const Search&) = delete;
+
+   private:
+    PortFlow& flow_;
+  };
+  // Ends the running search: no further port is looked at. True where a port is being looked at
+  // for a terminal: the call that this waits for may be given up. A read is not broken off.
+  [[nodiscard]] bool EndSearch();
+  // Whether the last search was ended, by the user or since the program is to end.
+  [[nodiscard]] bool IsSearchEnded() const { return isSearchEnded_ || module_.IsExitRequested(); }
 
   // Makes the port the selected one and shows its data.
   void Choose(Port port);
@@ -43,6 +61,8 @@ class PortFlow {
   void ShowSlot(int slot);
   void ShowTerminalStatus();
   void ShowProgress(int percent);
+  // Says beside the status text what that leaves open; an empty text says nothing.
+  void ShowNotice(QStringView text) { view_.notice.Set(text.toString()); }
   void ShowStatusText(QStringView text);
   // Draws the current slot's data.
   void ShowCurrentData();
@@ -53,7 +73,9 @@ class PortFlow {
   void CheckInDiagnosis(Port port);
   // The data on the port of the link, where there are any.
   void ShowWhatWasRead();
+  void CheckNow(Port port, Remember remember);
   QString ShowHint(Port port);
+  [[nodiscard]] QString WhyUnused(int slot) const;
   [[nodiscard]] int LineOf(Port port) const;
   [[nodiscard]] bool IsMobile(Port port) const;
   [[nodiscard]] ReadLoopSteps LoopSteps(Port port);
@@ -62,7 +84,8 @@ class PortFlow {
   Display& display_;
   ViewState& view_;
   const CtSession::BeforeFatal beforeFatal_;
-  bool sweepEnded_ = false;
+  bool isSearchEnded_ = false;
+  bool isLooking_ = false;  // at a port for a terminal
 };
 
 }  // namespace kartocheck

@@ -10,6 +10,7 @@ namespace kartocheck {
 namespace {
 
 constexpr std::size_t NothingFoundRow = 1;
+constexpr QStringView SearchEnded = u"Die Suche wurde beendet, bevor etwas gefunden war.";
 static_assert(status_text::ScanCom.size() == SlotCount);
 
 ScanResultRow RowOf(int port, const TerminalInfo& info, const PortEntry& entry) {
@@ -36,7 +37,7 @@ QString SummaryOf(int furtherCount, bool foundOnCom) {
 }  // namespace
 
 ScanResult ScanResultOf(const PerSlot<TerminalInfo>& terminals, const PerSlot<PortEntry>& ports,
-                        int furtherCount) {
+                        int furtherCount, bool isWhole) {
   ScanResult result;
   for (int row = 0; row < ScanResultRows; ++row) {
     const int port = row + 1;
@@ -46,7 +47,8 @@ ScanResult ScanResultOf(const PerSlot<TerminalInfo>& terminals, const PerSlot<Po
                                       [](const ScanResultRow& row) { return !row.text.isEmpty(); });
   result.summary = SummaryOf(furtherCount, foundOnCom);
   if (!foundOnCom && result.summary.isEmpty()) {
-    result.rows[NothingFoundRow] = {.text = status_text::NoReader.toString(), .isCentered = true};
+    const QStringView text = isWhole ? status_text::NoReader : SearchEnded;
+    result.rows[NothingFoundRow] = {.text = text.toString(), .isCentered = true};
   }
   return result;
 }

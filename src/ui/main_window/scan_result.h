@@ -20,6 +20,7 @@ struct ScanResultRow {
   QString number{};       // of the port; empty in an empty row
   bool showsKey = false;  // "Mit ... Taste fortfahren": the key symbol is shown
   bool isCentered = false;
+  QString hint{};  // why nothing answered, where that is known
 };
 
 // What the result window shows after a full scan.
@@ -28,8 +29,10 @@ struct ScanResult {
   QString summary;  // terminals on further ports; empty where there are none
 };
 
-// furtherCount: number of terminals found on further ports.
+// furtherCount: number of terminals found on further ports. isWhole: the search was not ended
+// early.
 [[nodiscard]] ScanResult ScanResultOf(const PerSlot<TerminalInfo>& terminals,
-                                      const PerSlot<PortEntry>& ports, int furtherCount);
+                                      const PerSlot<PortEntry>& ports, int furtherCount,
+                                      bool isWhole = true);
 
 }  // namespace kartocheck

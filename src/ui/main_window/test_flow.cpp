@@ -21,6 +21,7 @@ class TestFlow::RunningAction {
   explicit RunningAction(TestFlow& flow) : flow_(flow) {
     flow_.module_.SetBusy(true);
     flow_.view_.isActionRunning.Set(true);
+    flow_.ports_.ShowNotice(u"");
   }
   ~RunningAction() {
     flow_.view_.isActionRunning.Set(false);
@@ -41,7 +42,8 @@ TestFlow::TestFlow(Bas_MKT_Test& module, Dialogs& dialogs, Display& display, Vie
       view_(view),
       frontEnd_(frontEnd),
       ports_(module, display, view) {
-  for (int slot = 1; slot <= SlotCount; ++slot) ports_.ShowSlot(slot);
+  for (int slot = 1; slot < FurtherPortSlot; ++slot) ports_.ShowSlot(slot);
+  ports_.UseFurtherPort(std::nullopt);
 }
 
 template <typename Work>
@@ -85,38 +87,47 @@ void TestFlow::Run(Action action) {
 
 void TestFlow::FullScan() {
   ports_.ShowProgress(0);
-  ScanComPorts();
-  ScanFurtherPorts();
+  {
+    const PortFlow::Search search(ports_);
+    ScanComPorts();
+    ScanFurtherPorts();
+  }
   ports_.ShowProgress(ProgressDone);
   ports_.ShowStatusText(status_text::ScanResult);
   ShowScanResult();
   view_.nextButton.Set(Action::ShowStatus);
   ports_.ShowTerminalStatus();
-  ShowFirstReadPort();
+  if (!ShowFirstReadPort()) ChooseAnsweringPort();
 }
 
 void TestFlow::ScanComPorts() {
   constexpr ctapi::PortRange Tested = ctapi::TestedComPorts;
-  for (int pn = Tested.First; pn <= Tested.Last && !module_.IsExitRequested(); ++pn) {
+  for (int pn = Tested.First; pn <= Tested.Last && !ports_.IsSearchEnded(); ++pn) {
     ports_.Scan(Port(pn));
   }
 }
 
 void TestFlow::ScanFurtherPorts() {
-  if (module_.IsExitRequested()) return;
+  if (ports_.IsSearchEnded()) return;
   ports_.SweepFurtherPorts();
-  view_.isPortEnabled[FurtherPortSlot].Set(!module_.FurtherPorts().empty());
   if (module_.FurtherPorts().empty() || module_.IsExitRequested()) return;
-  ports_.Scan(module_.FurtherPorts().front());
+  // The port that was chosen stays the one; without it the first that was found is taken.
+  ports_.Scan(module_.FurtherPort().value_or(module_.FurtherPorts().front()));
 }
 
 void TestFlow::ShowScanResult() {
   if (module_.IsExitRequested()) return;
-  frontEnd_.ShowScanResult(ScanResultOf(module_.Terminals(), module_.Ports(),
-                                        static_cast<int>(module_.FurtherPorts().size())));
+  ScanResult result =
+      ScanResultOf(module_.Terminals(), module_.Ports(),
+                   static_cast<int>(module_.FurtherPorts().size()), !ports_.IsSearchEnded());
+  for (int row = 0; row < ScanResultRows; ++row) {
+    ScanResultRow& shown = result.rows[static_cast<std::size_t>(row)];
+    if (shown.showsKey) shown.hint = module_.HintFor(Port(row + 1));
+  }
+  frontEnd_.ShowScanResult(result);
 }
 
-void TestFlow::ShowFirstReadPort() {
+bool TestFlow::ShowFirstReadPort() {
   for (int slot = 1; slot <= SlotCount; ++slot) {
     const TerminalInfo& info = module_.TerminalOf(slot);
     if (!info.Answered || !info.DataRead) continue;
@@ -124,7 +135,19 @@ void TestFlow::ShowFirstReadPort() {
     view_.markedPort.Set(slot - 1);
     ports_.ChooseSlot(slot);
     ports_.ShowStatusText(status_text::Shown);
-    return;
+    return true;
+  }
+  return false;
+}
+
+// What is pressed next is for a terminal that answers: the chosen port stays where one does.
+void TestFlow::ChooseAnsweringPort() {
+  if (module_.TerminalOf(module_.CurrentSlot()).Answered) return;
+  for (int slot = 1; slot <= SlotCount; ++slot) {
+    if (!module_.TerminalOf(slot).Answered) continue;
+    view_.markedPort.Set(slot - 1);
+    view_.tabInFront.Set(slot);
+    return ports_.ChooseSlot(slot);
   }
 }
 
@@ -136,6 +159,9 @@ void TestFlow::ShowStatus() {
 void TestFlow::CopyData() {
   const int slot = module_.CurrentSlot();
   ports_.ShowStatusText(status_text::Copied);
+  if (!module_.TerminalOf(slot).DataRead) {
+    ports_.ShowNotice(u"Es sind keine Daten gelesen. Kopiert wurden nur leere Zeilen.");
+  }
   frontEnd_.CopyToClipboard(ClipboardText(module_.TerminalOf(slot), module_.InsuredOf(slot)));
 }
 
@@ -149,19 +175,26 @@ void TestFlow::ResetFields() {
 }
 
 void TestFlow::ChoosePort(int member) {
-  if (module_.IsBusy() || member < 0 || member > FurtherPortMember) return;
-  const bool isFurther = member == FurtherPortMember;
-  if (isFurther && module_.FurtherPorts().empty()) {
+  if (module_.IsBusy()) return;
+  if (member == FurtherPortMember && module_.FurtherPorts().empty()) {
     RunAction([this] {
       const Frame before = view_.frame.Value();
       view_.frame.Set(Frame::Wait);
       ports_.ShowProgress(0);
-      ports_.SweepFurtherPorts();
+      {
+        const PortFlow::Search search(ports_);
+        ports_.SweepFurtherPorts();
+      }
       ports_.ShowProgress(0);
       view_.frame.Set(before);
     });
   }
-  if (module_.IsBusy()) return;
+  MoveToPort(member);
+}
+
+void TestFlow::MoveToPort(int member) {
+  if (module_.IsBusy() || member < 0 || member > FurtherPortMember) return;
+  const bool isFurther = member == FurtherPortMember;
   if (isFurther && !module_.FurtherPort() && !module_.FurtherPorts().empty()) {
     ports_.UseFurtherPort(module_.FurtherPorts().front());
   }
@@ -186,6 +219,10 @@ void TestFlow::Watch(PendingCall& pending) {
     view_.isCallLate.Set(isLate);
     if (isLate) ports_.ShowStatusText(status_text::NotAnsweredYet);
   });
+}
+
+void TestFlow::EndSearch() {
+  if (ports_.EndSearch() && pending_ != nullptr) pending_->GiveUp();
 }
 
 void TestFlow::GiveUp() {
@@ -215,7 +252,9 @@ EgkInfo TestFlow::CurrentEgkInfo() const {
 }
 
 void TestFlow::SetValidation(bool on) {
-  if (!module_.IsBusy()) module_.SetValidation(on);
+  if (module_.IsBusy()) return;
+  module_.SetValidation(on);
+  ports_.ShowNotice(u"\"Validierung\" wirkt beim nächsten Lesen.");
 }
 
 void TestFlow::LoadSchema(VsdKind kind, const QString& file) {

@@ -23,14 +23,18 @@ class TestFlow {
 
   // A click on button `index` of CmdB_MKt_Test. An index outside 0 to 5 does nothing.
   void Button(int index);
-  // A click on option button `member`, 0 to 4, of Opti_Comx.
+  // A click on option button `member`, 0 to 4, of Opti_Comx. The one for further ports looks for
+  // them while none is known.
   void ChoosePort(int member);
+  // The same button reached by an arrow key, which starts no search.
+  void MoveToPort(int member);
   // A choice in the list of further ports, by index.
   void ChooseFurtherPort(int index);
   // A click on a status tab.
   void ChooseStatusTab();
-  // Ends a running sweep over the further ports early.
-  void EndSweep() { ports_.EndSweep(); }
+  // Ends the search for terminals that runs; nothing where none does. A card that is being read is
+  // read to its end.
+  void EndSearch();
   // From now on tells of a call to the terminal that does not come back. pending: outlives this.
   void Watch(PendingCall& pending);
   // Gives up the call that is late; nothing where none is.
@@ -55,7 +59,8 @@ class TestFlow {
   void ScanComPorts();
   void ScanFurtherPorts();
   void ShowScanResult();
-  void ShowFirstReadPort();
+  [[nodiscard]] bool ShowFirstReadPort();
+  void ChooseAnsweringPort();
   void ShowStatus();
   void CopyData();
   void ResetFields();

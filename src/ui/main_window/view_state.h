@@ -4,6 +4,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <vector>
 
 #include "platform/shown.h"
 #include "terminal/slot.h"
@@ -20,9 +21,17 @@ inline constexpr int ActionCount = 6;
 enum class Frame { Wait = 0, DialogCheck, TerminalStatus, Data };
 inline constexpr int FrameCount = 4;
 
+// An entry of the list of further ports.
+struct ListedPort {
+  QString line;
+  QString device;  // how the device behind it is called; empty where that is not known
+
+  friend bool operator==(const ListedPort&, const ListedPort&) = default;
+};
+
 // The list of further ports, and the line of the one that slot 5 stands for, or -1.
 struct PortList {
-  QStringList lines;
+  std::vector<ListedPort> ports;
   int chosen = -1;
 };
 
@@ -38,8 +47,12 @@ struct ViewState {
   Shown<DataFrame> data{EmptyDataFrame()};
   // Whether an action runs: whatever could start a second one is disabled then.
   Shown<bool> isActionRunning;
+  // Whether a search for terminals runs, which the user may end.
+  Shown<bool> isSearching;
   // Whether the terminal has not answered for so long that the user may give up.
   Shown<bool> isCallLate;
+  // What the status text leaves open about what was done last; empty where nothing.
+  Shown<QString> notice;
   // The button that the user goes on from when the action has ended; none: the one pressed.
   Shown<std::optional<Action>> nextButton;
 
@@ -50,8 +63,8 @@ struct ViewState {
   Shown<QString> furtherPortName{QStringLiteral("weitere ...")};
 
   // The port choice: the member of Opti_Comx that is marked, 0 to 4; which ports can be chosen;
-  // what keeps a port from being used, and why the list names no reader (empty where nothing is to
-  // say).
+  // why a port cannot be used, or what choosing it does, and why the list names no reader (empty
+  // where nothing is to say).
   Shown<int> markedPort;
   PerSlot<Shown<bool>> isPortEnabled;
   PerSlot<Shown<QString>> portHints;

@@ -30,6 +30,7 @@ TEST(DiagnosisButtonTest, ATerminalThatIsReadAfterItsPowerFaultWasMended) {
                             "status Überprüft die ausgewählte Schnittstelle im Dialog",
                             "progress 0",
                             "diagnosed port COM 2",
+                            "show status tab 2",
                             "step Anschlußkabel",
                             "step Stromversorgung",
                             "status Programm prüft die serielle Schnittstelle COM 2",
@@ -59,7 +60,7 @@ TEST(DiagnosisButtonTest, APortWithoutATerminalEndsWithTheStatusTabs) {
   window.dialogs.answers = PowerFault;
   window.flow.Button(DiagnosisButton);
   const std::size_t size = window.log.size();
-  EXPECT_EQ(Lines(window.log.begin() + 7, window.log.end()),
+  EXPECT_EQ(Lines(window.log.begin() + 8, window.log.end()),
             (Lines{"status Programm prüft die serielle Schnittstelle COM 1", "progress 25",
                    "frame 0", "slot 1", "enable port 1", "show data", "frame 1",
                    "status Die Krankenversichertendaten werden angezeigt", "frame 2",
@@ -82,8 +83,8 @@ TEST(DiagnosisButtonTest, AnsweringNoToTheCableEndsWithTheStatusTabsAndNoCheck) 
   EXPECT_EQ(
       window.log,
       (Lines{"action starts", "frame 1", "status Überprüft die ausgewählte Schnittstelle im Dialog",
-             "progress 0", "diagnosed port COM 1", "step Anschlußkabel", "frame 2",
-             "status Der MKT Status wird angezeigt", "progress 0", "action ends"}));
+             "progress 0", "diagnosed port COM 1", "show status tab 1", "step Anschlußkabel",
+             "frame 2", "status Der MKT Status wird angezeigt", "progress 0", "action ends"}));
   EXPECT_FALSE(window.module.Terminals[1].Answered);
 }
 
@@ -167,7 +168,8 @@ TEST(DiagnosisButtonTest, AFurtherPortHasNoScanText) {
   window.dialogs.answers = PowerFault;
   window.flow.Button(DiagnosisButton);
   EXPECT_EQ(window.log.at(4), "diagnosed port USB Device 1");
-  EXPECT_EQ(window.log.at(7), "status ");
+  EXPECT_EQ(window.log.at(5), "show status tab 5");
+  EXPECT_EQ(window.log.at(8), "status ");
   EXPECT_TRUE(window.module.Terminals[5].DataRead);
   EXPECT_EQ(window.frontEnd.shownFrames.back(), 3);
   EXPECT_EQ(window.module.CurrentSlot, 5);

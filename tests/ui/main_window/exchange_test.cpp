@@ -36,7 +36,7 @@ void AnswerAsUser(SimulatedWindow& window) {
   };
   // There is nothing on further ports.
   window.onCall = [&window](const std::string& call) {
-    if (call.ends_with(" COM 5")) window.flow.EndSweep();
+    if (call.ends_with(" COM 5")) window.flow.EndSearch();
   };
 }
 

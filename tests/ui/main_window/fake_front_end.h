@@ -36,9 +36,11 @@ class FakeFrontEnd final : public FrontEnd {
   std::vector<QString> clipboard;
   std::vector<ScanResult> scanResults;
   QStringList portList;
+  QStringList devices;
   std::map<int, QString> portHints;
   QStringList hintsWithoutReader;
   int chosenLine = -1;
+  QString notice;
   std::function<void(const std::string&)> onCall;
 
   // What changes often is not among the calls but has a list of its own.
@@ -95,13 +97,24 @@ class FakeFrontEnd final : public FrontEnd {
       if (!hints.isEmpty()) Note("hints " + hints.join(u" / ").toStdString());
     });
     On(view.furtherPorts, [this](const PortList& list) {
-      portList = list.lines;
+      portList.clear();
+      devices.clear();
+      for (const ListedPort& port : list.ports) {
+        portList.append(port.line);
+        devices.append(port.device);
+      }
       chosenLine = list.chosen;
       Note("show port list");
     });
     On(view.markedPort, [this](int member) { Note("mark port " + std::to_string(member)); });
     On(view.furtherPortName,
        [this](const QString& name) { Note("name further port " + name.toStdString()); });
+    On(view.isSearching,
+       [this](bool isSearching) { Change(isSearching ? "search begins" : "no search"); });
+    On(view.notice, [this](const QString& text) {
+      notice = text;
+      if (!text.isEmpty()) Note("notice " + text.toStdString());
+    });
     On(view.tabInFront, [this](int slot) { Note("show status tab " + std::to_string(slot)); });
   }
 

@@ -60,6 +60,7 @@ TEST(FullScanTest, WhatIsSaidAndShownInOrder) {
       "action starts",
       "frame 0",
       "progress 0",
+      "search begins",
       "status Programm prüft die serielle Schnittstelle COM 1",
       "progress 20",
       "slot 1",
@@ -78,15 +79,18 @@ TEST(FullScanTest, WhatIsSaidAndShownInOrder) {
       "progress 60",
       "slot 3",
       "disable port 3",
+      "hint 3 COM 3: Ist nicht vorhanden bzw. wird vom System benutzt!",
       "status Programm prüft die serielle Schnittstelle COM 4",
       "progress 80",
       "slot 4",
       "disable port 4",
+      "hint 4 COM 4: PortOpen Fehlermeldung!!!",
       "progress 80",
       "show port list",
       "name further port weitere ...",
       "slot 5",
-      "enable port 5",
+      "hint 5 Ein Klick auf \"weitere ...\" (oder die Leertaste) sucht nach weiteren "
+      "Schnittstellen.",
       "show port list",
       "name further port COM 7 (CTAPI pn=7)",
       "slot 5",
@@ -96,6 +100,7 @@ TEST(FullScanTest, WhatIsSaidAndShownInOrder) {
       "status Die Krankenversichertendaten werden gelesen",
       "slot 5",
       "status Die Krankenversichertendaten werden angezeigt",
+      "no search",
       "progress 100",
       "status Das KartoCheck Ergebnis wird angezeigt",
       "show scan result",
@@ -140,8 +145,8 @@ TEST(FullScanTest, AScanOfAnEmptyPracticeShowsTheStatusTabs) {
   EXPECT_EQ(window.frontEnd.scanResults[0].rows[1].text, u"Keinen Chipkartenleser gefunden!");
   EXPECT_TRUE(window.frontEnd.scanResults[0].summary.isEmpty());
   EXPECT_EQ(window.frontEnd.enabledPorts,
-            (std::vector<std::pair<int, bool>>{
-                {1, false}, {2, false}, {3, false}, {4, false}, {5, false}}));
+            (std::vector<std::pair<int, bool>>{{1, false}, {2, false}, {3, false}, {4, false}}))
+      << "further ports stay: choosing them searches again";
 }
 
 TEST(FullScanTest, EnablesWhatIsPresentAndHasNoError) {
@@ -153,8 +158,7 @@ TEST(FullScanTest, EnablesWhatIsPresentAndHasNoError) {
   window.practice.Attach(4, Empty());
   window.flow.Button(ScanButton);
   EXPECT_EQ(window.frontEnd.enabledPorts,
-            (std::vector<std::pair<int, bool>>{
-                {1, false}, {2, true}, {3, false}, {4, true}, {5, false}}));
+            (std::vector<std::pair<int, bool>>{{1, false}, {2, true}, {3, false}, {4, true}}));
 }
 
 // The first of the ports with data, COM 1 first.
@@ -239,7 +243,7 @@ TEST(FullScanTest, AFurtherPortThatIsGoneLeavesNothing) {
     return line.starts_with("name further port ");
   });
   EXPECT_EQ(*name, "name further port weitere ...");
-  EXPECT_EQ(window.frontEnd.enabledPorts.back(), (std::pair{5, false}));
+  EXPECT_TRUE(window.view.isPortEnabled[5].Value()) << "choosing it searches again";
 }
 
 TEST(FullScanTest, ATerminalWithoutACardAsksForOne) {
@@ -362,7 +366,7 @@ TEST(FullScanTest, TheSweepEndsEarlyWithWhatWasFound) {
   window.practice.Attach(6, PortOf("gamma"));
   window.practice.Attach(8192, PortOf("omega"));
   window.onCall = [&](const std::string& call) {
-    if (call.ends_with(" COM 20")) window.flow.EndSweep();
+    if (call.ends_with(" COM 20")) window.flow.EndSearch();
   };
   window.flow.Button(ScanButton);
   EXPECT_EQ(window.module.FurtherPorts, std::vector{Port(6)});
@@ -371,13 +375,11 @@ TEST(FullScanTest, TheSweepEndsEarlyWithWhatWasFound) {
   EXPECT_EQ(window.log.back(), "action ends");
 }
 
-// Escape outside the sweep is no order for the next one.
-TEST(FullScanTest, AnEarlierOrderToEndDoesNotEndTheSweep) {
+// Escape outside a search is no order for the next one.
+TEST(FullScanTest, AnEarlierOrderToEndDoesNotEndTheSearch) {
   SimulatedWindow window;
   window.practice.Attach(8447, PortOf("omega"));
-  window.onCall = [&](const std::string& call) {
-    if (call.ends_with(" COM 2")) window.flow.EndSweep();
-  };
+  window.flow.EndSearch();
   window.flow.Button(ScanButton);
   EXPECT_EQ(window.module.FurtherPorts, std::vector{Port(8447)});
 }

@@ -31,12 +31,14 @@ TEST(FurtherPortsTest, ChoosingThemWithoutAListSweepsFirstAndTakesTheFirst) {
   window.practice.Attach(7, PortOf("gamma"));
   window.practice.Attach(8193, PortOf("omega"));
   window.flow.ChoosePort(4);
-  EXPECT_EQ(
-      WithoutSweep(window.log),
-      (Lines{"action starts", "frame 0", "progress 0", "show port list",
-             "name further port weitere ...", "slot 5", "progress 0", "frame 3", "action ends",
-             "show port list", "name further port COM 7 (CTAPI pn=7)", "slot 5", "show data",
-             "status Die serielle Schnittstelle COM 7 wurde ausgewählt"}));
+  EXPECT_EQ(WithoutSweep(window.log),
+            (Lines{"action starts", "frame 0", "progress 0", "search begins", "progress 0",
+                   "show port list", "name further port weitere ...", "slot 5",
+                   "hint 5 Ein Klick auf \"weitere ...\" (oder die Leertaste) sucht nach weiteren "
+                   "Schnittstellen.",
+                   "no search", "progress 0", "frame 3", "action ends", "show port list",
+                   "name further port COM 7 (CTAPI pn=7)", "slot 5", "show data",
+                   "status Die serielle Schnittstelle COM 7 wurde ausgewählt"}));
   EXPECT_EQ(window.frontEnd.progress.at(window.frontEnd.progress.size() - 2), 99);
   EXPECT_EQ(window.module.CurrentSlot, 5);
   EXPECT_EQ(window.module.SelectedPort, Port(7));
@@ -189,8 +191,7 @@ TEST(FurtherPortsTest, AnotherEntryOfTheListEmptiesTheSlot) {
   }
 }
 
-// Slot 5 is the current one while a scan puts another port into it.
-TEST(FurtherPortsTest, AScanThatTakesAnotherPortSelectsIt) {
+TEST(FurtherPortsTest, AChosenOneStaysChosenOverAScanThatFindsItAgain) {
   SimulatedWindow window;
   window.practice.Attach(8192, PortOf("keine-karte"));
   window.practice.Attach(8193, PortOf("omega"));
@@ -198,6 +199,20 @@ TEST(FurtherPortsTest, AScanThatTakesAnotherPortSelectsIt) {
   window.flow.ChooseFurtherPort(1);
   ASSERT_EQ(window.module.SelectedPort, Port(8193));
   window.dialogs.answers = {Answer::Cancel};
+  window.flow.Button(ScanButton);
+  EXPECT_EQ(window.module.FurtherPort, Port(8193));
+  EXPECT_EQ(window.module.SelectedPort, Port(8193));
+  EXPECT_EQ(window.frontEnd.chosenLine, 1);
+  EXPECT_TRUE(window.module.Terminals[5].DataRead) << "it is the one that is read";
+}
+
+// Slot 5 is the current one while a scan puts another port into it.
+TEST(FurtherPortsTest, AScanThatDoesNotFindTheChosenOneTakesTheFirst) {
+  SimulatedWindow window;
+  window.practice.Attach(8193, PortOf("omega"));
+  window.flow.ChoosePort(4);
+  window.practice = {};
+  window.practice.Attach(8192, PortOf("omega"));
   window.flow.Button(ScanButton);
   EXPECT_EQ(window.module.FurtherPort, Port(8192));
   EXPECT_EQ(window.module.SelectedPort, Port(8192));

@@ -14,6 +14,9 @@
 namespace kartocheck::test {
 namespace {
 
+const QString SearchHint = QStringLiteral(
+    "Ein Klick auf \"weitere ...\" (oder die Leertaste) sucht nach weiteren Schnittstellen.");
+
 const QString HeldHint = PortHint(CardHeld);
 const QString NoServiceHint = PortHint(NoService);
 
@@ -80,6 +83,11 @@ TEST(HintFlowTest, APortWithoutTerminalShowsItsHintAfterTheCheck) {
   EXPECT_EQ(window.frontEnd.portHints[3], NoServiceHint);
   machine.troubles.clear();
   window.ports.Scan(Port(3));
+  EXPECT_EQ(window.frontEnd.portHints[3],
+            u"COM 3: Ist nicht vorhanden bzw. wird vom System benutzt!");
+  window.practice.Attach(3, PortOf("keine-karte"));
+  window.dialogs.answers = {Answer::Cancel};
+  window.ports.Scan(Port(3));
   EXPECT_EQ(window.frontEnd.portHints[3], QString());
 }
 
@@ -95,7 +103,7 @@ TEST(HintFlowTest, TheFurtherPortsHintIsThatOfTheChosenOne) {
   EXPECT_EQ(window.frontEnd.portHints[5], HeldHint);
   window.practice = {};
   window.ports.SweepFurtherPorts();
-  EXPECT_EQ(window.frontEnd.portHints[5], QString()) << "there is none any more";
+  EXPECT_EQ(window.frontEnd.portHints[5], SearchHint) << "there is none any more";
 }
 
 TEST(HintFlowTest, AfterASweepWithoutAReaderTheReasonsAreShown) {
@@ -115,8 +123,10 @@ TEST(HintFlowTest, SimulatedPortsNeedNoHint) {
   SimulatedWindow window;
   window.flow.Button(ScanButton);
   EXPECT_EQ(window.frontEnd.hintsWithoutReader, QStringList());
-  for (const auto& [slot, hint] : window.frontEnd.portHints) EXPECT_EQ(hint, QString()) << slot;
-  EXPECT_GE(window.frontEnd.portHints.size(), 5U);
+  for (int slot = 1; slot < FurtherPortSlot; ++slot) {
+    EXPECT_TRUE(window.frontEnd.portHints[slot].endsWith(u"wird vom System benutzt!")) << slot;
+  }
+  EXPECT_EQ(window.frontEnd.portHints[FurtherPortSlot], SearchHint);
 }
 
 }  // namespace
