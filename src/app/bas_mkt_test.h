@@ -92,7 +92,7 @@ class Bas_MKT_Test {
   // How eGK data are validated when they are read next.
   [[nodiscard]] const ValidationSettings& Validation() const { return validation_; }
   void SetValidation(bool on) { validation_.isOn = on; }
-  void SetSchema(VsdKind kind, const QString& text) { validation_.schemas[kind].SetText(text); }
+  void SetSchema(VsdKind kind, const HeldSchema& schema) { validation_.schemas[kind] = schema; }
   void LoadSchemas(const QStringList& directories);
 
   // What the system knows of the port on a slot.

@@ -61,7 +61,6 @@ Readiness CheckOverOpenLink(const StatusCheckTarget& with) {
 }  // namespace
 
 Readiness CheckStatus(const StatusCheckTarget& target) {
-  target.info.SelectRefused = false;
   if (target.link.IsOpen()) target.link.CtClose();
   if (const CtCode code = target.link.CtOpen(target.port); code != ctapi::code::Success) {
     if (target.info.Answered && code == ctapi::code::TransmissionError) {

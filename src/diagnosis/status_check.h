@@ -22,7 +22,7 @@ struct StatusCheckTarget {
 
 // Requests the card and interprets the answer. Opens the link, ending one that is still open first,
 // and leaves it closed. Sets the record's output medium and SelectRefused flag where the answer
-// tells.
+// tells; both stay until the port is scanned again.
 [[nodiscard]] Readiness CheckStatus(const StatusCheckTarget& target);
 
 }  // namespace kartocheck

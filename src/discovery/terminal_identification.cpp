@@ -27,17 +27,16 @@ QString TextAt(QStringView response, qsizetype position, int count) {
 }
 
 // Version of the second maker's terminals: three groups of three digits in the data object D7 that
-// follows the manufacturer data. Empty where there is no whole object of at least 54 bytes.
+// follows the manufacturer data. Empty where no object of at least 54 bytes is announced; bytes
+// that the terminal leaves out are no digits.
 QString HandheldVersion(QStringView data) {
   constexpr qsizetype TagPosition = 35;
-  constexpr qsizetype ValuePosition = TagPosition + 4;
   constexpr int LeastLength = 0x36;
   constexpr qsizetype VersionPosition = 101;
   constexpr int VersionBytes = 9;
 
   const int length = hex::ByteAt(data, TagPosition + 2);
-  const bool whole = hex::From(data, ValuePosition).size() >= 2 * length;
-  if (hex::Mid(data, TagPosition, 2) != u"D7" || length < LeastLength || !whole) return {};
+  if (hex::Mid(data, TagPosition, 2) != u"D7" || length < LeastLength) return {};
 
   QString version = QStringLiteral("V ");
   for (int i = 0; i < VersionBytes; ++i) {

@@ -19,8 +19,6 @@ constexpr int LongestPd = 848;
 constexpr int LongestGvd = 448;
 // EF.StatusVD: status, timestamp, version and reserved bytes.
 constexpr int StatusLength = 25;
-// READ BINARY addresses 15 bits of offset.
-constexpr int LargestOffset = 0x7FFF;
 
 constexpr QStringView NoAccessRights =
     u"Lesen geschützter Versichertendaten (EF.GVD) nicht möglich! ";
@@ -122,9 +120,8 @@ void CardRead::ReadVdBlock() {
     return Tell(QStringLiteral("Read EF VD war nicht erfolgreich!"));
   }
   const BlockOffsets offsets = OffsetsAt(header.bytes, 0);
-  const bool addressable = offsets.start >= 1 && offsets.start <= LargestOffset &&
-                           offsets.end >= 1 && offsets.end <= LargestOffset;
-  if (!addressable || offsets.Length() < 1 || offsets.Length() > LongestVd) {
+  if (offsets.start < 1 || offsets.end < 1 || offsets.Length() < 1 ||
+      offsets.Length() > LongestVd) {
     return TellBetweenLines(u"Keine gültigen Daten in EF VD ");
   }
   const BinaryRead vd = CtExchangeFile(with_.link, offsets.start, offsets.Length());

@@ -16,10 +16,10 @@ bool StatusDescriptor::IsEmpty() const {
          approvalNumber.isEmpty() && checksum.tlv.isEmpty() && checksumText.isEmpty();
 }
 
-bool EgkData::IsEmpty() const {
-  return iccsn.isEmpty() && statusText.isEmpty() && stored.IsEmpty() &&
-         std::all_of(documents.begin(), documents.end(),
-                     [](const VsdDocument& document) { return document.IsEmpty(); });
+bool EgkData::HoldsData() const {
+  return !statusText.isEmpty() || !stored.IsEmpty() ||
+         std::any_of(documents.begin(), documents.end(),
+                     [](const VsdDocument& document) { return !document.IsEmpty(); });
 }
 
 }  // namespace kartocheck

@@ -69,7 +69,9 @@ struct EgkData {
   StatusDescriptor stored;  // mobile terminals only
 
   // Nothing was kept: no element and no document.
-  [[nodiscard]] bool IsEmpty() const;
+  [[nodiscard]] bool IsEmpty() const { return iccsn.isEmpty() && !HoldsData(); }
+  // The serial number tells of the card, not of the insured person: alone it is no data.
+  [[nodiscard]] bool HoldsData() const;
   void Clear() { *this = EgkData(); }
 };
 

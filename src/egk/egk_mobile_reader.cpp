@@ -40,6 +40,9 @@ QByteArray BlockBetween(const QByteArray& file, BlockOffsets offsets) {
   return within ? file.mid(offsets.start, offsets.Length()) : QByteArray();
 }
 
+constexpr QStringView NoDateAndApprovalStored =
+    u"Zu diesem Datensatz wurden weder Einlesedatum noch Zulassungsnummer gespeichert!";
+
 // One read of a stored record. Faults of single files are noted; the notes are shown together after
 // the erase.
 class RecordRead {
@@ -99,6 +102,7 @@ bool RecordRead::ReadStatus() {
   if (read.Succeeded()) {
     hasStatus_ = true;
     status_ = hex::Encode(read.bytes);
+    if (LacksDateAndApproval(status_)) Note(NoDateAndApprovalStored);
     return true;
   }
   if (!with_.info.Reset9501) {

@@ -18,6 +18,10 @@ class PreparedSchema {
   // False for an empty text and for one that is no XML document.
   [[nodiscard]] bool HasRoot() const { return hasRoot_; }
 
+  // Whether there is anything to validate against: false where the text is no valid schema, and
+  // where it imports, includes or redefines another one.
+  [[nodiscard]] bool IsUsable() const { return compiled_.has_value(); }
+
   // The version that the schema fixes for its documents; empty where it fixes none.
   [[nodiscard]] const QString& Version() const { return version_; }
 

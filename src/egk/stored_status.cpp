@@ -19,52 +19,59 @@ constexpr qsizetype DateCharacters = 8;
 constexpr qsizetype PlainLength = 27;
 constexpr qsizetype ExtendedLength = 38;
 
-// The data objects that were found. Values are hexadecimal text.
-struct FoundObjects {
-  QStringView status;
-  QStringView date;
-  QStringView approval;
-  QStringView checksum;
-  qsizetype statusObjectBytes = 0;  // with tag and length
-  std::optional<quint8> sum;        // XOR of all bytes before the checksum's value
+// A data object as it was found: hexadecimal text, empty where it was not.
+struct FoundObject {
+  QStringView tlv;  // with tag and length
+  QStringView value;
+
+  [[nodiscard]] bool IsThere() const { return !tlv.isEmpty(); }
 };
 
-FoundObjects FindObjects(QStringView data, StatusDescriptor& stored) {
+struct FoundObjects {
+  FoundObject status;
+  FoundObject date;
+  FoundObject approval;
+  FoundObject checksum;
+  std::optional<quint8> sum;  // XOR of all bytes before the checksum's value
+  QStringView rest;           // behind the last of these objects
+
+  // Null for any other tag.
+  [[nodiscard]] FoundObject* OfTag(QStringView tag) {
+    static const StatusDescriptor Expected;
+    if (tag == Expected.status.tag) return &status;
+    if (tag == Expected.readingDate.tag) return &date;
+    if (tag == Expected.approval.tag) return &approval;
+    return tag == Expected.checksum.tag ? &checksum : nullptr;
+  }
+
+  // The terminal stored neither, which is no fault of the data: what else there is, is filler.
+  [[nodiscard]] bool LackDateAndApproval() const {
+    const bool isFiller = rest.count(u'0') == rest.size() || rest.count(u'F') == rest.size();
+    return !date.IsThere() && !approval.IsThere() && isFiller;
+  }
+};
+
+FoundObjects FindObjects(QStringView data) {
   FoundObjects found;
   qsizetype position = 1;
-  if (hex::Mid(data, 1, 2) != stored.status.tag) {
-    found.status = hex::Mid(data, 1, 2 * StatusBytes);
-    found.statusObjectBytes = found.status.size() / 2;
-    stored.status.tlv = found.status.toString();
-    position += found.status.size();
+  if (found.OfTag(hex::Mid(data, 1, 2)) != &found.status) {
+    const QStringView raw = hex::Mid(data, 1, 2 * StatusBytes);
+    found.status = {.tlv = raw, .value = raw};
+    position += raw.size();
   }
   while (position < data.size()) {
-    const QStringView tag = hex::Mid(data, position, 2);
+    FoundObject* const object = found.OfTag(hex::Mid(data, position, 2));
+    if (object == nullptr) break;
     const qsizetype length = 2 * qsizetype{hex::ByteAt(data, position + 2)};
     const qsizetype valuePosition = position + 4;
     const QStringView value = hex::Mid(data, valuePosition, length);
-    const QString tlv = hex::Mid(data, position, 4 + length).toString();
+    const QStringView tlv = hex::Mid(data, position, 4 + length);
     if (value.size() < length || tlv.size() < 4) break;
-
-    if (tag == stored.status.tag) {
-      found.status = value;
-      found.statusObjectBytes = tlv.size() / 2;
-      stored.status.tlv = tlv;
-    } else if (tag == stored.readingDate.tag) {
-      found.date = value;
-      stored.readingDate.tlv = tlv;
-    } else if (tag == stored.approval.tag) {
-      found.approval = value;
-      stored.approval.tlv = tlv;
-    } else if (tag == stored.checksum.tag) {
-      found.checksum = value;
-      found.sum = hex::Xor(data, 1, valuePosition - 2);
-      stored.checksum.tlv = tlv;
-    } else {
-      break;
-    }
+    *object = {.tlv = tlv, .value = value};
+    if (object == &found.checksum) found.sum = hex::Xor(data, 1, valuePosition - 2);
     position = valuePosition + length;
   }
+  found.rest = hex::From(data, position);
   return found;
 }
 
@@ -89,37 +96,59 @@ void TellOverlong(const EgkTarget& target, QStringView what) {
   TellEgk(target, Lines({what, u"Es werden nicht alle Daten angezeigt!"}));
 }
 
-}  // namespace
+void TakeOverChecksum(const FoundObjects& found, const EgkTarget& target) {
+  target.egk.stored.checksumText = found.checksum.value.toString();
+  if (!found.checksum.IsThere() && found.LackDateAndApproval()) return;
+  if (found.sum && hex::Value(found.checksum.value) == *found.sum) return;
+  target.dialogs.Tell(
+      Icon::Critical, Dialogs::Title.toString(),
+      QStringLiteral("Die Prüfsumme der gelesenen eGK VSD Zusatzdaten ist korrupt!!! "));
+}
 
-void ReadStoredStatus(QStringView data, const EgkTarget& target) {
+void TakeOverDate(const QString& date, const EgkTarget& target) {
   StatusDescriptor& stored = target.egk.stored;
-  const qsizetype expected = target.info.Reset9501 ? ExtendedLength : PlainLength;
-  const FoundObjects found = FindObjects(data, stored);
-
-  stored.checksumText = found.checksum.toString();
-  if (!found.sum || hex::Value(found.checksum) != *found.sum) {
-    target.dialogs.Tell(
-        Icon::Critical, Dialogs::Title.toString(),
-        QStringLiteral("Die Prüfsumme der gelesenen eGK VSD Zusatzdaten ist korrupt!!! "));
-  }
-
-  const QString date = TextOfHex(found.date);
   stored.storedDate = date.left(DateCharacters);
-  stored.convertedDate = ConvertedDate(date);
+  stored.convertedDate = ConvertedDate(stored.storedDate);
   if (stored.convertedDate.isEmpty()) {
     TellEgk(target, QStringLiteral("Unbekanntes Format des Einlesedatums festgestellt!"));
   }
+}
 
-  const QString approval = TextOfHex(found.approval);
+void TakeOverApproval(const QString& approval, qsizetype expected, const EgkTarget& target) {
+  StatusDescriptor& stored = target.egk.stored;
   stored.approvalNumber = approval.left(expected).trimmed();
   if (stored.approvalNumber.isEmpty()) {
     TellEgk(target, QStringLiteral("Unbekanntes Format der Zulassungsnummer festgestellt!"));
   } else if (stored.approvalNumber.startsWith(u';')) {
     TellEgk(target, QStringLiteral("Die Zulassungsnummer konnte nicht ermittelt werden!"));
   }
+}
 
-  stored.statusText = found.status.left(2 * StatusBytes).toString();
-  if (found.statusObjectBytes > expected) {
+}  // namespace
+
+bool LacksDateAndApproval(QStringView data) {
+  return FindObjects(data).LackDateAndApproval();
+}
+
+void ReadStoredStatus(QStringView data, const EgkTarget& target) {
+  StatusDescriptor& stored = target.egk.stored;
+  const qsizetype expected = target.info.Reset9501 ? ExtendedLength : PlainLength;
+  const FoundObjects found = FindObjects(data);
+  stored.status.tlv = found.status.tlv.toString();
+  stored.readingDate.tlv = found.date.tlv.toString();
+  stored.approval.tlv = found.approval.tlv.toString();
+  stored.checksum.tlv = found.checksum.tlv.toString();
+
+  const QString date = TextOfHex(found.date.value);
+  const QString approval = TextOfHex(found.approval.value);
+  TakeOverChecksum(found, target);
+  if (!found.LackDateAndApproval()) {
+    TakeOverDate(date, target);
+    TakeOverApproval(approval, expected, target);
+  }
+
+  stored.statusText = found.status.value.left(2 * StatusBytes).toString();
+  if (found.status.tlv.size() / 2 > expected) {
     TellOverlong(target, u"Größere Länge der VSD Statusdaten festgestellt!");
   }
   if (date.size() > DateCharacters) {

@@ -13,7 +13,12 @@ namespace kartocheck {
 //   92 LL approval number                maker;product;version
 //   93 01 XOR of all bytes before its value
 // The walk ends at the first unknown tag and at a length past the end; what was found until then is
-// kept. Faults of the data are shown in message boxes, and the rest is still taken over.
+// kept. Faults of the data are shown in message boxes, and the rest is still taken over. A terminal
+// that stored neither date nor approval number is no fault: LacksDateAndApproval tells of it.
 void ReadStoredStatus(QStringView data, const EgkTarget& target);
+
+// Whether such data hold neither a reading date nor an approval number, nor anything that might be
+// a damaged one.
+[[nodiscard]] bool LacksDateAndApproval(QStringView data);
 
 }  // namespace kartocheck

@@ -15,11 +15,12 @@ namespace {
 
 // Where in its document an element stands.
 enum class Place {
-  Document,         // in no container of those below
-  Copayment,        // Zuzahlungsstatus
-  NextAddress,      // container only: the first address block, or the second when met again
-  FirstAddress,     // street address
-  SecondAddress,    // post box address
+  Document,        // in no container of those below
+  Copayment,       // Zuzahlungsstatus
+  StreetAddress,   // container only: the first address block, or the second when met again
+  PostBoxAddress,  // container only: the second address block
+  FirstAddress,
+  SecondAddress,
   FurtherAddress,   // an address block that has no rows
   SettlingInsurer,  // abrechnender Kostenträger
 };
@@ -46,9 +47,9 @@ constexpr int HouseNumberRow = 9;
 constexpr int AddressSupplementRow = 10;
 
 constexpr ContainerRule PdContainers[]{
-    {"ANSCHRIFT", Place::NextAddress},
-    {"STRASSENADRESSE", Place::FirstAddress},
-    {"POSTFACHADRESSE", Place::SecondAddress},
+    {"ANSCHRIFT", Place::StreetAddress},
+    {"STRASSENADRESSE", Place::StreetAddress},
+    {"POSTFACHADRESSE", Place::PostBoxAddress},
 };
 
 constexpr FieldRule PdRules[]{
@@ -155,6 +156,26 @@ QString FieldName(const XmlElement& element, Place place) {
   }
 }
 
+// The text of an element in one line. Other blanks than those of XML belong to the data.
+QString Collapsed(const QString& text) {
+  const auto isBlank = [](QChar character) {
+    return character == u' ' || character == u'\t' || character == u'\r' || character == u'\n';
+  };
+  QString line;
+  line.reserve(text.size());
+  bool isBetween = false;
+  for (const QChar character : text) {
+    if (isBlank(character)) {
+      isBetween = !line.isEmpty();
+      continue;
+    }
+    if (isBetween) line += u' ';
+    isBetween = false;
+    line += character;
+  }
+  return line;
+}
+
 // TT.MM.JJJJ from JJJJMMTT; nothing where the text has another form. A day or a month that is not
 // known is 00 and stays so.
 std::optional<QString> DateText(const QString& date) {
@@ -175,7 +196,7 @@ class FieldWalk {
 
   void Run(const XmlElement& root) {
     Enter(root, Place::Document);
-    if (firstAddressMet_) return;
+    if (isFirstTaken_) return;
     for (auto& [element, text] : ofSecondAddress_) insured_[element] = std::move(text);
   }
 
@@ -202,21 +223,27 @@ class FieldWalk {
     const std::string_view name = element.LocalName();
     for (const ContainerRule& rule : containers_) {
       if (!EqualsUpperCased(name, rule.element)) continue;
-      const Place place = rule.place == Place::NextAddress ? NextAddress() : rule.place;
-      if (place == Place::FirstAddress) firstAddressMet_ = true;
-      return place;
+      if (rule.place == Place::StreetAddress) return StreetAddressInside(outside);
+      return rule.place == Place::PostBoxAddress ? TakeSecondAddress() : rule.place;
     }
     return outside;
   }
 
-  Place NextAddress() {
-    ++addresses_;
-    if (addresses_ == 1) return Place::FirstAddress;
-    return addresses_ == 2 ? Place::SecondAddress : Place::FurtherAddress;
+  // A street address inside an address is part of that one.
+  Place StreetAddressInside(Place outside) {
+    const bool isInAddress = outside == Place::FirstAddress || outside == Place::SecondAddress ||
+                             outside == Place::FurtherAddress;
+    if (isInAddress) return outside;
+    if (std::exchange(isFirstTaken_, true)) return TakeSecondAddress();
+    return Place::FirstAddress;
+  }
+
+  Place TakeSecondAddress() {
+    return std::exchange(isSecondTaken_, true) ? Place::FurtherAddress : Place::SecondAddress;
   }
 
   void Store(const XmlElement& element, const FieldRule& rule) {
-    const QString text = element.Text();
+    const QString text = Collapsed(element.Text());
     const std::optional<QString> date =
         rule.date == DateIn::Nowhere ? std::nullopt : DateText(text);
     VsdField& field = fields_.at(static_cast<std::size_t>(rule.row));
@@ -236,8 +263,8 @@ class FieldWalk {
   std::span<const FieldRule> rules_;
   FieldTable& fields_;
   InsuredData& insured_;
-  int addresses_ = 0;  // containers Anschrift met
-  bool firstAddressMet_ = false;
+  bool isFirstTaken_ = false;  // address blocks
+  bool isSecondTaken_ = false;
   std::vector<std::pair<Element, QString>> ofSecondAddress_;
 };
 

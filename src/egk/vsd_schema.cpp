@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStringDecoder>
 
 #include "egk/prepared_schema.h"
@@ -10,6 +11,8 @@
 namespace kartocheck {
 
 namespace {
+
+constexpr qint64 LongestSchemaFile = 1 << 20;
 
 // A file that is neither UTF-16 with its mark nor correct UTF-8 is in the 8-bit code page.
 QString DecodeSchema(const QByteArray& bytes) {
@@ -33,9 +36,12 @@ const PreparedSchema& HeldSchema::Prepared() const {
 }
 
 QString ReadSchemaText(const QString& path) {
+  // A pipe or a device might not come back, or have no end.
   QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) return {};
-  const QString text = DecodeSchema(file.readAll());
+  if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) return {};
+  const QByteArray bytes = file.read(LongestSchemaFile + 1);
+  if (bytes.size() > LongestSchemaFile) return {};
+  const QString text = DecodeSchema(bytes);
   const qsizetype start = text.indexOf(u'<');
   return start < 0 ? QString() : text.sliced(start);
 }

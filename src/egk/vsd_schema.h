@@ -31,7 +31,8 @@ struct ValidationSettings {
   PerVsdKind<HeldSchema> schemas;
 };
 
-// The text of a schema file from its first "<" on; empty where it cannot be read or holds none.
+// The text of a schema file from its first "<" on; empty where it cannot be read or holds none, and
+// where it is no ordinary file of at most 1 MiB. The public schemas have some 10 KiB.
 [[nodiscard]] QString ReadSchemaText(const QString& path);
 
 // The text of the kind's schema file in the first of the directories that has it; empty where none

@@ -208,8 +208,9 @@ ReadOutcome ReadOverOpenLink(const ReadTarget& with, bool& egk) {
   return ReportNoCard(with);
 }
 
+// What counts as data that were read is decided here alone: without any, the next read reads again.
 void TakeOver(const ReadTarget& with, bool egk) {
-  with.info.DataRead = !with.insured.IsEmpty() || !with.egk.IsEmpty();
+  with.info.DataRead = !with.insured.IsEmpty() || with.egk.HoldsData();
   with.info.EgkData = egk && with.info.DataRead;
 }
 

@@ -34,7 +34,8 @@ struct ReadTarget {
 // after the user agreed. Every way out past the open resets the terminal and closes the link.
 //
 // The slot is emptied first, so that nothing of an earlier person shows, and again on every outcome
-// but Done; DataRead and EgkData tell afterwards what the slot holds.
+// but Done; DataRead and EgkData tell afterwards what the slot holds. An eGK's serial number alone
+// is no data.
 [[nodiscard]] ReadOutcome ReadCardData(const ReadTarget& target);
 
 // Empties the slot: insured data, eGK data and the two flags that tell of them.

@@ -11,4 +11,7 @@ namespace kartocheck {
 // to the texts; an empty line gives two line breaks in a row.
 [[nodiscard]] QString Lines(std::initializer_list<QStringView> lines);
 
+// The text in one line: a blank for every line break, whichever character or pair makes it.
+[[nodiscard]] QString OneLine(QStringView text);
+
 }  // namespace kartocheck

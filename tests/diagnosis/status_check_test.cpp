@@ -40,13 +40,13 @@ struct StatusRow {
 
 constexpr QStringView Before = u"PC (ASN-1)";
 
-TerminalInfo InfoOf(const Known& known) {
+TerminalInfo InfoOf(const Known& known, bool refusedBefore) {
   TerminalInfo info;
   info.DisplayText = Before;
   info.ProductCode = known.product;
   info.Answered = known.answered;
   info.Reset95 = known.mobile;
-  info.SelectRefused = true;  // of an earlier check
+  info.SelectRefused = refusedBefore;
   return info;
 }
 
@@ -54,24 +54,27 @@ class StatusCheckTest : public testing::TestWithParam<StatusRow> {};
 
 TEST_P(StatusCheckTest, Result) {
   const StatusRow& row = GetParam();
-  Dialogue dialogue(row.script);
-  Link link(dialogue);
-  TerminalInfo info = InfoOf(row.known);
-  EXPECT_EQ(CheckStatus({link.session, Port(row.pn), info, link.dialogs}), row.result);
+  // What an earlier check found out stays until the port is scanned again.
+  for (const bool refusedBefore : {false, true}) {
+    Dialogue dialogue(row.script);
+    Link link(dialogue);
+    TerminalInfo info = InfoOf(row.known, refusedBefore);
+    EXPECT_EQ(CheckStatus({link.session, Port(row.pn), info, link.dialogs}), row.result);
 
-  ASSERT_EQ(link.dialogs.boxes.size(), row.box.isEmpty() ? 0U : 1U);
-  if (!row.box.isEmpty()) {
-    const ShownBox& box = link.dialogs.boxes[0];
-    EXPECT_EQ(box.title, u" KartoCheck ");
-    EXPECT_EQ(box.text, row.box);
-    EXPECT_EQ(box.icon, Icon::Critical);
-    EXPECT_FALSE(box.isQuestion) << "OK only";
+    ASSERT_EQ(link.dialogs.boxes.size(), row.box.isEmpty() ? 0U : 1U);
+    if (!row.box.isEmpty()) {
+      const ShownBox& box = link.dialogs.boxes[0];
+      EXPECT_EQ(box.title, u" KartoCheck ");
+      EXPECT_EQ(box.text, row.box);
+      EXPECT_EQ(box.icon, Icon::Critical);
+      EXPECT_FALSE(box.isQuestion) << "OK only";
+    }
+    EXPECT_EQ(info.DisplayText.Trimmed(), row.displayOrPrinter ? u"LCD-Anzeige/Drucker" : Before);
+    EXPECT_EQ(info.SelectRefused, refusedBefore || row.selectRefused);
+    EXPECT_FALSE(link.session.IsOpen());
+    EXPECT_EQ(info.Answered, row.known.answered);
+    EXPECT_EQ(info.Reset95, row.known.mobile);
   }
-  EXPECT_EQ(info.DisplayText.Trimmed(), row.displayOrPrinter ? u"LCD-Anzeige/Drucker" : Before);
-  EXPECT_EQ(info.SelectRefused, row.selectRefused);
-  EXPECT_FALSE(link.session.IsOpen());
-  EXPECT_EQ(info.Answered, row.known.answered);
-  EXPECT_EQ(info.Reset95, row.known.mobile);
 }
 
 constexpr QStringView NotSwitchedOn =

@@ -82,7 +82,7 @@ struct HandheldRow {
   const char* sentence;
   const char* maker;
   const char* header;   // of the second data object, in digits
-  const char* version;  // nine bytes, as in a dialogue
+  const char* version;  // nine bytes, as in a dialogue; fewer where the object is cut
   int tail;             // bytes behind the version
   QStringView expected;
 
@@ -123,14 +123,24 @@ INSTANTIATE_TEST_SUITE_P(
         {"more data behind the object", "NVRHC", "D7 36", "'123456789'", 30, u"V 123.456.789"},
         {"an object of 53 bytes is too short", "NVRHC", "D7 35", "'123456789'", 14, u"2.1.3"},
         {"another object", "NVRHC", "D6 36", "'123456789'", 14, u"2.1.3"},
-        {"a cut object leaves the version", "NVRHC", "D7 36", "'123456789'", 13, u"2.1.3"},
-        {"a longer object that is cut leaves the version", "NVRHC", "D7 40", "'123456789'", 23,
-         u"2.1.3"},
+        {"an object cut behind the version", "NVRHC", "D7 36", "'123456789'", 0, u"V 123.456.789"},
+        {"a longer object that is cut", "NVRHC", "D7 40", "'123456789'", 23, u"V 123.456.789"},
+        {"an object cut in the version", "NVRHC", "D7 36", "'1234'", 0, u"V 123.4."},
+        {"an object cut before the version", "NVRHC", "D7 36", "", 0, u"V .."},
+        {"the longest object, cut", "NVRHC", "D7 FF", "'123456789'", 14, u"V 123.456.789"},
         {"the other maker's second object is not read", "DENRV", "D7 36", "'123456789'", 14,
          u"2.1.3"},
         {"a maker in lower case is another maker", "nvrhc", "D7 36", "'123456789'", 14, u"2.1.3"},
     }),
     SentenceName());
+
+TEST(HandheldVersionTest, AnAnnouncedObjectWithoutAByteRebuildsTheVersion) {
+  Dialogue dialogue("> 20 13 00 46 00\n< 46 0F 'NVRHCPKTDM2.1.3' D7 36 90 00");
+  Link link(dialogue);
+  TerminalInfo info;
+  EXPECT_EQ(ReadManufacturerData(link.session, info), Identification::Finished);
+  EXPECT_EQ(info.SoftwareVersion.Trimmed(), u"V ..");
+}
 
 TEST(HandheldVersionTest, WithoutASecondObjectTheVersionStays) {
   Dialogue dialogue("> 20 13 00 46 00\n< 46 0F 'NVRHCPKTDM2.1.3' 90 00");

@@ -33,8 +33,10 @@ TEST_P(EgkDataPiece, IsSomethingUntilCleared) {
   EgkData egk;
   GetParam().write(egk);
   EXPECT_FALSE(egk.IsEmpty());
+  EXPECT_EQ(egk.HoldsData(), egk.iccsn.isEmpty()) << "a serial number is no data, all else is";
   egk.Clear();
   EXPECT_TRUE(egk.IsEmpty());
+  EXPECT_FALSE(egk.HoldsData());
 }
 
 INSTANTIATE_TEST_SUITE_P(

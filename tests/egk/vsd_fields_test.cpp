@@ -288,6 +288,79 @@ TEST_F(VsdFields, AddressContainersTakeTheBlocksInDocumentOrder) {
   EXPECT_EQ(insured_[Element::Town], QStringLiteral("A"));
 }
 
+TEST_F(VsdFields, BothContainersOfStreetAddressesTakeTheBlocksInDocumentOrder) {
+  const QString anschrift = QStringLiteral(
+      "<Anschrift><Ort>A</Ort><Strasse>Weg</Strasse><Postfach>1</Postfach></Anschrift>");
+  const QString street = QStringLiteral(
+      "<StrassenAdresse><Ort>B</Ort><Strasse>Gasse</Strasse><Hausnummer>2</Hausnummer>"
+      "</StrassenAdresse>");
+  Map(MapPdFields, anschrift + street);
+  ExpectRow(6, u"Ort (1. Anschrift) ", u"A");
+  ExpectRow(8, u"Strasse (1. Anschrift) ", u"Weg");
+  ExpectRow(11, u"Postfach (1. Anschrift) ", u"1");
+  ExpectRow(13, u"Ort (2. Anschrift) ", u"B");
+  ExpectRow(15, u"Strasse (2. Anschrift) ", u"Gasse");
+  ExpectRow(16, u"Hausnummer (2. Anschrift) ", u"2");
+  ExpectOnlyRows({6, 8, 11, 13, 15, 16});
+  EXPECT_EQ(insured_[Element::Town], QStringLiteral("A"));
+  EXPECT_EQ(insured_[Element::Street], QStringLiteral("Weg  "));
+
+  fields_ = {};
+  insured_.Clear();
+  Map(MapPdFields, street + anschrift);
+  ExpectRow(6, u"Ort (1. Anschrift) ", u"B");
+  ExpectRow(9, u"Hausnummer (1. Anschrift) ", u"2");
+  ExpectRow(13, u"Ort (2. Anschrift) ", u"A");
+  ExpectRow(18, u"Postfach (2. Anschrift) ", u"1");
+  ExpectOnlyRows({6, 8, 9, 13, 15, 18});
+  EXPECT_EQ(insured_[Element::Town], QStringLiteral("B"));
+  EXPECT_EQ(insured_[Element::Street], QStringLiteral("Gasse 2 "));
+}
+
+TEST_F(VsdFields, TwoStreetAddressesAreTwoBlocks) {
+  Map(MapPdFields, QStringLiteral("<StrassenAdresse><Ort>A</Ort></StrassenAdresse>"
+                                  "<STRASSENADRESSE><Ort>B</Ort></STRASSENADRESSE>"));
+  ExpectRow(6, u"Ort (1. Anschrift) ", u"A");
+  ExpectRow(13, u"Ort (2. Anschrift) ", u"B");
+  EXPECT_EQ(insured_[Element::Town], QStringLiteral("A"));
+}
+
+// Whatever the blocks are, no row mixes two addresses.
+TEST_F(VsdFields, AnAddressThatFindsNoBlockLeftIsNotStored) {
+  for (const char* const blocks : {"SAP", "ASP", "AAP", "PSA", "PPS", "SPP", "SPS", "ASS"}) {
+    SCOPED_TRACE(blocks);
+    fields_ = {};
+    insured_.Clear();
+    QString content;
+    int number = 0;
+    for (const char block : std::string(blocks)) {
+      const QString name = block == 'A'   ? QStringLiteral("Anschrift")
+                           : block == 'S' ? QStringLiteral("StrassenAdresse")
+                                          : QStringLiteral("PostfachAdresse");
+      content += QStringLiteral("<%1><Ort>Ort %2</Ort><Postleitzahl>%2</Postleitzahl></%1>")
+                     .arg(name)
+                     .arg(++number);
+    }
+    Map(MapPdFields, content);
+    ExpectOnlyRows({5, 6, 12, 13});
+    EXPECT_EQ(fields_[6].value, u"Ort " + fields_[5].value);
+    EXPECT_EQ(fields_[13].value, u"Ort " + fields_[12].value);
+    EXPECT_NE(fields_[5].value, fields_[12].value);
+    EXPECT_EQ(insured_[Element::Town], fields_[6].value);
+    EXPECT_EQ(insured_[Element::PostalCode], fields_[5].value);
+  }
+}
+
+TEST_F(VsdFields, AStreetAddressInsideAnAddressIsPartOfIt) {
+  Map(MapPdFields,
+      QStringLiteral("<Anschrift><Ort>A</Ort><StrassenAdresse><Strasse>Weg</Strasse>"
+                     "</StrassenAdresse></Anschrift><Anschrift><Ort>B</Ort></Anschrift>"));
+  ExpectRow(6, u"Ort (1. Anschrift) ", u"A");
+  ExpectRow(8, u"Strasse (1. Anschrift) ", u"Weg");
+  ExpectRow(13, u"Ort (2. Anschrift) ", u"B");
+  ExpectOnlyRows({6, 8, 13});
+}
+
 TEST_F(VsdFields, AddressElementsOutsideABlockAreNone) {
   Map(MapPdFields, QStringLiteral("<Ort>A</Ort><Person><Strasse>B</Strasse></Person>"));
   ExpectOnlyRows({});
@@ -408,6 +481,37 @@ TEST_F(VsdFields, AnEmptyElementFillsItsRowWithNothing) {
 TEST_F(VsdFields, TextIsTakenWithEntitiesCommentsAndSections) {
   Map(MapVdFields, QStringLiteral("<Name>A &amp; B<!-- c --> &#228;<![CDATA[<D>]]></Name>"));
   ExpectRow(3, u"Name", u"A & B ä<D>");
+}
+
+TEST_F(VsdFields, TextIsTakenInOneLine) {
+  Map(MapVdFields,
+      QStringLiteral("<Name>\r\n\t  Kasse\n  am \r\n\t Weg &#13;&#10;&#9; 1 \n</Name>"));
+  ExpectRow(3, u"Name", u"Kasse am Weg 1");
+  EXPECT_EQ(insured_[Element::InsurerName], QStringLiteral("Kasse am Weg 1"));
+  Map(MapVdFields, QStringLiteral("<Name> \n\t </Name>"));
+  ExpectRow(3, u"Name", u"");
+}
+
+TEST_F(VsdFields, OtherBlanksThanThoseOfXmlBelongToTheText) {
+  Map(MapVdFields, QStringLiteral("<Name>&#160;Kasse&#160;&#160;1&#8195;</Name>"));
+  ExpectRow(3, u"Name",
+            u"\x00A0Kasse\x00A0\x00A0"
+            u"1\x2003");
+}
+
+TEST_F(VsdFields, ADateWithBlanksAroundItIsADate) {
+  for (const char* const text : {" 19640812", "19640812 ", "\n  19640812\r\n", "\t19640812"}) {
+    insured_.Clear();
+    const QString date = QString::fromLatin1(text);
+    Map(MapPdFields, QString(u"<Geburtsdatum>" % date % u"</Geburtsdatum>"));
+    ExpectRow(1, u"Geburtsdatum", u"19640812");
+    EXPECT_EQ(insured_[Element::BirthDate], QStringLiteral("12.08.1964"));
+    Map(MapVdFields, QString(u"<Ende>" % date % u"</Ende>"));
+    ExpectRow(1, u"Ende", u"12.08.1964");
+    EXPECT_EQ(insured_[Element::ValidUntil], QStringLiteral("12.08.1964"));
+  }
+  Map(MapPdFields, QStringLiteral("<Geburtsdatum>1964 0812</Geburtsdatum>"));
+  ExpectRow(1, u"Geburtsdatum", u"1964 0812");
 }
 
 TEST_F(VsdFields, TheRootItselfIsNoField) {

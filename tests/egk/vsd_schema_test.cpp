@@ -124,6 +124,7 @@ PreparedSchema FromFile(const char* name) {
 
 TEST(PreparedSchema, IsForItsTargetNamespace) {
   const PreparedSchema schema = FromFile("any_content.xsd");
+  EXPECT_TRUE(schema.IsUsable());
   EXPECT_NE(schema.For(DataNamespace.toString()), nullptr);
   EXPECT_EQ(schema.For(QStringLiteral("urn:erfunden")), nullptr);
   EXPECT_EQ(schema.For(QString()), nullptr);
@@ -161,6 +162,7 @@ TEST(PreparedSchema, ThatDoesNotCompileIsForNoDocumentAndHasARoot) {
         "includes_other.xsd", "imports_other.xsd", "redefines_other.xsd"}) {
     const PreparedSchema schema = FromFile(name);
     EXPECT_TRUE(schema.HasRoot()) << name;
+    EXPECT_FALSE(schema.IsUsable()) << name;
     EXPECT_EQ(schema.For(DataNamespace.toString()), nullptr) << name;
   }
 }
@@ -169,6 +171,7 @@ TEST(PreparedSchema, ThatIsNoDocumentHasNoRoot) {
   for (const char* const name : {"not_well_formed.xsd", "document_type.xsd"}) {
     const PreparedSchema schema = FromFile(name);
     EXPECT_FALSE(schema.HasRoot()) << name;
+    EXPECT_FALSE(schema.IsUsable()) << name;
     EXPECT_EQ(schema.For(DataNamespace.toString()), nullptr) << name;
     EXPECT_EQ(schema.Version(), QString()) << name;
   }

@@ -37,7 +37,8 @@ void ReadOnce(fuzz::ByteSource& source) {
   const bool isDone = outcome == ReadOutcome::Done;
   const bool isEmpty = insured.IsEmpty() && egk.IsEmpty();
   fuzz::Require(isDone || isEmpty, "a failed read leaves nothing");
-  fuzz::Require(info.DataRead == (isDone && !isEmpty), "DataRead tells of data");
+  const bool hasData = !insured.IsEmpty() || egk.HoldsData();
+  fuzz::Require(info.DataRead == (isDone && hasData), "DataRead tells of data");
   fuzz::Require(!info.EgkData || info.DataRead, "EgkData tells of data");
 }
 

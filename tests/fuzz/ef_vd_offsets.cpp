@@ -79,7 +79,7 @@ QByteArray BlockOnCard(const QByteArray& file, qsizetype index, int longest, boo
   const int start = NumberOf(file, index);
   const int end = NumberOf(file, index + 2);
   if (file.size() < index + 4) return {};
-  if (isVd && (start == 0 || end == 0 || end >= OffsetLimit)) return {};
+  if (isVd && (start == 0 || end == 0)) return {};
   if (start >= OffsetLimit || end < start || end - start >= longest) return {};
   if (!isVd && start == 0 && end == 0) return {};
   return file.mid(start, end - start + 1);

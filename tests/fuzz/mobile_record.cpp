@@ -17,9 +17,23 @@ struct Objects {
   QByteArray date;
   QByteArray approval;
   QByteArray checksum;
+  bool hasDate = false;
+  bool hasApproval = false;
+  bool hasChecksum = false;
+  QByteArray rest;  // behind the objects
   bool fits = false;
   qsizetype statusObject = 0;  // bytes, with tag and length where it has them
+
+  [[nodiscard]] bool LackDateAndApproval() const {
+    const bool isFiller =
+        rest == QByteArray(rest.size(), '\0') || rest == QByteArray(rest.size(), '\xFF');
+    return !hasDate && !hasApproval && isFiller;
+  }
 };
+
+bool IsKnownTag(int tag) {
+  return tag == 0xA0 || (tag >= 0x91 && tag <= 0x93);
+}
 
 Objects ObjectsOf(const QByteArray& record) {
   Objects objects;
@@ -29,8 +43,9 @@ Objects ObjectsOf(const QByteArray& record) {
     at = objects.status.size();
     objects.statusObject = at;
   }
-  while (at + 2 <= record.size()) {
+  while (at < record.size()) {
     const int tag = record[at] & 0xFF;
+    if (!IsKnownTag(tag) || at + 2 > record.size()) break;
     const int length = record[at + 1] & 0xFF;
     if (at + 2 + length > record.size()) break;
     const QByteArray value = record.mid(at + 2, length);
@@ -39,20 +54,22 @@ Objects ObjectsOf(const QByteArray& record) {
       objects.statusObject = 2 + length;
     } else if (tag == 0x91) {
       objects.date = value;
+      objects.hasDate = true;
     } else if (tag == 0x92) {
       objects.approval = value;
-    } else if (tag == 0x93) {
+      objects.hasApproval = true;
+    } else {
       objects.checksum = value;
+      objects.hasChecksum = true;
       char sum = 0;
       for (const char byte : record.left(at + 2)) sum = static_cast<char>(sum ^ byte);
       const bool isZeroed = std::count(value.begin(), value.end() - (length > 0 ? 1 : 0), '\0') ==
                             length - (length > 0 ? 1 : 0);
       objects.fits = length > 0 && isZeroed && value.back() == sum;
-    } else {
-      break;
     }
     at += 2 + length;
   }
+  objects.rest = record.mid(at);
   return objects;
 }
 
@@ -65,9 +82,10 @@ bool IsDate(const QByteArray& text) {
 int FaultsOf(const Objects& objects, int longest) {
   const QString approval = TextOf(objects.approval).left(longest).trimmed();
   const bool hasMaker = !approval.left(approval.indexOf(u';')).trimmed().isEmpty();
-  const bool faults[]{!objects.fits,
-                      !IsDate(objects.date),
-                      !hasMaker,
+  const bool lacks = objects.LackDateAndApproval();
+  const bool faults[]{!objects.fits && !(lacks && !objects.hasChecksum),
+                      !lacks && !IsDate(objects.date.left(8)),
+                      !lacks && !hasMaker,
                       objects.statusObject > longest,
                       objects.date.size() > 8,
                       objects.approval.size() > longest};
@@ -90,9 +108,12 @@ void ReadOnce(const QByteArray& record, bool isExtended) {
   const int longest = isExtended ? 38 : 27;
   fuzz::Require(stored.statusText == hex::Encode(objects.status.left(25)), "status");
   fuzz::Require(stored.storedDate == TextOf(objects.date.left(8)), "reading date");
-  fuzz::Require(stored.convertedDate.size() == (IsDate(objects.date) ? 10 : 0), "TT.MM.JJJJ");
+  fuzz::Require(stored.convertedDate.size() == (IsDate(objects.date.left(8)) ? 10 : 0),
+                "TT.MM.JJJJ");
   fuzz::Require(stored.approvalNumber == TextOf(objects.approval).left(longest).trimmed(),
                 "approval number");
+  fuzz::Require(LacksDateAndApproval(hex::Encode(record)) == objects.LackDateAndApproval(),
+                "a missing date and approval number");
   fuzz::Require(stored.checksumText == hex::Encode(objects.checksum), "checksum");
   fuzz::Require(link.dialogs.messages == FaultsOf(objects, longest), "every fault is told once");
   fuzz::Require(insured.IsEmpty(), "nothing is stored");

@@ -43,6 +43,13 @@ class MenuTest : public testing::Test {
     return file.fileName();
   }
 
+  static QString Schema(const QString& targetNamespace) {
+    return QStringLiteral(
+               "<xs:schema xmlns:xs=\"http://www.w3.org/2001/XMLSchema\" targetNamespace=\"%1\">"
+               "<xs:element name=\"a\"/></xs:schema>")
+        .arg(targetNamespace);
+  }
+
   const QString& Held(VsdKind kind) { return program.module.Validation.schemas[kind].Text(); }
 
   // Reads the card on COM 1 with the schemas that are loaded; the validation text of a kind.
@@ -91,13 +98,13 @@ TEST_F(MenuTest, SchemaDialogAsksForXsdFiles) {
 TEST_F(MenuTest, EachSchemaEntryLoadsItsKind) {
   const VsdKind kinds[] = {VsdKind::Vd, VsdKind::Pd, VsdKind::Gvd};
   for (int entry = 0; entry < 3; ++entry) {
-    const QString text = QStringLiteral("<schema%1/>").arg(entry);
+    const QString text = Schema(QStringLiteral("urn:%1").arg(entry));
     LoadSchema(entry, File(QStringLiteral("neu%1.xsd").arg(entry), "kopf " + text.toUtf8()));
     EXPECT_EQ(Held(kinds[entry]), text);
     EXPECT_EQ(program.Text(QStringLiteral("Labl_StatusText")),
               QStringLiteral("Das Schema neu%1.xsd wurde geladen").arg(entry));
   }
-  EXPECT_EQ(Held(VsdKind::Vd), u"<schema0/>");
+  EXPECT_EQ(Held(VsdKind::Vd), Schema(QStringLiteral("urn:0")));
 }
 
 TEST_F(MenuTest, ACancelledDialogChangesNothing) {
@@ -120,10 +127,8 @@ TEST_F(MenuTest, DataAreValidatedAgainstTheLoadedSchema) {
   Entry(QStringLiteral("mnuValidierung")).trigger();
   const QString fitting =
       QStringLiteral(KARTOCHECK_SCHEMAS "/UC_PersoenlicheVersichertendatenXML.xsd");
-  const QString foreign =
-      File(QStringLiteral("fremd.xsd"),
-           "<xs:schema xmlns:xs=\"http://www.w3.org/2001/XMLSchema\" "
-           "targetNamespace=\"http://example.org/fremd\"><xs:element name=\"a\"/></xs:schema>");
+  const QString foreign = File(QStringLiteral("fremd.xsd"),
+                               Schema(QStringLiteral("http://example.org/fremd")).toUtf8());
   const QString broken = File(QStringLiteral("kaputt.xsd"), "<xs:schema><nicht zu Ende");
   const QString missing = QStringLiteral(
       "Eine Validierung der XML Daten  konnte nicht durchgeführt werden!\n\n"
@@ -137,14 +142,16 @@ TEST_F(MenuTest, DataAreValidatedAgainstTheLoadedSchema) {
             u"UC_PersoenlicheVersichertendatenXML (5.2.0)\nwar erfolgreich!");
   EXPECT_EQ(program.Text(QStringLiteral("Labl_Wert_9")), u"Beispiel");
 
+  BoxAnswerer user({PressButton(QMessageBox::Ok)});
+  LoadSchema(1, broken);
+  EXPECT_TRUE(user.seen.at(0).text.contains(u"kaputt.xsd"));
+  EXPECT_TRUE(ValidationTextAfterRead(VsdKind::Pd).endsWith(u"\nwar erfolgreich!"));
+
   LoadSchema(1, foreign);
   EXPECT_EQ(ValidationTextAfterRead(VsdKind::Pd),
             u"Eine Validierung der XML Daten  konnte nicht durchgeführt werden!\n\n"
             u"Der URI-Verweis für den Namespace dieses Schemas ist nicht zutreffend!");
   EXPECT_EQ(program.Text(QStringLiteral("Labl_Wert_9")), u"");
-
-  LoadSchema(1, broken);
-  EXPECT_EQ(ValidationTextAfterRead(VsdKind::Pd), missing);
 }
 
 TEST_F(MenuTest, WithoutValidationDataAreShownAsTheyAre) {

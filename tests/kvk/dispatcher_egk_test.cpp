@@ -122,6 +122,31 @@ TEST_F(DispatcherEgkTest, AFailedReadLeavesNothingOfWhatTheReaderWrote) {
   reading.ExpectEmptySlot();
 }
 
+TEST_F(DispatcherEgkTest, ASerialNumberAloneIsKeptAndNoDataRead) {
+  Dialogue dialogue(Stationary);
+  SlotReading reading(dialogue, {});
+  NotedEgkReaders::read = [](const EgkTarget& target) -> EgkResult {
+    target.egk.iccsn = QStringLiteral("80276001000000000001");
+    return EgkResult::Finished;
+  };
+  EXPECT_EQ(reading.Read(), ReadOutcome::Done);
+  EXPECT_EQ(reading.egk.iccsn, u"80276001000000000001");
+  EXPECT_FALSE(reading.info.DataRead);
+  EXPECT_FALSE(reading.info.EgkData);
+}
+
+TEST_F(DispatcherEgkTest, ACardsStatusIsDataToo) {
+  Dialogue dialogue(Stationary);
+  SlotReading reading(dialogue, {});
+  NotedEgkReaders::read = [](const EgkTarget& target) -> EgkResult {
+    target.egk.statusText = QStringLiteral("30");
+    return EgkResult::Finished;
+  };
+  EXPECT_EQ(reading.Read(), ReadOutcome::Done);
+  EXPECT_TRUE(reading.info.DataRead);
+  EXPECT_TRUE(reading.info.EgkData);
+}
+
 TEST_F(DispatcherEgkTest, AReadWithoutAnyDataIsNoDataRead) {
   Dialogue dialogue(Stationary);
   SlotReading reading(dialogue, {});

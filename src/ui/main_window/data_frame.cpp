@@ -1,5 +1,7 @@
 #include "ui/main_window/data_frame.h"
 
+#include "text/lines.h"
+
 namespace kartocheck {
 
 namespace {
@@ -46,7 +48,7 @@ DataFrame DataFrameOf(const TerminalInfo& info, const InsuredData& insured) {
 QString ClipboardText(const TerminalInfo& info, const InsuredData& insured) {
   QString text;
   for (const ElementDescription& element : ShownElements) {
-    if (IsDelivered(element, info.IsMobile())) text += insured[element.Which] + u"\r\n";
+    if (IsDelivered(element, info.IsMobile())) text += OneLine(insured[element.Which]) + u"\r\n";
   }
   return text;
 }

@@ -31,8 +31,8 @@ struct DataFrame {
 // eGK, card or mobile record); the supplement's rows are filled for mobile terminals only.
 [[nodiscard]] DataFrame DataFrameOf(const TerminalInfo& info, const InsuredData& insured);
 
-// The data as text for the clipboard: one line an element, ended by CR LF, empty ones too. Lines
-// of the supplement for a mobile terminal only.
+// The data as text for the clipboard: one line an element, ended by CR LF, empty ones too: 16
+// lines, with the supplement of a mobile terminal 18, whatever the elements hold.
 [[nodiscard]] QString ClipboardText(const TerminalInfo& info, const InsuredData& insured);
 
 }  // namespace kartocheck

@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 
+#include "egk/prepared_schema.h"
 #include "text/lines.h"
 #include "text/status_texts.h"
 
@@ -260,14 +261,18 @@ void TestFlow::SetValidation(bool on) {
 void TestFlow::LoadSchema(VsdKind kind, const QString& file) {
   if (module_.IsBusy()) return;
   const QString name = QFileInfo(file).fileName();
-  const QString text = ReadSchemaText(file);
-  if (text.isEmpty()) {
+  HeldSchema chosen;
+  chosen.SetText(ReadSchemaText(file));
+  if (!chosen.Prepared().IsUsable()) {
+    const QStringView reason =
+        chosen.Prepared().HasRoot()
+            ? u"Die Datei enthält kein Schema, das für sich allein verwendet werden kann."
+            : u"Die Datei ist nicht lesbar oder enthält kein XML.";
     return dialogs_.Tell(Icon::Exclamation, Dialogs::Title.toString(),
-                         Lines({u"Das Schema konnte nicht geladen werden:", name, u"",
-                                u"Die Datei ist nicht lesbar oder enthält kein XML.",
+                         Lines({u"Das Schema konnte nicht geladen werden:", name, u"", reason,
                                 u"Das bisherige Schema wird weiter verwendet."}));
   }
-  module_.SetSchema(kind, text);
+  module_.SetSchema(kind, chosen);
   display_.ShowStatusText(u"Das Schema " + name + u" wurde geladen");
 }
 

@@ -46,8 +46,8 @@ class TestFlow {
   [[nodiscard]] EgkInfo CurrentEgkInfo() const;
   // The menu's "&Validierung": whether eGK data are validated when they are read next.
   void SetValidation(bool on);
-  // Replaces the held schema of a kind by the file's text. A file that cannot be read or holds no
-  // markup is told, and the held text stays.
+  // Replaces the held schema of a kind by the file's. One that a document could not be validated
+  // against is told, and the held one stays.
   void LoadSchema(VsdKind kind, const QString& file);
 
  private:

@@ -77,16 +77,41 @@ INSTANTIATE_TEST_SUITE_P(Card, CardVdOffsetsTest,
                              {"both 0", 0, 0, 0},
                              {"a start of 1 with an end of 1", 1, 1, 1},
                              {"up to the last offset", 0x7FFF - 599, 0x7FFF, 600},
-                             {"an end past the last offset", 0x7FFF, 0x8000, 0},
-                             {"a start past the last offset", 0x8000, 0x8100, 0},
                              {"a start past the last offset, an end before the start", 0x8000,
                               0x7FFF, 0},
-                             {"both FFFF", 0xFFFF, 0xFFFF, 0},
                              {"FFFF to 0", 0xFFFF, 0, 0},
                              {"FFFF to 1", 0xFFFF, 1, 0},
                              {"1 to FFFF", 1, 0xFFFF, 0},
                          }),
                          SentenceName());
+
+// READ BINARY cannot address such a block: the read fails, as that of the container's GVD does.
+TEST(CardVdOffsetsTest, BehindTheLastOffset) {
+  for (const auto& [start, end] : {std::pair{0x8000, 0x8100}, {0x8000, 0x8000}, {0xFFFF, 0xFFFF}}) {
+    Dialogue dialogue(CardScript()
+                          .Answering("VdOffsets", Answer({start, end}))
+                          .WithoutRestOfSection("VdOffsets")
+                          .Text()
+                          .c_str());
+    EgkReading reading(dialogue);
+    EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
+    EXPECT_EQ(reading.Boxes(), Texts({u"Read EF VD war nicht erfolgreich!\r\n"}));
+    EXPECT_EQ(reading.insured, SampleElements(true, false));
+  }
+}
+
+TEST(CardVdOffsetsTest, AcrossTheLastOffset) {
+  const std::string reads = Exchange(CommandAt(0x7FFF - 251, 252), QByteArray(252, 'x'));
+  Dialogue dialogue(CardScript()
+                        .Answering("VdOffsets", Answer({0x7FFF - 251, 0x8000 + 299}))
+                        .Replacing("VdBlock", reads)
+                        .Text()
+                        .c_str());
+  EgkReading reading(dialogue);
+  EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
+  EXPECT_EQ(reading.Boxes(), Texts({u"Read EF VD war nicht erfolgreich!\r\n"}));
+  EXPECT_EQ(reading.insured, SampleElements(true, false));
+}
 
 class CardPdLengthTest : public testing::TestWithParam<OffsetRow> {};
 

@@ -274,6 +274,21 @@ TEST(MobileReadTest, AllNotesOfAnExtendedRecordInOneBox) {
                    u"\r\nKommando ERASE BINARY war nicht erfolgreich!"}));
 }
 
+// No box a missing object: the terminal kept none of them.
+TEST(MobileReadTest, ARecordWithoutDateAndApprovalNumberIsNotedOnce) {
+  RecordReading record(PlainRecordScript().Replacing(
+                           "StatusVd", Exchange("00B08C0000", PlainStatusRecord().first(27))),
+                       Terminal::Plain);
+  EXPECT_EQ(record.reading.FromMobile(), EgkResult::Finished);
+  EXPECT_EQ(record.reading.Boxes(),
+            Texts({u"\r\nZu diesem Datensatz wurden weder Einlesedatum noch Zulassungsnummer "
+                   u"gespeichert!"}));
+  record.reading.ExpectInformationBoxes();
+  EXPECT_EQ(record.reading.egk.stored.statusText.size(), 50);
+  EXPECT_EQ(record.reading.egk.stored.storedDate, u"");
+  EXPECT_EQ(record.reading.insured[Element::ReadingDate], u"");
+}
+
 // First what the files lacked, then what the status data lacked, then what the documents lacked.
 TEST(MobileReadTest, OrderOfTheBoxes) {
   QByteArray status = PlainStatusRecord();

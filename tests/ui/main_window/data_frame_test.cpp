@@ -8,6 +8,7 @@
 
 #include "support/printing.h"
 #include "support/sentence_name.h"
+#include "text/lines.h"
 
 namespace kartocheck::test {
 namespace {
@@ -152,6 +153,23 @@ TEST(ClipboardTextTest, AMobileTerminalsDataHaveTheSupplementWithoutItsChecksum)
   TerminalInfo info;
   info.Reset95 = true;
   EXPECT_EQ(ClipboardText(info, AllElements()), Lines(CardElements + SupplementElements));
+}
+
+TEST(ClipboardTextTest, ALineBreakInAnElementMakesNoLine) {
+  for (const QStringView lineBreak : {u"\r\n", u"\n", u"\r", u"\v", u"\f", u"\x85", u"\x2028"}) {
+    InsuredData insured = AllElements();
+    insured[Element::InsurerName] = u"Muster" + lineBreak + u"kasse";
+    insured[Element::ApprovalNumber] = lineBreak + u"DENRV" + lineBreak;
+    TerminalInfo info;
+    QString text = ClipboardText(info, insured);
+    EXPECT_TRUE(text.startsWith(u"Muster kasse\r\n"));
+    EXPECT_EQ(text.count(u"\r\n"), 16);
+    info.Reset95 = true;
+    text = ClipboardText(info, insured);
+    EXPECT_TRUE(text.endsWith(u"\r\n DENRV \r\n"));
+    EXPECT_EQ(text.count(u"\r\n"), 18);
+    EXPECT_EQ(OneLine(text.remove(QStringLiteral("\r\n"))), text) << "no other break is left";
+  }
 }
 
 TEST(ClipboardTextTest, AnEmptySlotStillGivesItsLines) {

@@ -125,6 +125,51 @@ TEST(ReadButtonTest, DataThatWereReadAlreadyAreShownWithoutAnotherRead) {
   EXPECT_EQ(window.frontEnd.frames[0].values[0], u"element 0");
 }
 
+// An eGK that gives its serial number away and nothing else.
+std::string ReadsSerialNumberAlone(int pn) {
+  const std::string open = "open " + std::to_string(pn);
+  std::string script = open + R"(
+    > 20 12 01 00 01 01
+    < 90 01
+    > 00 A4 04 00 06 D2 76 00 00 01 01
+    < 6A 82
+    close
+  )" + open + R"(
+    > 20 11 00 00 00
+    < 90 00
+    > 20 12 01 00 01 01
+    < 90 01
+    > 20 11 01 00
+    < 90 01
+    > 00 B0 82 00 00
+    < 5A 0A 80 27 60 01 23 00 00 00 00 17 90 00
+  )";
+  for (int section = 0; section < 4; ++section) {
+    script += R"(
+    > 00 A4 04 0C 06 D2 76 00 00 01 02
+    < 62 83
+    )";
+  }
+  return script + R"(
+    > 20 11 00 00 00
+    < 90 00
+    close
+  )";
+}
+
+TEST(ReadButtonTest, AnEgkThatGaveNothingButItsSerialNumberIsReadAgain) {
+  Dialogue dialogue(Check(1) + ReadsSerialNumberAlone(1) + Check(1) + ReadsRecordB(1));
+  Window window(dialogue);
+  window.flow.Button(ReadButton);
+  EXPECT_FALSE(window.module.Terminals[1].DataRead);
+  EXPECT_EQ(window.module.Egk[1].iccsn, u"80276001230000000017");
+  EXPECT_EQ(window.frontEnd.frames.back().title, u"Krankenversicherten Kartendaten");
+  window.flow.Button(ReadButton);
+  EXPECT_TRUE(window.module.Terminals[1].DataRead);
+  EXPECT_EQ(window.module.Egk[1].iccsn, u"");
+  EXPECT_EQ(window.frontEnd.frames.back().values[9], u"Übermaß");
+}
+
 TEST(ReadButtonTest, YesToAnotherTryChecksAndReadsAgain) {
   Dialogue dialogue(Check(1) + FindsNoCard(1) + Check(1) + FindsNoCard(1) + Check(1) +
                     ReadsRecordB(1));
