@@ -27,6 +27,7 @@ int main(int argc, char** argv) {
     const QString directory = QCoreApplication::applicationDirPath();
     if (!line.console) return kartocheck::OpenWindow(directory, argv);
     kartocheck::Outside outside(line, directory);
+    outside.BeginLoading();
     return kartocheck::RunConsoleFrontEnd(line, outside);
   });
 }

@@ -44,6 +44,10 @@ Outside::Outside(const CommandLine& line, const QString& programDirectory) {
   schemaDirectories_ = SchemaDirectoriesOf(line, programDirectory);
 }
 
+void Outside::BeginLoading() {
+  beginLoading_();
+}
+
 void Outside::Simulate(const QString& scenario, const QString& programDirectory) {
   const auto file = ScenarioFile(programDirectory, scenario);
   if (!file) throw std::runtime_error("Szenario nicht gefunden: " + scenario.toStdString());
@@ -66,6 +70,7 @@ void Outside::UseMachine(const CommandLine& line, const QString& programDirector
   auto library = std::make_unique<CtApiLibrary>(HelperProgram(programDirectory),
                                                 Candidates(line, programDirectory), pending_);
   CtApiLibrary& loaded = *library;
+  beginLoading_ = [&loaded] { loaded.BeginLoading(); };
   libraryText_ = [&loaded] { return loaded.LoadedFile(); };
   api_ = std::move(library);
   serial_ = std::make_unique<QtSerialPort>(table);

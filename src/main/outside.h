@@ -28,6 +28,9 @@ class Outside {
   // The call that the library has not answered yet; simulated terminals answer at once.
   [[nodiscard]] PendingCall& Pending() { return pending_; }
 
+  // Lets the library load while its caller does other things.
+  void BeginLoading();
+
   // The library in use; empty as long as none was loaded.
   [[nodiscard]] QString LibraryText() const { return libraryText_(); }
 
@@ -43,6 +46,7 @@ class Outside {
   std::unique_ptr<CtApi> api_;
   std::unique_ptr<SerialPort> serial_;
   std::unique_ptr<const PortDirectory> directory_;
+  std::function<void()> beginLoading_ = [] {};
   std::function<QString()> libraryText_;
   QStringList schemaDirectories_;
 };
