@@ -14,10 +14,10 @@ namespace kartocheck {
 
 class HelperProcess;
 
-// The CT-API through a shared library. The library is loaded for the first call, in a process of its
-// own that serves all ports: what it does to itself stays there. A library that cannot be loaded,
-// or lacks one of the entry points that open, use and close a link, is refused before any is
-// called; without CT_get_baudrate it is refused when that is called. One that lacks the further,
+// The CT-API through a shared library. The library is loaded for the first call, in a process of
+// its own that serves all ports: what it does to itself stays there. A library that cannot be
+// loaded, or lacks one of the entry points that open, use and close a link, is refused before any
+// is called; without CT_get_baudrate it is refused when that is called. One that lacks the further,
 // optional entry point only tells nothing of its ports.
 class CtApiLibrary final : public CtApi {
  public:
@@ -34,8 +34,8 @@ class CtApiLibrary final : public CtApi {
   CtApiLibrary(QString helper, QStringList candidates, PendingCall& pending);
   ~CtApiLibrary() override;
 
-  // Lets the process start and load the library while its caller does other things. What comes of it
-  // is told by the first call.
+  // Lets the process start and load the library while its caller does other things. What comes of
+  // it is told by the first call.
   void BeginLoading();
 
   // Where the library stands that was loaded last; empty before the first call.
