@@ -64,6 +64,7 @@ enum class Output { Shown, Dropped };
 // Runs the command to its end; its exit status, -1 where it cannot be started.
 int RunToItsEnd(const std::vector<std::string>& command, Output output) {
   std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (const std::string& argument : command)
     arguments.push_back(const_cast<char*>(argument.c_str()));
   arguments.push_back(nullptr);

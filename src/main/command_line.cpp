@@ -75,7 +75,7 @@ struct Options {
 // there is none.
 QString OptionWithNeedlessValue(const QStringList& arguments, const Options& options) {
   for (const QString& argument : arguments) {
-    const QString option = argument.section(u'=', 0, 0);
+    QString option = argument.section(u'=', 0, 0);
     const bool hasValue = option.startsWith(u'-') && option.size() < argument.size();
     const QString name = option.startsWith(u"--") ? option.mid(2) : option.last(1);
     for (const QCommandLineOption& known : options.All()) {
