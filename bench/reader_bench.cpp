@@ -8,11 +8,11 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <sched.h>
 #include <thread>
 #include <vector>
 #include <winscard.h>
 
+#include "go_first.h"
 #include "host/pcscd_service.h"
 #include "host/virtual_egk.h"
 #include "kvk/read_dispatcher.h"
@@ -138,15 +138,6 @@ Trace TraceOf(const VirtualCard& card, Work work) {
   return trace;
 }
 
-// Lets the two clients, the service and the card go before all other work of the machine. On a busy
-// processor whoever computes, as the program does with each document, has to wait a whole time
-// slice of some milliseconds for the others, while a client that only asks and waits is let in at
-// once: without this the medians of a busy machine are up to seven times apart.
-bool GoBeforeOthers() {
-  const sched_param first{.sched_priority = 1};
-  return ::sched_setscheduler(0, SCHED_FIFO, &first) == 0;
-}
-
 // A card that takes some time for an answer, as real ones do: 30 milliseconds for a READ BINARY of
 // 252 bytes at 115,200 baud. The virtual one answers at once.
 VirtualCard::Behaviour TakingItsTime(VirtualCard::Behaviour card, std::chrono::milliseconds time) {
@@ -159,7 +150,7 @@ VirtualCard::Behaviour TakingItsTime(VirtualCard::Behaviour card, std::chrono::m
 }
 
 int Run(std::chrono::milliseconds cardTime) {
-  if (!GoBeforeOthers()) std::puts("no right to go before others: the machine has to be idle");
+  if (!GoFirst()) std::puts("no right to go before others: the machine has to be idle");
   std::string reason = "no network namespace";
   std::unique_ptr<PcscdService> service;
   if (ctapi::test::EnterOwnNetwork()) service = PcscdService::Start(reason);

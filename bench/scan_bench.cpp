@@ -44,7 +44,7 @@ struct Program {
   PortDirectorySimulated directory{practice};
   QtEventLoop eventLoop;
   std::ostringstream messages;
-  ConsoleFrontEnd frontEnd{messages, StatusLine::Kept, StoredRecords::Keep};
+  ConsoleFrontEnd frontEnd{messages, {}, StoredRecords::Keep};
   Bas_MKT_Test module{{.api = api,
                        .dialogs = frontEnd,
                        .display = frontEnd,

@@ -33,7 +33,7 @@ record_call() {
 
 record_program() {
   local scenario=$1
-  local name=$scenario.program simulated=(--console --simulate "scenarios/$scenario.json")
+  local name=$scenario.program simulated=(--console --verbose --simulate "scenarios/$scenario.json")
   record_call "$name-text" '' "${simulated[@]}"
   record_call "$name-json" '' "${simulated[@]}" --json
   record_call "$name-erase" '' "${simulated[@]}" --erase-records

@@ -1,5 +1,6 @@
 #include "console/console_front_end.h"
 
+#include <algorithm>
 #include <ostream>
 #include <utility>
 
@@ -23,6 +24,9 @@ QStringView AnswerText(Answer answer) {
   return {};
 }
 
+// Of a terminal that does not tell its own.
+constexpr int UsualColumns = 80;
+
 bool IsConfirming(Answer answer) {
   return answer == Answer::Yes || answer == Answer::Ok;
 }
@@ -37,12 +41,12 @@ Answer Refusal(Buttons buttons) {
 
 }  // namespace
 
-ConsoleFrontEnd::ConsoleFrontEnd(std::ostream& messages, StatusLine statusLine,
+ConsoleFrontEnd::ConsoleFrontEnd(std::ostream& messages, MessageOptions options,
                                  StoredRecords storedRecords)
-    : out_(messages), statusLine_(statusLine), storedRecords_(storedRecords) {}
+    : out_(messages), options_(std::move(options)), storedRecords_(storedRecords) {}
 
-ConsoleFrontEnd::ConsoleFrontEnd(std::ostream& messages, StatusLine statusLine, LineSource answers)
-    : out_(messages), statusLine_(statusLine), answers_(std::move(answers)) {}
+ConsoleFrontEnd::ConsoleFrontEnd(std::ostream& messages, MessageOptions options, LineSource answers)
+    : out_(messages), options_(std::move(options)), answers_(std::move(answers)) {}
 
 std::vector<ReportedMessage> ConsoleFrontEnd::TakeMessages() {
   return std::exchange(messages_, {});
@@ -67,7 +71,9 @@ void ConsoleFrontEnd::Tell(Icon icon, const QString& title, const QString& text)
 Answer ConsoleFrontEnd::Ask(const Question& question) {
   Write(question.title, question.text);
   const Answer answer = answers_ ? AskPerson(question) : SafeAnswer(question);
-  if (!answers_) out_ << "-> " << Printable(AnswerText(answer).toString()) << std::endl;
+  if (!answers_ && IsShown()) {
+    out_ << "-> " << Printable(AnswerText(answer).toString()) << std::endl;
+  }
   messages_.push_back({.icon = question.icon,
                        .title = question.title,
                        .text = question.text,
@@ -102,14 +108,16 @@ Answer ConsoleFrontEnd::AskPerson(const Question& question) {
 }
 
 void ConsoleFrontEnd::ShowStatusText(const QString& text) {
-  if (text.isEmpty()) return;
-  if (statusLine_ == StatusLine::Kept) {
+  if (text.isEmpty() || options_.statusLine == StatusLine::LeftOut) return;
+  if (options_.statusLine == StatusLine::Kept) {
     out_ << Printable(text) << std::endl;
     return;
   }
+  // Some terminals begin a new line as soon as one is full.
+  const qsizetype longest = std::max(options_.columns().value_or(UsualColumns) - 1, 1);
   // Blanks cover what a longer text before has left.
-  out_ << '\r' << Printable(text.leftJustified(statusWidth_)) << std::flush;
-  statusWidth_ = text.size();
+  out_ << '\r' << Printable(text.leftJustified(statusWidth_).left(longest)) << std::flush;
+  statusWidth_ = std::min(text.size(), longest);
 }
 
 void ConsoleFrontEnd::EndStatusLine() {
@@ -117,6 +125,7 @@ void ConsoleFrontEnd::EndStatusLine() {
 }
 
 void ConsoleFrontEnd::Write(const QString& title, const QString& text) {
+  if (!IsShown()) return;
   EndStatusLine();
   const QString prefix = title.trimmed() + u": ";
   const QString continuation = u'\n' + QString(prefix.size(), u' ');

@@ -15,10 +15,20 @@ namespace kartocheck {
 // Whether records of mobile terminals may be read, which erases them there.
 enum class StoredRecords { Keep, Erase };
 
-// What becomes of a status text when the next one comes. A sweep over the ports writes hundreds.
+// What becomes of status texts. A sweep over the ports writes hundreds.
 enum class StatusLine {
   Kept,         // one line each
-  Overwritten,  // on a terminal: they share a line
+  Overwritten,  // on a terminal: they share a line, which they do not leave
+  LeftOut,
+};
+
+// What is written beside the report.
+struct MessageOptions {
+  StatusLine statusLine = StatusLine::Kept;
+  // How many characters a line of the terminal holds at the moment, where it tells.
+  std::function<std::optional<int>()> columns = [] { return std::optional<int>(); };
+  // What is asked of a person is shown all the same.
+  bool areBoxesShown = true;
 };
 
 // The next line that a person types; nothing at the end of the input.
@@ -30,10 +40,10 @@ using LineSource = std::function<std::optional<std::string>()>;
 // the preselected answer, and the end of the input means No or Cancel.
 class ConsoleFrontEnd final : public Dialogs, public Display {
  public:
-  ConsoleFrontEnd(std::ostream& messages, StatusLine statusLine, StoredRecords storedRecords);
+  ConsoleFrontEnd(std::ostream& messages, MessageOptions options, StoredRecords storedRecords);
 
   // Asks a person.
-  ConsoleFrontEnd(std::ostream& messages, StatusLine statusLine, LineSource answers);
+  ConsoleFrontEnd(std::ostream& messages, MessageOptions options, LineSource answers);
 
   // Ends a line that the next status text would overwrite. To be called before anything else is
   // written to the terminal.
@@ -55,12 +65,13 @@ class ConsoleFrontEnd final : public Dialogs, public Display {
   void ShowStatusText(const QString& text) override;
 
  private:
+  [[nodiscard]] bool IsShown() const { return options_.areBoxesShown || answers_; }
   void Write(const QString& title, const QString& text);
   [[nodiscard]] Answer SafeAnswer(const Question& question) const;
   [[nodiscard]] Answer AskPerson(const Question& question);
 
   std::ostream& out_;
-  StatusLine statusLine_;
+  MessageOptions options_;
   StoredRecords storedRecords_ = StoredRecords::Keep;
   LineSource answers_;         // none without a person
   qsizetype statusWidth_ = 0;  // characters on a line that is not ended

@@ -71,7 +71,7 @@ QJsonValue DataJson(const PortReport& report) {
   if (!report.terminal.DataRead) return QJsonValue::Null;
   QJsonObject elements;
   for (const ElementDescription& element : ElementTable) {
-    elements.insert(KeyOf(element), report.insured[element.Which]);
+    elements.insert(KeyOf(element), report.insured[element.Which].trimmed());
   }
   return QJsonObject{
       {QStringLiteral("card"),
@@ -86,11 +86,11 @@ QJsonObject DocumentJson(const VsdDocument& document) {
   QJsonArray fields;
   for (const VsdField& field : document.fields) {
     if (field.IsEmpty()) continue;
-    fields.append(
-        QJsonObject{{QStringLiteral("name"), field.name}, {QStringLiteral("value"), field.value}});
+    fields.append(QJsonObject{{QStringLiteral("name"), field.name.trimmed()},
+                              {QStringLiteral("value"), field.value.trimmed()}});
   }
   return {
-      {QStringLiteral("validation"), document.validationText},
+      {QStringLiteral("validation"), document.validationText.trimmed()},
       {QStringLiteral("validated"), !document.notValidated},
       {QStringLiteral("fields"), fields},
   };
@@ -99,14 +99,14 @@ QJsonObject DocumentJson(const VsdDocument& document) {
 QJsonValue EgkJson(const EgkData& egk) {
   if (egk.IsEmpty()) return QJsonValue::Null;
   return QJsonObject{
-      {QStringLiteral("iccsn"), egk.iccsn},
+      {QStringLiteral("iccsn"), egk.iccsn.trimmed()},
       {QStringLiteral("statusVd"), egk.statusText},
       {QStringLiteral("pd"), DocumentJson(egk.documents[VsdKind::Pd])},
       {QStringLiteral("vd"), DocumentJson(egk.documents[VsdKind::Vd])},
       {QStringLiteral("gvd"), DocumentJson(egk.documents[VsdKind::Gvd])},
       {QStringLiteral("storedStatus"), egk.stored.statusText},
-      {QStringLiteral("storedDate"), egk.stored.storedDate},
-      {QStringLiteral("storedApproval"), egk.stored.approvalNumber},
+      {QStringLiteral("storedDate"), egk.stored.storedDate.trimmed()},
+      {QStringLiteral("storedApproval"), egk.stored.approvalNumber.trimmed()},
       {QStringLiteral("storedChecksum"), egk.stored.checksumText},
   };
 }
@@ -128,7 +128,7 @@ QJsonArray MessagesJson(const std::vector<ReportedMessage>& messages) {
 QJsonObject ReportJson(const PortReport& report) {
   return {
       {QStringLiteral("port"), PortJson(report.entry)},
-      {QStringLiteral("device"), report.identification},
+      {QStringLiteral("device"), report.identification.trimmed()},
       {QStringLiteral("hint"), report.hint},
       {QStringLiteral("terminal"), TerminalJson(report.terminal)},
       {QStringLiteral("data"), DataJson(report)},

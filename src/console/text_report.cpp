@@ -15,8 +15,9 @@ constexpr int LabelWidth = 32;
 
 void WriteRow(std::ostream& out, QStringView label, const QString& value,
               qsizetype width = LabelWidth) {
-  if (value.isEmpty()) return;
-  out << "  " << Printable(label.toString().leftJustified(width)) << Printable(value) << '\n';
+  const QString text = value.trimmed();
+  if (text.isEmpty()) return;
+  out << "  " << Printable(label.toString().leftJustified(width)) << Printable(text) << '\n';
 }
 
 QString Verdict(const PortReport& report) {

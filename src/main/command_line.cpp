@@ -39,13 +39,15 @@ Ohne Fenster:
   --erase-records        Datensätze mobiler Terminals lesen; sie werden dort gelöscht
   --validate             eGK-Daten gegen die Schemas validieren
   --diagnose PN          Fragen der Diagnose zu dieser Portnummer stellen
+  --verbose              jeden Schritt melden, auch wo kein Terminal zusieht
+  --quiet                keine Meldungen, nur den Bericht
 
   --help                 diese Hilfe
   --version              Version
 
 Exit-Status mit --console: 0 Daten gelesen, 1 kein Terminal, 2 Terminal ohne Daten,
 3 falscher Aufruf oder Bibliothek nicht verwendbar, 4 Bericht nicht ausgebbar,
-130 abgebrochen.)";
+130 abgebrochen. Ohne --console: 3 auch, wo sich kein Fenster öffnen lässt.)";
 
 struct Options {
   QCommandLineOption ctApi{QStringLiteral("ct-api"), {}, QStringLiteral("DATEI")};
@@ -58,16 +60,42 @@ struct Options {
   QCommandLineOption schemaDir{QStringLiteral("schema-dir"), {}, QStringLiteral("ORDNER")};
   QCommandLineOption validate{QStringLiteral("validate")};
   QCommandLineOption diagnose{QStringLiteral("diagnose"), {}, QStringLiteral("PN")};
+  QCommandLineOption verbose{QStringLiteral("verbose")};
+  QCommandLineOption quiet{QStringLiteral("quiet")};
   QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")}};
   QCommandLineOption version{QStringLiteral("version")};
+
+  [[nodiscard]] QList<QCommandLineOption> All() const {
+    return {ctApi,     simulate, console,  json,    port,  eraseRecords, serialPort,
+            schemaDir, validate, diagnose, verbose, quiet, help,         version};
+  }
 };
 
-QString ProblemOf(const QCommandLineParser& parser) {
-  const QStringList unknown = parser.unknownOptionNames();
-  if (unknown.isEmpty()) return QStringLiteral("Einer Option fehlt ihr Wert.");
-  const QString& name = unknown.first();
-  const QStringView dashes = name.size() == 1 ? u"-" : u"--";
-  return QStringLiteral("Unbekannte Option: ") + dashes + name;
+// The first argument that gives a value to an option without one, cut to its option; empty where
+// there is none.
+QString OptionWithNeedlessValue(const QStringList& arguments, const Options& options) {
+  for (const QString& argument : arguments) {
+    QString option = argument.section(u'=', 0, 0);
+    const bool hasValue = option.startsWith(u'-') && option.size() < argument.size();
+    const QString name = option.startsWith(u"--") ? option.mid(2) : option.last(1);
+    for (const QCommandLineOption& known : options.All()) {
+      if (hasValue && known.valueName().isEmpty() && known.names().contains(name)) return option;
+    }
+  }
+  return {};
+}
+
+QString ProblemOf(const QCommandLineParser& parser, const QStringList& arguments,
+                  const Options& options) {
+  if (const QStringList unknown = parser.unknownOptionNames(); !unknown.isEmpty()) {
+    const QString& name = unknown.first();
+    const QStringView dashes = name.size() == 1 ? u"-" : u"--";
+    return QStringLiteral("Unbekannte Option: ") + dashes + name;
+  }
+  if (const QString option = OptionWithNeedlessValue(arguments, options); !option.isEmpty()) {
+    return option + u" nimmt keinen Wert an.";
+  }
+  return QStringLiteral("Einer Option fehlt ihr Wert.");
 }
 
 // The port whose number an option names; nothing where it is none.
@@ -92,6 +120,8 @@ QString Fill(CommandLine& line, const QCommandLineParser& parser, const Options&
   line.json = parser.isSet(options.json);
   line.eraseRecords = parser.isSet(options.eraseRecords);
   line.validate = parser.isSet(options.validate);
+  line.quiet = parser.isSet(options.quiet);
+  line.verbose = parser.isSet(options.verbose);
   if (parser.isSet(options.ctApi)) line.ctApi = parser.value(options.ctApi);
   if (parser.isSet(options.simulate)) line.simulate = parser.value(options.simulate);
   if (parser.isSet(options.schemaDir)) line.schemaDirectory = parser.value(options.schemaDir);
@@ -120,14 +150,18 @@ QString ContradictionIn(const CommandLine& line) {
   if (line.ctApi && line.simulate) {
     return QStringLiteral("--ct-api und --simulate schließen einander aus.");
   }
-  const bool asksForConsole =
-      line.json || line.eraseRecords || line.validate || line.port || line.diagnose;
+  const bool asksForConsole = line.json || line.eraseRecords || line.validate || line.port ||
+                              line.diagnose || line.quiet || line.verbose;
   if (!line.console && asksForConsole) {
     return QStringLiteral(
-        "--json, --port, --erase-records, --validate und --diagnose gelten nur mit --console.");
+        "--json, --port, --erase-records, --validate, --diagnose, --verbose und --quiet gelten nur "
+        "mit --console.");
   }
-  if (line.diagnose && (line.json || line.eraseRecords || line.port)) {
-    return QStringLiteral("--diagnose verträgt --json, --port und --erase-records nicht.");
+  if (line.diagnose && (line.json || line.eraseRecords || line.port || line.quiet)) {
+    return QStringLiteral("--diagnose verträgt --json, --port, --erase-records und --quiet nicht.");
+  }
+  if (line.verbose && line.quiet) {
+    return QStringLiteral("--verbose und --quiet schließen einander aus.");
   }
   return {};
 }
@@ -138,10 +172,8 @@ std::variant<CommandLine, CommandLineText> ParseCommandLine(QStringList argument
   CompleteSimulate(arguments);
   const Options options;
   QCommandLineParser parser;
-  parser.addOptions({options.ctApi, options.simulate, options.console, options.json, options.port,
-                     options.eraseRecords, options.serialPort, options.schemaDir, options.validate,
-                     options.diagnose, options.help, options.version});
-  if (!parser.parse(arguments)) return Usage(ProblemOf(parser));
+  parser.addOptions(options.All());
+  if (!parser.parse(arguments)) return Usage(ProblemOf(parser, arguments, options));
   if (parser.isSet(options.help)) return CommandLineText{.text = HelpText.toString()};
   if (parser.isSet(options.version)) {
     return CommandLineText{.text = u"KartoCheck " + QCoreApplication::applicationVersion()};

@@ -7,16 +7,36 @@ namespace kartocheck {
 
 namespace {
 
+constexpr QStringView PrivateDirectory = u"/lib/kartocheck";
+
 QString InPrivateDirectory(const QString& programDirectory, QStringView fileName) {
-  return QDir::cleanPath(programDirectory + u"/../lib/kartocheck/" + fileName);
+  return QDir::cleanPath(programDirectory + u"/.." + PrivateDirectory + u'/' + fileName);
+}
+
+// Beside the program where it was built, in its private directory where it is installed.
+QString PartOfProgram(const QString& programDirectory, QStringView fileName) {
+  const QString beside = QDir(programDirectory).filePath(fileName.toString());
+  return QFileInfo::exists(beside) ? beside : InPrivateDirectory(programDirectory, fileName);
 }
 
 }  // namespace
 
+QString ProgramDirectoryOfPart(const QString& directoryOfPart) {
+  if (!directoryOfPart.endsWith(PrivateDirectory)) return directoryOfPart;
+  return directoryOfPart.chopped(PrivateDirectory.size()) + u"/bin";
+}
+
 QString HelperProgram(const QString& programDirectory) {
-  constexpr QStringView FileName = u"kartocheck-helper";
-  const QString beside = QDir(programDirectory).filePath(FileName.toString());
-  return QFileInfo::exists(beside) ? beside : InPrivateDirectory(programDirectory, FileName);
+  return PartOfProgram(programDirectory, u"kartocheck-helper");
+}
+
+QString WindowProgram(const QString& programDirectory) {
+  return PartOfProgram(programDirectory, u"kartocheck-window");
+}
+
+QString NamedLibrary(const QString& name) {
+  const QFileInfo file(name);
+  return file.isFile() ? file.absoluteFilePath() : name;
 }
 
 QStringList CtApiCandidates(const QString& programDirectory, QStringView fileName) {

@@ -8,6 +8,7 @@
 
 #include "app/bas_mkt_test.h"
 #include "main/failure_memory.h"
+#include "main/no_display.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/termination_signal.h"
 #include "ui/form_first_user.h"
@@ -36,7 +37,10 @@ bool ShowUserInformation() {
 }  // namespace
 
 std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv) {
-  auto application = std::make_unique<QApplication>(argc, argv);
+  auto application = [&] {
+    const NoDisplayWatch watch;
+    return std::make_unique<QApplication>(argc, argv);
+  }();
   InstallGermanTexts(*application);
   // Desktops find the entry of their menu, and the icon, by this name.
   QGuiApplication::setDesktopFileName(QStringLiteral("kartocheck"));

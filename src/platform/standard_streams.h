@@ -1,11 +1,17 @@
 #pragma once
 
+#include <optional>
+
 namespace kartocheck {
 
 enum class StandardStream { Input = 0, Output = 1, Error = 2 };
 
 // Whether a person sits at the other end.
 [[nodiscard]] bool IsTerminal(StandardStream stream);
+
+// How many characters a line of the terminal holds at the moment; nothing where it does not tell,
+// and where the stream is none.
+[[nodiscard]] std::optional<int> ColumnsOf(StandardStream stream);
 
 // Makes writing to a closed pipe an error of the write instead of the program's end, and keeps a
 // standard stream that the program was started without from becoming something else: reading from

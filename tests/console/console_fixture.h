@@ -19,18 +19,16 @@ class Console {
  public:
   explicit Console(StoredRecords storedRecords = StoredRecords::Keep,
                    StatusLine statusLine = StatusLine::Kept)
-      : frontEnd(messages, statusLine, storedRecords), module(Surroundings()) {}
+      : frontEnd(messages, {.statusLine = statusLine}, storedRecords), module(Surroundings()) {}
 
   // On a machine that knows this of its ports.
   explicit Console(const PortDirectory& machine)
-      : directory(&machine),
-        frontEnd(messages, StatusLine::Kept, StoredRecords::Keep),
-        module(Surroundings()) {}
+      : directory(&machine), frontEnd(messages, {}, StoredRecords::Keep), module(Surroundings()) {}
 
   // With a person who types these lines.
   explicit Console(std::deque<std::string> lines)
       : typed(std::move(lines)),
-        frontEnd(messages, StatusLine::Kept, [this] { return NextLine(); }),
+        frontEnd(messages, {}, [this] { return NextLine(); }),
         module(Surroundings()) {}
 
   [[nodiscard]] int Run(const ConsoleOptions& options = {}) {

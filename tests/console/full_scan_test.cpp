@@ -303,7 +303,7 @@ TEST(ConsoleScanTest, OnATerminalTheReportBeginsOnALineOfItsOwn) {
 
 TEST(ConsoleScanTest, AStatusLineIsEndedOnce) {
   std::ostringstream out;
-  ConsoleFrontEnd frontEnd(out, StatusLine::Overwritten, StoredRecords::Keep);
+  ConsoleFrontEnd frontEnd(out, {.statusLine = StatusLine::Overwritten}, StoredRecords::Keep);
   frontEnd.EndStatusLine();
   EXPECT_EQ(out.str(), "");
   frontEnd.ShowStatusText(QStringLiteral("text"));

@@ -121,6 +121,41 @@ TEST(JsonReportTest, AReadRecordOfAMobileTerminal) {
   EXPECT_EQ(Text(port.value(u"messages").toArray().at(0).toObject(), "answer"), u"yes");
 }
 
+void ExpectTrimmed(const QJsonValue& value, const QString& path) {
+  if (value.isString()) {
+    EXPECT_EQ(value.toString(), value.toString().trimmed()) << path.toStdString();
+  }
+  for (const QJsonValue& part : value.toArray()) ExpectTrimmed(part, path + u"[]");
+  const QJsonObject object = value.toObject();
+  for (auto part = object.begin(); part != object.end(); ++part) {
+    // A box has its text to the blank.
+    if (path.endsWith(u"/messages[]") && part.key() == u"text") continue;
+    ExpectTrimmed(part.value(), path + u'/' + part.key());
+  }
+}
+
+// These leave blanks at the ends of the street, of a title, of an address supplement and of the
+// names of fields.
+TEST(JsonReportTest, ValuesHaveNoBlanksAroundThem) {
+  for (const char* scenario : {"egk-beispiel", "egk-hoechstlaengen", "egk-gespeichert-erweitert",
+                               "egk-abrechnend", "kvk-fest219"}) {
+    SCOPED_TRACE(scenario);
+    Console console(StoredRecords::Erase);
+    console.practice.Attach(1, PortOf(scenario));
+    EXPECT_EQ(console.Run({.json = true, .port = Port(1)}), exit_status::DataRead);
+    ExpectTrimmed(Parsed(console), QString());
+  }
+}
+
+TEST(ConsoleTextReportTest, LinesHaveNoBlanksAtTheirEnds) {
+  Console console;
+  console.practice.Attach(1, PortOf("egk-hoechstlaengen"));
+  EXPECT_EQ(console.Run({.port = Port(1)}), exit_status::DataRead);
+  const std::string out = console.out.str();
+  // The heading ends with the version, which a test has none of.
+  EXPECT_EQ(out.find(" \n", out.find("\n\n")), std::string::npos) << out;
+}
+
 // Escaped for the terminal, but the same text for a program.
 TEST(JsonReportTest, ControlCharactersComeThroughAProgramUnchanged) {
   Console console;

@@ -11,8 +11,8 @@
 
 // A report whose texts are the input. Input: a byte of flags (1 data, 2 of an eGK, 4 complete),
 // then the texts in the order in which they are asked for, each as a byte with its length and as
-// UTF-8. The report is one JSON document that says the same texts, without a control character in
-// it.
+// UTF-8. The report is one JSON document that says the same texts, those of a card without blanks
+// around them, without a control character in it.
 
 namespace kartocheck {
 namespace {
@@ -64,14 +64,14 @@ void RequireText(const QJsonValue& found, const QString& expected) {
 }
 
 void RequireFields(const QJsonObject& document, const VsdDocument& expected) {
-  RequireText(document[u"validation"], expected.validationText);
+  RequireText(document[u"validation"], expected.validationText.trimmed());
   const QJsonArray fields = document[u"fields"].toArray();
   qsizetype position = 0;
   for (const VsdField& field : expected.fields) {
     if (field.IsEmpty()) continue;
     const QJsonObject object = fields[position++].toObject();
-    RequireText(object[u"name"], field.name);
-    RequireText(object[u"value"], field.value);
+    RequireText(object[u"name"], field.name.trimmed());
+    RequireText(object[u"value"], field.value.trimmed());
   }
   Require(position == fields.size(), "every field is told once");
 }
@@ -80,15 +80,15 @@ void RequireEgk(const QJsonValue& value, const EgkData& expected) {
   Require(value.isNull() == expected.IsEmpty(), "an empty eGK is told as none");
   if (expected.IsEmpty()) return;
   const QJsonObject egk = value.toObject();
-  RequireText(egk[u"iccsn"], expected.iccsn);
-  RequireText(egk[u"storedApproval"], expected.stored.approvalNumber);
+  RequireText(egk[u"iccsn"], expected.iccsn.trimmed());
+  RequireText(egk[u"storedApproval"], expected.stored.approvalNumber.trimmed());
   RequireFields(egk[u"pd"].toObject(), expected.documents[VsdKind::Pd]);
   RequireFields(egk[u"vd"].toObject(), expected.documents[VsdKind::Vd]);
   RequireFields(egk[u"gvd"].toObject(), expected.documents[VsdKind::Gvd]);
 }
 
 void RequirePort(const QJsonObject& port, const PortReport& expected) {
-  RequireText(port[u"device"], expected.identification);
+  RequireText(port[u"device"], expected.identification.trimmed());
   RequireText(port[u"hint"], expected.hint);
   RequireText(port[u"terminal"][u"model"], expected.terminal.ModelName.Trimmed());
   RequireText(port[u"port"][u"text"], expected.entry.PortText.Trimmed());
@@ -101,7 +101,7 @@ void RequirePort(const QJsonObject& port, const PortReport& expected) {
   if (expected.terminal.DataRead) {
     for (const ElementDescription& element : ElementTable) {
       const QLatin1String key(element.Key.data(), static_cast<qsizetype>(element.Key.size()));
-      RequireText(port[u"data"][u"elements"][key], expected.insured[element.Which]);
+      RequireText(port[u"data"][u"elements"][key], expected.insured[element.Which].trimmed());
     }
   }
   RequireEgk(port[u"egk"], expected.egk);

@@ -169,7 +169,7 @@ TEST_F(HintServiceTest, ACardThatAnotherProgramHoldsIsTold) {
     EXPECT_EQ(report[u"ports"][u"8192"][u"hint"], hint) << mode;
     EXPECT_EQ(ReaderHints(report), QJsonArray());
     EXPECT_TRUE(OutputOf("--console --port 8192").contains(Row(hint)));
-    const QByteArray messages = OutputOf("--console --port 8192", "2>&1 >/dev/null");
+    const QByteArray messages = OutputOf("--console --verbose --port 8192", "2>&1 >/dev/null");
     const qsizetype prompt = messages.indexOf("KartoCheck: Bitte eine Krankenversichertenkarte");
     EXPECT_TRUE(
         messages.first(std::max<qsizetype>(prompt, 0)).endsWith(QByteArray(hint.toUtf8() + '\n')))

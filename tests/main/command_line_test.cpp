@@ -45,6 +45,8 @@ TEST_P(AcceptedLineTest, IsTakenApart) {
   EXPECT_EQ(line.validate, expected.validate);
   EXPECT_EQ(line.port, expected.port);
   EXPECT_EQ(line.diagnose, expected.diagnose);
+  EXPECT_EQ(line.quiet, expected.quiet);
+  EXPECT_EQ(line.verbose, expected.verbose);
 }
 
 // A line with some fields set.
@@ -107,6 +109,12 @@ INSTANTIATE_TEST_SUITE_P(
                       line.json = line.eraseRecords = line.validate = true;
                       line.port = Port(8447);
                     })},
+        AcceptedRow{"the console without messages", "--console --quiet",
+                    ConsoleWith([](CommandLine& line) { line.quiet = true; })},
+        AcceptedRow{"the console with every step", "--console --verbose",
+                    ConsoleWith([](CommandLine& line) { line.verbose = true; })},
+        AcceptedRow{"a value that looks like an option with one", "--ct-api --console=1",
+                    With([](CommandLine& line) { line.ctApi = QStringLiteral("--console=1"); })},
         AcceptedRow{"the first serial port", "--console --port 1",
                     ConsoleWith([](CommandLine& line) { line.port = Port(1); })},
         AcceptedRow{"the last serial port", "--console --port 256",
@@ -147,9 +155,11 @@ constexpr QStringView BadDiagnose =
     u"--diagnose verlangt eine Zahl von 1 bis 256 oder 8192 bis 8447.";
 constexpr QStringView BadSerialPort = u"--serial-port verlangt N=GERÄT mit N von 1 bis 256.";
 constexpr QStringView NeedsConsole =
-    u"--json, --port, --erase-records, --validate und --diagnose gelten nur mit --console.";
+    u"--json, --port, --erase-records, --validate, --diagnose, --verbose und --quiet gelten nur "
+    u"mit "
+    u"--console.";
 constexpr QStringView WithDiagnose =
-    u"--diagnose verträgt --json, --port und --erase-records nicht.";
+    u"--diagnose verträgt --json, --port, --erase-records und --quiet nicht.";
 
 INSTANTIATE_TEST_SUITE_P(
     Main, RefusedLineTest,
@@ -158,6 +168,20 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedRow{"an unknown letter", "-x", u"Unbekannte Option: -x"},
         RefusedRow{"an argument without an option", "praxis", u"Unbekannte Angabe: praxis"},
         RefusedRow{"an option that lacks its value", "--ct-api", u"Einer Option fehlt ihr Wert."},
+        RefusedRow{"a value for --console", "--console=1", u"--console nimmt keinen Wert an."},
+        RefusedRow{"a value for --json", "--console --json=ja", u"--json nimmt keinen Wert an."},
+        RefusedRow{"an empty value", "--console --validate=", u"--validate nimmt keinen Wert an."},
+        RefusedRow{"a value for --erase-records", "--console --erase-records=1",
+                   u"--erase-records nimmt keinen Wert an."},
+        RefusedRow{"a value for --verbose", "--verbose=2", u"--verbose nimmt keinen Wert an."},
+        RefusedRow{"a value for --quiet", "--quiet=2", u"--quiet nimmt keinen Wert an."},
+        RefusedRow{"a value for --help", "--help=x", u"--help nimmt keinen Wert an."},
+        RefusedRow{"a value for its letter", "-h=x", u"-h nimmt keinen Wert an."},
+        RefusedRow{"a value for --version", "--version=x", u"--version nimmt keinen Wert an."},
+        RefusedRow{"a value for an unknown option", "--sprache=de",
+                   u"Unbekannte Option: --sprache"},
+        RefusedRow{"the value of one option before the lack of another's", "--json=1 --port",
+                   u"--json nimmt keinen Wert an."},
         RefusedRow{"port 0", "--console --port 0", BadPort},
         RefusedRow{"a negative port", "--console --port -1", BadPort},
         RefusedRow{"the number behind the serial ports", "--console --port 257", BadPort},
@@ -179,6 +203,12 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedRow{"erasing without the console", "--erase-records", NeedsConsole},
         RefusedRow{"validating without the console", "--validate", NeedsConsole},
         RefusedRow{"diagnosing without the console", "--diagnose 1", NeedsConsole},
+        RefusedRow{"silence without the console", "--quiet", NeedsConsole},
+        RefusedRow{"every step without the console", "--verbose", NeedsConsole},
+        RefusedRow{"silence and every step", "--console --quiet --verbose",
+                   u"--verbose und --quiet schließen einander aus."},
+        RefusedRow{"a diagnosis that asks in silence", "--console --diagnose 1 --quiet",
+                   WithDiagnose},
         RefusedRow{"a diagnosis as json", "--console --diagnose 1 --json", WithDiagnose},
         RefusedRow{"a diagnosis beside a port", "--console --diagnose 1 --port 1", WithDiagnose},
         RefusedRow{"a diagnosis that erases unasked", "--console --diagnose 1 --erase-records",
@@ -194,7 +224,8 @@ TEST(CommandLineTest, HelpNamesEveryOption) {
   EXPECT_FALSE(text.isError);
   for (const char16_t* option :
        {u"--ct-api", u"--simulate", u"--serial-port", u"--schema-dir", u"--console", u"--json",
-        u"--port", u"--erase-records", u"--validate", u"--diagnose", u"--help", u"--version"}) {
+        u"--port", u"--erase-records", u"--validate", u"--diagnose", u"--verbose", u"--quiet",
+        u"--help", u"--version"}) {
     EXPECT_TRUE(text.text.contains(QString::fromUtf16(option)))
         << QString::fromUtf16(option).toStdString();
   }

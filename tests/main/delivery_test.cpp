@@ -237,7 +237,8 @@ INSTANTIATE_TEST_SUITE_P(Program, OutputTest, testing::Values("> /dev/full", ">&
 
 TEST(OutputTest, ThatBreaksLaterEndsTheRunBeforeTheNextRead) {
   Program program({QStringLiteral("--console"), QStringLiteral("--json"),
-                   QStringLiteral("--simulate"), QStringLiteral("--erase-records")});
+                   QStringLiteral("--simulate"), QStringLiteral("--erase-records"),
+                   QStringLiteral("--verbose")});
   // Takes the first bytes and goes. The status of the program is the last line of the messages.
   program.StartInShell(QStringLiteral("(PROGRAM; echo $? >&2) | head -c 5 > /dev/null"));
   (void)program.Status();

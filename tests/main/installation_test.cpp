@@ -26,6 +26,33 @@ TEST(InstallationTest, OrInThePrivateDirectoryWhereItIsInstalled) {
   EXPECT_EQ(HelperProgram(QStringLiteral("/opt/bin")), u"/opt/lib/kartocheck/kartocheck-helper");
 }
 
+TEST(InstallationTest, TheWindowStandsWhereTheHelperDoes) {
+  const QTemporaryDir build;
+  Touch(build.filePath(QStringLiteral("kartocheck-window")));
+  EXPECT_EQ(WindowProgram(build.path()), build.filePath(QStringLiteral("kartocheck-window")));
+  EXPECT_EQ(WindowProgram(QStringLiteral("/opt/bin")), u"/opt/lib/kartocheck/kartocheck-window");
+}
+
+TEST(InstallationTest, APartOfTheProgramKnowsTheProgramsDirectory) {
+  EXPECT_EQ(ProgramDirectoryOfPart(QStringLiteral("/opt/lib/kartocheck")), u"/opt/bin");
+  EXPECT_EQ(ProgramDirectoryOfPart(QStringLiteral("/build/release")), u"/build/release");
+}
+
+// What dlopen would look for on the system's search path alone.
+TEST(InstallationTest, ANamedLibraryIsAFileOfTheCurrentDirectoryFirst) {
+  const QTemporaryDir directory;
+  const QString before = QDir::currentPath();
+  ASSERT_TRUE(QDir::setCurrent(directory.path()));
+  Touch(QStringLiteral("meine.so"));
+  EXPECT_EQ(NamedLibrary(QStringLiteral("meine.so")),
+            QDir::current().absoluteFilePath(QStringLiteral("meine.so")));
+  EXPECT_EQ(NamedLibrary(QStringLiteral("andere.so")), u"andere.so") << "the system's turn";
+  ASSERT_TRUE(QDir::current().mkdir(QStringLiteral("ordner.so")));
+  EXPECT_EQ(NamedLibrary(QStringLiteral("ordner.so")), u"ordner.so");
+  EXPECT_EQ(NamedLibrary(QStringLiteral("/lib/meine.so")), u"/lib/meine.so");
+  ASSERT_TRUE(QDir::setCurrent(before));
+}
+
 TEST(InstallationTest, TheLibraryIsLookedForBesideTheProgramFirst) {
   EXPECT_EQ(CtApiCandidates(QStringLiteral("/opt/bin"), u"libCTNRV32.so"),
             (QStringList{QStringLiteral("/opt/bin/libCTNRV32.so"),

@@ -1,10 +1,15 @@
+#include <QFile>
 #include <QJsonDocument>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QTemporaryDir>
 
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <string>
 
 #include "support/printing.h"
+#include "support/pseudo_terminal.h"
 
 // The built program as it is called.
 
@@ -37,11 +42,36 @@ QStringList Console(const QStringList& more) {
 }
 
 TEST(ProgramTest, AScanOfTheBundledPractice) {
-  const Outcome outcome = Call(Console({QStringLiteral("--simulate"), QStringLiteral("--json")}));
+  const Outcome outcome = Call(Console(
+      {QStringLiteral("--simulate"), QStringLiteral("--json"), QStringLiteral("--verbose")}));
   EXPECT_EQ(outcome.status, 0);
   EXPECT_FALSE(QJsonDocument::fromJson(outcome.out).isNull()) << "standard output is one document";
   EXPECT_EQ(outcome.messages.count("Programm prüft "), 513) << "a line each without a terminal";
   EXPECT_FALSE(outcome.messages.contains('\r'));
+}
+
+// A record that stays and a card that is missing ask; nothing else is to tell.
+TEST(ProgramTest, WithoutATerminalOnlyMessagesAreTold) {
+  const QStringList arguments{QStringLiteral("--simulate"), QStringLiteral("keine-karte"),
+                              QStringLiteral("--port"), QStringLiteral("1")};
+  const Outcome told = Call(Console(arguments));
+  EXPECT_TRUE(told.messages.startsWith("KartoCheck: Bitte eine Krankenversichertenkarte"))
+      << told.messages.toStdString();
+  EXPECT_FALSE(told.messages.contains("Programm prüft "));
+  const Outcome quiet = Call(Console(arguments + QStringList{QStringLiteral("--quiet")}));
+  EXPECT_EQ(quiet.messages, QByteArray());
+  EXPECT_EQ(quiet.out, told.out);
+  EXPECT_EQ(quiet.status, told.status);
+}
+
+// What ended the program is no message of a box.
+TEST(ProgramTest, WhyItEndedIsToldInSilenceToo) {
+  const Outcome outcome =
+      Call(Console({QStringLiteral("--ct-api"), QStringLiteral("/there/is/none.so"),
+                    QStringLiteral("--port"), QStringLiteral("8192"), QStringLiteral("--quiet")}));
+  EXPECT_EQ(outcome.status, 3);
+  EXPECT_TRUE(outcome.messages.startsWith("KartoCheck: ")) << outcome.messages.toStdString();
+  EXPECT_FALSE(outcome.messages.contains("Datei nicht gefunden, CTNRV32.dll !!!"));
 }
 
 TEST(ProgramTest, ExitStatusOfAnEmptyPractice) {
@@ -113,6 +143,33 @@ TEST(ProgramTest, WithoutInputTheGuidedQuestionsEnd) {
   EXPECT_EQ(outcome.status, 1) << "a cable fault ends without a check";
 }
 
+// The status texts of a whole scan keep to one line of a narrow terminal, and are gone from it
+// where the report begins.
+TEST(ProgramTest, OnATerminalStatusTextsNeverWrap) {
+  constexpr std::size_t Columns = 30;
+  const PseudoTerminal terminal;
+  terminal.SetColumns(Columns);
+  QProcess process;
+  process.start(QStringLiteral("/bin/sh"),
+                {QStringLiteral("-c"), QStringLiteral("LC_ALL=C.UTF-8 " KARTOCHECK_PROGRAM
+                                                      " --console --simulate leer >/dev/null 2>") +
+                                           QString::fromStdString(terminal.Name())});
+  std::string text;
+  while (process.state() != QProcess::NotRunning) {
+    (void)process.waitForFinished(10);
+    text += terminal.Read();
+  }
+  text += terminal.Read();
+  EXPECT_EQ(process.exitCode(), 1);
+  // The terminal adds the carriage return at the end of a line.
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 5) << "four ports, the sweep";
+  std::size_t longest = 0;
+  for (QString piece : QString::fromStdString(text).split(u'\r')) {
+    longest = std::max(longest, static_cast<std::size_t>(piece.remove(u'\n').size()));
+  }
+  EXPECT_EQ(longest, Columns - 1);
+}
+
 // The library opens the same devices under the same numbers.
 TEST(ProgramTest, TheLibraryIsToldWhichDeviceIsWhichPort) {
   const Outcome outcome = Call(Console(
@@ -138,6 +195,20 @@ TEST(ProgramTest, ADeviceForANumberAboveFourIsLeftToTheLibrary) {
   EXPECT_EQ(outcome.status, 1);
   EXPECT_TRUE(outcome.out.contains("PKT Modell:                     Unbekanntes Gerät?!\n"))
       << outcome.out.toStdString();
+}
+
+// As a user calls it from the folder where the library lies.
+TEST(ProgramTest, ALibraryIsFoundInTheCurrentDirectory) {
+  const QTemporaryDir folder;
+  ASSERT_TRUE(
+      QFile::copy(QStringLiteral(COM_TABLE_LIBRARY), folder.filePath(QStringLiteral("meine.so"))));
+  QProcess process;
+  process.setWorkingDirectory(folder.path());
+  process.start(QStringLiteral(KARTOCHECK_PROGRAM),
+                Console({QStringLiteral("--ct-api"), QStringLiteral("meine.so"),
+                         QStringLiteral("--port"), QStringLiteral("5")}));
+  ASSERT_TRUE(process.waitForFinished(PatienceMs));
+  EXPECT_EQ(process.exitCode(), 1) << process.readAllStandardError().toStdString();
 }
 
 }  // namespace

@@ -3,13 +3,12 @@
 #include <array>
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <stdexcept>
-#include <string_view>
 #include <sys/time.h>
 #include <unistd.h>
+
+#include "support/pseudo_terminal.h"
 
 // A person at standard input, by a pseudo-terminal.
 
@@ -22,36 +21,6 @@ using std::chrono::milliseconds;
 // Longer than the moment that is waited for, shorter than a person's patience.
 constexpr milliseconds AtLeast(20);
 constexpr milliseconds AtMost(5'000);
-
-class Keyboard {
- public:
-  Keyboard() {
-    if (far_ < 0 || ::grantpt(far_) != 0 || ::unlockpt(far_) != 0) Fail();
-    near_ = ::open(::ptsname(far_), O_RDWR | O_NOCTTY | O_CLOEXEC);
-    if (near_ < 0) Fail();
-  }
-  ~Keyboard() {
-    ::close(near_);
-    HangUp();
-  }
-  Keyboard(const Keyboard&) = delete;
-  Keyboard& operator=(const Keyboard&) = delete;
-
-  void Type(std::string_view text) const {
-    if (::write(far_, text.data(), text.size()) != static_cast<ssize_t>(text.size())) Fail();
-  }
-  void HangUp() {
-    if (far_ >= 0) ::close(far_);
-    far_ = -1;
-  }
-  [[nodiscard]] int Near() const { return near_; }
-
- private:
-  [[noreturn]] static void Fail() { throw std::runtime_error("no pseudo-terminal"); }
-
-  int far_ = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-  int near_ = -1;
-};
 
 // Runs with this descriptor as a standard stream, and puts the old one back.
 class Redirected {
@@ -85,7 +54,7 @@ Waited WaitAt(int descriptor) {
 }
 
 TEST(WaitForInputTest, ComesBackSoonWhereNobodyTypes) {
-  const Keyboard keyboard;
+  const PseudoTerminal keyboard;
   const Waited waited = WaitAt(keyboard.Near());
   EXPECT_FALSE(waited.hasCome);
   EXPECT_GE(waited.time, AtLeast) << "the processor is not to be kept busy";
@@ -93,7 +62,7 @@ TEST(WaitForInputTest, ComesBackSoonWhereNobodyTypes) {
 }
 
 TEST(WaitForInputTest, WaitsForAWholeLine) {
-  const Keyboard keyboard;
+  const PseudoTerminal keyboard;
   keyboard.Type("j");
   EXPECT_FALSE(WaitAt(keyboard.Near()).hasCome);
   keyboard.Type("\n");
@@ -101,17 +70,17 @@ TEST(WaitForInputTest, WaitsForAWholeLine) {
 }
 
 TEST(WaitForInputTest, EndOfFileAndAHangUpAreInput) {
-  const Keyboard typing;
+  const PseudoTerminal typing;
   typing.Type("\x04");
   EXPECT_TRUE(WaitAt(typing.Near()).hasCome);
-  Keyboard keyboard;
+  PseudoTerminal keyboard;
   keyboard.HangUp();
   EXPECT_TRUE(WaitAt(keyboard.Near()).hasCome);
 }
 
 // A request to end the program comes as a signal; the caller looks at it before it waits again.
 TEST(WaitForInputTest, ASignalIsNoInput) {
-  const Keyboard keyboard;
+  const PseudoTerminal keyboard;
   struct sigaction action{};
   struct sigaction before{};
   action.sa_handler = [](int) {};
@@ -133,7 +102,7 @@ TEST(WaitForInputTest, WhatIsNoTerminalIsReadAtOnce) {
 }
 
 TEST(IsTerminalTest, TellsEachStream) {
-  const Keyboard keyboard;
+  const PseudoTerminal keyboard;
   const int file = ::open("/dev/null", O_RDWR | O_CLOEXEC);
   for (const StandardStream stream :
        {StandardStream::Input, StandardStream::Output, StandardStream::Error}) {
@@ -144,6 +113,26 @@ TEST(IsTerminalTest, TellsEachStream) {
     const Redirected redirected(stream, file);
     EXPECT_FALSE(IsTerminal(stream));
   }
+  ::close(file);
+}
+
+TEST(ColumnsOfTest, AreThoseOfTheTerminalAtTheMoment) {
+  const PseudoTerminal terminal;
+  const Redirected redirected(StandardStream::Error, terminal.Near());
+  terminal.SetColumns(132);
+  EXPECT_EQ(ColumnsOf(StandardStream::Error), 132);
+  terminal.SetColumns(40);
+  EXPECT_EQ(ColumnsOf(StandardStream::Error), 40);
+}
+
+TEST(ColumnsOfTest, AreUnknownOfWhatDoesNotTell) {
+  const PseudoTerminal terminal;
+  terminal.SetColumns(0);
+  const Redirected redirected(StandardStream::Error, terminal.Near());
+  EXPECT_EQ(ColumnsOf(StandardStream::Error), std::nullopt) << "a serial line";
+  const int file = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+  const Redirected toFile(StandardStream::Output, file);
+  EXPECT_EQ(ColumnsOf(StandardStream::Output), std::nullopt);
   ::close(file);
 }
 

@@ -43,6 +43,8 @@ std::optional<int> BuiltInNumber(const fs::path& tty) {
 // vendor. Empty where the device hangs on no USB.
 std::string UsbIdentification(const fs::path& tty) {
   std::error_code error;
+  // Most are no devices at all. Their number makes it worth to ask before the way is gone.
+  if (!fs::exists(tty / "device", error)) return {};
   fs::path folder = fs::canonical(tty / "device", error);
   if (error) return {};
   while (folder.has_relative_path() && !fs::exists(folder / "idVendor", error)) {

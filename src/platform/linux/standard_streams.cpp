@@ -4,6 +4,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace kartocheck {
@@ -17,6 +18,14 @@ constexpr int MomentMs = 100;
 
 bool IsTerminal(StandardStream stream) {
   return ::isatty(static_cast<int>(stream)) != 0;
+}
+
+std::optional<int> ColumnsOf(StandardStream stream) {
+  winsize size{};
+  if (::ioctl(static_cast<int>(stream), TIOCGWINSZ, &size) != 0 || size.ws_col == 0) {
+    return std::nullopt;
+  }
+  return size.ws_col;
 }
 
 void SecureStandardStreams() {

@@ -75,6 +75,20 @@ void CtApiLibrary::Fail(const Message& answer) {
   }
 }
 
+void CtApiLibrary::StartHelper() {
+  isLoaded_ = false;
+  helper_ = std::make_unique<HelperProcess>(program_, candidates_);
+}
+
+void CtApiLibrary::BeginLoading() {
+  if (helper_ != nullptr) return;
+  try {
+    StartHelper();
+  } catch (const LibraryUnusable&) {
+    // The first call tries again and tells.
+  }
+}
+
 Message CtApiLibrary::GiveUp() {
   helper_->Kill();
   helper_.reset();
@@ -83,13 +97,14 @@ Message CtApiLibrary::GiveUp() {
 }
 
 // False where that was given up.
-bool CtApiLibrary::Load() {
-  helper_ = std::make_unique<HelperProcess>(program_, candidates_);
+bool CtApiLibrary::FinishLoading() {
+  if (helper_ == nullptr) StartHelper();
   isGivenUp_ = false;
   const std::optional<Message> started = helper_->Receive(pending_);
   if (!started) return false;
   if (started->Kind != MessageKind::Loaded) Fail(*started);
   file_ = QString::fromStdString(std::string(started->Text()));
+  isLoaded_ = true;
   return true;
 }
 
@@ -98,7 +113,7 @@ Message CtApiLibrary::Call(const Message& call) {
   if (isGivenUp_ && !opens) return {.Code = ctapi::code::HtsiError};
   const Flagged calling(isCalling_);
   try {
-    if (helper_ == nullptr && !Load()) return GiveUp();
+    if ((helper_ == nullptr || !isLoaded_) && !FinishLoading()) return GiveUp();
     helper_->Send(call);
     const std::optional<Message> answer = helper_->Receive(pending_);
     if (!answer) return GiveUp();
@@ -111,7 +126,7 @@ Message CtApiLibrary::Call(const Message& call) {
 }
 
 ctapi::PortInfo CtApiLibrary::InfoOf(int pn) {
-  if (helper_ == nullptr || isCalling_) return {};
+  if (helper_ == nullptr || !isLoaded_ || isCalling_) return {};
   try {
     helper_->Send({.Kind = MessageKind::PortInfo,
                    .Pn = static_cast<std::uint16_t>(pn),

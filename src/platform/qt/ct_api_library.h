@@ -14,10 +14,10 @@ namespace kartocheck {
 
 class HelperProcess;
 
-// The CT-API through a shared library. The library is loaded at the first call, in a process of its
-// own that serves all ports: what it does to itself stays there. A library that cannot be loaded,
-// or lacks one of the entry points that open, use and close a link, is refused before any is
-// called; without CT_get_baudrate it is refused when that is called. One that lacks the further,
+// The CT-API through a shared library. The library is loaded for the first call, in a process of
+// its own that serves all ports: what it does to itself stays there. A library that cannot be
+// loaded, or lacks one of the entry points that open, use and close a link, is refused before any
+// is called; without CT_get_baudrate it is refused when that is called. One that lacks the further,
 // optional entry point only tells nothing of its ports.
 class CtApiLibrary final : public CtApi {
  public:
@@ -33,6 +33,10 @@ class CtApiLibrary final : public CtApi {
   // outlives this.
   CtApiLibrary(QString helper, QStringList candidates, PendingCall& pending);
   ~CtApiLibrary() override;
+
+  // Lets the process start and load the library while its caller does other things. What comes of
+  // it is told by the first call.
+  void BeginLoading();
 
   // Where the library stands that was loaded last; empty before the first call.
   [[nodiscard]] const QString& LoadedFile() const { return file_; }
@@ -53,7 +57,8 @@ class CtApiLibrary final : public CtApi {
 
  private:
   [[nodiscard]] ctapi::helper::Message Call(const ctapi::helper::Message& call);
-  [[nodiscard]] bool Load();
+  void StartHelper();
+  [[nodiscard]] bool FinishLoading();
   [[nodiscard]] ctapi::helper::Message GiveUp();
   [[noreturn]] void Fail(const ctapi::helper::Message& answer);
 
@@ -61,7 +66,8 @@ class CtApiLibrary final : public CtApi {
   const QStringList candidates_;
   PendingCall& pending_;
   QString file_;
-  std::unique_ptr<HelperProcess> helper_;  // none before the first call, and after one given up
+  std::unique_ptr<HelperProcess> helper_;  // none before it is needed, and after a call given up
+  bool isLoaded_ = false;                  // by the helper
   bool isGivenUp_ = false;
   bool isCalling_ = false;
 };

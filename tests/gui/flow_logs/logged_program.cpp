@@ -87,8 +87,8 @@ void RunConsoleCall(const QString& scenarioFile, const ConsoleCall& call, FlowLo
   };
   ConsoleFrontEnd frontEnd =
       call.diagnose
-          ? ConsoleFrontEnd(out, StatusLine::Kept, answers)
-          : ConsoleFrontEnd(errors, StatusLine::Kept,
+          ? ConsoleFrontEnd(out, MessageOptions(), answers)
+          : ConsoleFrontEnd(errors, MessageOptions(),
                             call.eraseRecords ? StoredRecords::Erase : StoredRecords::Keep);
   Bas_MKT_Test module({.api = library,
                        .dialogs = frontEnd,

@@ -1,0 +1,74 @@
+#include "main/start_console.h"
+
+#include <iostream>
+#include <optional>
+#include <string>
+
+#include "app/bas_mkt_test.h"
+#include "console/console_run.h"
+#include "main/program.h"
+#include "platform/qt/qt_event_loop.h"
+#include "platform/standard_streams.h"
+#include "platform/termination_signal.h"
+#include "text/status_texts.h"
+
+namespace kartocheck {
+
+namespace {
+
+MessageOptions MessageOptionsOn(StandardStream stream, const CommandLine& line) {
+  const auto statusLine = [&] {
+    if (line.quiet) return StatusLine::LeftOut;
+    if (IsTerminal(stream)) return StatusLine::Overwritten;
+    return line.verbose ? StatusLine::Kept : StatusLine::LeftOut;
+  };
+  return {.statusLine = statusLine(),
+          .columns = [stream] { return ColumnsOf(stream); },
+          .areBoxesShown = !line.quiet};
+}
+
+}  // namespace
+
+int RunConsoleFrontEnd(const CommandLine& line, Outside& outside) {
+  QtEventLoop eventLoop;
+  bool endRequested = false;
+  const LineSource answers = [&]() -> std::optional<std::string> {
+    // Whoever asks the program to end does not want to answer first.
+    while (!endRequested && !WaitForInput()) eventLoop.Yield();
+    std::string answer;
+    if (endRequested || !std::getline(std::cin, answer)) return std::nullopt;
+    // A terminal shows what is typed by itself.
+    if (!IsTerminal(StandardStream::Input)) std::cout << answer << '\n';
+    return answer;
+  };
+  ConsoleFrontEnd frontEnd =
+      line.diagnose
+          ? ConsoleFrontEnd(std::cout, MessageOptionsOn(StandardStream::Output, line), answers)
+          : ConsoleFrontEnd(std::cerr, MessageOptionsOn(StandardStream::Error, line),
+                            line.eraseRecords ? StoredRecords::Erase : StoredRecords::Keep);
+  Bas_MKT_Test module({.api = outside.Api(),
+                       .dialogs = frontEnd,
+                       .display = frontEnd,
+                       .eventLoop = eventLoop,
+                       .serial = outside.Serial(),
+                       .directory = outside.Directory(),
+                       .terminate =
+                           [&](const LibraryFault& fault) {
+                             frontEnd.CompleteAfterFatal();
+                             TerminateNow(fault);
+                           },
+                       .onExitRequest = [&] { outside.Pending().GiveUpWhateverIsLate(); }});
+  outside.Pending().Late().Watch([&](bool isLate) {
+    if (isLate) frontEnd.ShowStatusText(status_text::NotAnsweredYet.toString());
+  });
+  module.LoadSchemas(outside.SchemaDirectories());
+  module.SetValidation(line.validate);
+  const TerminationSignal signal([&] {
+    endRequested = true;
+    module.RequestExit();
+  });
+  if (line.diagnose) return RunConsoleDiagnosis(*line.diagnose, module, frontEnd, std::cout);
+  return RunConsole({.json = line.json, .port = line.port}, module, frontEnd, std::cout);
+}
+
+}  // namespace kartocheck
