@@ -36,13 +36,18 @@ int ExitStatusOf(const std::vector<PortReport>& reports) {
 // One run over ports; each is reported when it is done.
 class ConsoleScan {
  public:
-  ConsoleScan(Bas_MKT_Test& module, ConsoleFrontEnd& frontEnd, ReportWriter& writer)
-      : module_(module), frontEnd_(frontEnd), writer_(writer), ports_(module, frontEnd, view_) {}
+  ConsoleScan(const ConsoleOptions& options, Bas_MKT_Test& module, ConsoleFrontEnd& frontEnd,
+              ReportWriter& writer)
+      : options_(options),
+        module_(module),
+        frontEnd_(frontEnd),
+        writer_(writer),
+        ports_(module, frontEnd, view_) {}
 
-  [[nodiscard]] int Run(std::optional<Port> only) {
+  [[nodiscard]] int Run() {
     writer_.Begin();
-    if (only) {
-      LookAt(*only);
+    if (options_.port) {
+      LookAt(*options_.port);
     } else {
       LookAtAll();
     }
@@ -89,8 +94,10 @@ class ConsoleScan {
     frontEnd_.EndStatusLine();
     run_.hints = view_.hintsWithoutReader.Value();
     writer_.End(run_);
+    if (options_.atEnd) options_.atEnd(run_);
   }
 
+  const ConsoleOptions& options_;
   Bas_MKT_Test& module_;
   ConsoleFrontEnd& frontEnd_;
   ReportWriter& writer_;
@@ -107,10 +114,10 @@ int RunConsole(const ConsoleOptions& options, Bas_MKT_Test& module, ConsoleFront
   JsonReport json(out);
   TextReport text(out);
   ReportWriter& writer = options.json ? static_cast<ReportWriter&>(json) : text;
-  ConsoleScan scan(module, frontEnd, writer);
+  ConsoleScan scan(options, module, frontEnd, writer);
   frontEnd.WhenFatal([&scan] { scan.Complete(); });
   try {
-    return scan.Run(options.port);
+    return scan.Run();
   } catch (const NotWritten&) {
     frontEnd.TellNotWritten();
     return exit_status::NotWritten;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <optional>
 
@@ -21,6 +22,8 @@ inline constexpr int Interrupted = 130;  // the program was asked to end, as she
 struct ConsoleOptions {
   bool json = false;
   std::optional<Port> port{};  // only this one
+  // Called with the whole run when it was handed over; may throw NotWritten.
+  std::function<void(const RunReport& run)> atEnd{};
 };
 
 // Checks the ports, identifies the terminals, reads what can be read and reports on `out`: the port

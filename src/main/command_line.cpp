@@ -39,6 +39,7 @@ Ohne Fenster:
   --erase-records        Datensätze mobiler Terminals lesen; sie werden dort gelöscht
   --validate             eGK-Daten gegen die Schemas validieren
   --diagnose PN          Fragen der Diagnose zu dieser Portnummer stellen
+  --report DATEI         auch einen Prüfbericht ohne Kartendaten schreiben (.pdf: als PDF)
   --verbose              jeden Schritt melden, auch wo kein Terminal zusieht
   --quiet                keine Meldungen, nur den Bericht
 
@@ -60,14 +61,15 @@ struct Options {
   QCommandLineOption schemaDir{QStringLiteral("schema-dir"), {}, QStringLiteral("ORDNER")};
   QCommandLineOption validate{QStringLiteral("validate")};
   QCommandLineOption diagnose{QStringLiteral("diagnose"), {}, QStringLiteral("PN")};
+  QCommandLineOption report{QStringLiteral("report"), {}, QStringLiteral("DATEI")};
   QCommandLineOption verbose{QStringLiteral("verbose")};
   QCommandLineOption quiet{QStringLiteral("quiet")};
   QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")}};
   QCommandLineOption version{QStringLiteral("version")};
 
   [[nodiscard]] QList<QCommandLineOption> All() const {
-    return {ctApi,     simulate, console,  json,    port,  eraseRecords, serialPort,
-            schemaDir, validate, diagnose, verbose, quiet, help,         version};
+    return {ctApi,    simulate, console, json,    port,  eraseRecords, serialPort, schemaDir,
+            validate, diagnose, report,  verbose, quiet, help,         version};
   }
 };
 
@@ -123,6 +125,7 @@ QString Fill(CommandLine& line, const QCommandLineParser& parser, const Options&
   line.quiet = parser.isSet(options.quiet);
   line.verbose = parser.isSet(options.verbose);
   if (parser.isSet(options.ctApi)) line.ctApi = parser.value(options.ctApi);
+  if (parser.isSet(options.report)) line.report = parser.value(options.report);
   if (parser.isSet(options.simulate)) line.simulate = parser.value(options.simulate);
   if (parser.isSet(options.schemaDir)) line.schemaDirectory = parser.value(options.schemaDir);
   for (const QString& value : parser.values(options.serialPort)) {
@@ -151,14 +154,15 @@ QString ContradictionIn(const CommandLine& line) {
     return QStringLiteral("--ct-api und --simulate schließen einander aus.");
   }
   const bool asksForConsole = line.json || line.eraseRecords || line.validate || line.port ||
-                              line.diagnose || line.quiet || line.verbose;
+                              line.diagnose || line.quiet || line.verbose || line.report;
   if (!line.console && asksForConsole) {
     return QStringLiteral(
-        "--json, --port, --erase-records, --validate, --diagnose, --verbose und --quiet gelten nur "
-        "mit --console.");
+        "--json, --port, --erase-records, --validate, --diagnose, --report, --verbose und --quiet "
+        "gelten nur mit --console.");
   }
-  if (line.diagnose && (line.json || line.eraseRecords || line.port || line.quiet)) {
-    return QStringLiteral("--diagnose verträgt --json, --port, --erase-records und --quiet nicht.");
+  if (line.diagnose && (line.json || line.eraseRecords || line.port || line.quiet || line.report)) {
+    return QStringLiteral(
+        "--diagnose verträgt --json, --port, --erase-records, --report und --quiet nicht.");
   }
   if (line.verbose && line.quiet) {
     return QStringLiteral("--verbose und --quiet schließen einander aus.");

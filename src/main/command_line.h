@@ -21,8 +21,9 @@ struct CommandLine {
   bool json = false;
   bool eraseRecords = false;
   bool validate = false;
-  bool quiet = false;    // no messages on standard error
-  bool verbose = false;  // status texts there, terminal or not
+  bool quiet = false;             // no messages on standard error
+  bool verbose = false;           // status texts there, terminal or not
+  std::optional<QString> report;  // the file that takes the test report
   std::optional<Port> port;
   std::optional<Port> diagnose;  // the port of the guided questions
 };

@@ -1,11 +1,16 @@
 #include "main/start_console.h"
 
+#include <QCoreApplication>
+#include <QSaveFile>
+#include <QSysInfo>
+
 #include <iostream>
 #include <optional>
 #include <string>
 
 #include "app/bas_mkt_test.h"
 #include "console/console_run.h"
+#include "console/report_writer.h"
 #include "main/program.h"
 #include "platform/qt/qt_event_loop.h"
 #include "platform/standard_streams.h"
@@ -27,9 +32,27 @@ MessageOptions MessageOptionsOn(StandardStream stream, const CommandLine& line) 
           .areBoxesShown = !line.quiet};
 }
 
+void AddPorts(const RunReport& run, TestReport& report) {
+  for (const PortReport& port : run.ports) {
+    report.ports.push_back(
+        ReportedPortOf(port.port, port.entry, port.terminal, port.identification, port.hint));
+    if (!port.port.IsTested()) report.furtherPorts.append(port.port.Line());
+  }
+  report.hints = run.hints;
+}
+
 }  // namespace
 
-int RunConsoleFrontEnd(const CommandLine& line, Outside& outside) {
+int RunConsoleFrontEnd(const CommandLine& line, Outside& outside,
+                       const ReportFormat& reportFormat) {
+  // What cannot be written is not read: a read may erase a record.
+  QSaveFile reportFile(line.report.value_or(QString()));
+  reportFile.setDirectWriteFallback(true);
+  if (line.report && !reportFile.open(QIODevice::WriteOnly)) {
+    std::cerr << "KartoCheck: Der Prüfbericht kann nicht geschrieben werden: "
+              << reportFile.errorString().toStdString() << '\n';
+    return exit_status::NotWritten;
+  }
   QtEventLoop eventLoop;
   bool endRequested = false;
   const LineSource answers = [&]() -> std::optional<std::string> {
@@ -46,9 +69,10 @@ int RunConsoleFrontEnd(const CommandLine& line, Outside& outside) {
           ? ConsoleFrontEnd(std::cout, MessageOptionsOn(StandardStream::Output, line), answers)
           : ConsoleFrontEnd(std::cerr, MessageOptionsOn(StandardStream::Error, line),
                             line.eraseRecords ? StoredRecords::Erase : StoredRecords::Keep);
+  RunRecorder recorder(frontEnd, frontEnd, [] { return QTime::currentTime(); });
   Bas_MKT_Test module({.api = outside.Api(),
-                       .dialogs = frontEnd,
-                       .display = frontEnd,
+                       .dialogs = recorder,
+                       .display = recorder,
                        .eventLoop = eventLoop,
                        .serial = outside.Serial(),
                        .directory = outside.Directory(),
@@ -68,7 +92,18 @@ int RunConsoleFrontEnd(const CommandLine& line, Outside& outside) {
     module.RequestExit();
   });
   if (line.diagnose) return RunConsoleDiagnosis(*line.diagnose, module, frontEnd, std::cout);
-  return RunConsole({.json = line.json, .port = line.port}, module, frontEnd, std::cout);
+  const auto saveReport = [&](const RunReport& run) {
+    TestReport report = EmptyTestReport(QDateTime::currentDateTime(),
+                                        {.version = QCoreApplication::applicationVersion(),
+                                         .library = outside.LibraryText(),
+                                         .system = QSysInfo::prettyProductName()},
+                                        module.Validation(), recorder);
+    AddPorts(run, report);
+    if (!SaveReport(report, reportFormat, reportFile)) throw NotWritten();
+  };
+  ConsoleOptions options{.json = line.json, .port = line.port};
+  if (line.report) options.atEnd = saveReport;
+  return RunConsole(options, module, frontEnd, std::cout);
 }
 
 }  // namespace kartocheck

@@ -47,6 +47,11 @@ std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv) 
   return application;
 }
 
+std::unique_ptr<QCoreApplication> MakeFontApplication(int& argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  return std::make_unique<QGuiApplication>(argc, argv);
+}
+
 int RunWindow(const WindowSetup& setup) {
   if (!ShowUserInformation()) return EXIT_SUCCESS;
   QtEventLoop eventLoop;
@@ -78,7 +83,7 @@ int RunWindow(const WindowSetup& setup) {
   flow.Watch(setup.pending);
   window.Attach(flow, view, module);
   window.OfferReport(
-      [&] { return TestReportText(QDateTime::currentDateTime(), facts(), module, recorder); });
+      [&] { return TestReportOf(QDateTime::currentDateTime(), facts(), module, recorder); });
   const TerminationSignal signal([&] { window.CloseForSystem(); });
   window.show();
   return QCoreApplication::exec();

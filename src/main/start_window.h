@@ -18,6 +18,9 @@ namespace kartocheck {
 // The application object that a window needs.
 [[nodiscard]] std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv);
 
+// The application object of a console run that draws: it needs no display.
+[[nodiscard]] std::unique_ptr<QCoreApplication> MakeFontApplication(int& argc, char** argv);
+
 // What the window works with.
 struct WindowSetup {
   CtApi& api;

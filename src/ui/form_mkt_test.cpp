@@ -4,12 +4,14 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSaveFile>
 #include <QScreen>
 #include <QSettings>
 #include <QShortcut>
@@ -17,6 +19,7 @@
 
 #include <algorithm>
 
+#include "text/lines.h"
 #include "text/status_texts.h"
 #include "ui/button_panel.h"
 #include "ui/form_daten_info.h"
@@ -28,6 +31,7 @@
 #include "ui/picture.h"
 #include "ui/plain_label.h"
 #include "ui/port_frame.h"
+#include "ui/report_pdf.h"
 #include "ui/secret_clipboard.h"
 #include "ui/terminal_access_frame.h"
 #include "ui/terminal_status_frame.h"
@@ -53,6 +57,9 @@ QAction* AddEntry(QMenu* menu, const QString& name, const QString& text) {
 // Description and pattern of the schema files; Qt takes the pattern from the description's
 // brackets.
 constexpr QStringView SchemaFilter = u"XSD (*.xsd)|*.xsd";
+
+constexpr QStringView PdfFilter = u"PDF (*.pdf)";
+constexpr QStringView TextFilter = u"Text (*.txt)";
 
 QString SchemaNameFilter() {
   return SchemaFilter.first(SchemaFilter.indexOf(u'|')).toString();
@@ -124,6 +131,10 @@ void Form_MKT_Test::CreateHelpMenu() {
       AddEntry(help, QStringLiteral("mnuPruefbericht"), QStringLiteral("Prüfbericht &kopieren"));
   mnuPruefbericht->setEnabled(false);
   connect(mnuPruefbericht, &QAction::triggered, this, [this] { CopyReport(); });
+  mnuPruefberichtSpeichern = AddEntry(help, QStringLiteral("mnuPruefberichtSpeichern"),
+                                      QStringLiteral("Prüfbericht &speichern ..."));
+  mnuPruefberichtSpeichern->setEnabled(false);
+  connect(mnuPruefberichtSpeichern, &QAction::triggered, this, [this] { AskForReportFile(); });
   help->addSeparator();
   QAction* info = AddEntry(help, QStringLiteral("mnuInfo"), QStringLiteral("Inf&o..."));
   connect(info, &QAction::triggered, this,
@@ -155,8 +166,33 @@ void Form_MKT_Test::ShowUserInformation() {
 }
 
 void Form_MKT_Test::CopyReport() {
-  QGuiApplication::clipboard()->setText(makeReport_());
+  QGuiApplication::clipboard()->setText(ReportText(makeReport_()));
   ShowStatusText(QStringLiteral("Der Prüfbericht wurde in die Zwischenablage kopiert"));
+}
+
+void Form_MKT_Test::AskForReportFile() {
+  auto* dialog = new QFileDialog(this, mnuPruefberichtSpeichern->text().remove(u'&'));
+  dialog->setObjectName(QStringLiteral("dlgPruefbericht"));
+  dialog->setAcceptMode(QFileDialog::AcceptSave);
+  dialog->setNameFilters({PdfFilter.toString(), TextFilter.toString()});
+  dialog->setDefaultSuffix(QStringLiteral("pdf"));
+  connect(dialog, &QFileDialog::filterSelected, dialog, [dialog](const QString& filter) {
+    dialog->setDefaultSuffix(filter == PdfFilter ? QStringLiteral("pdf") : QStringLiteral("txt"));
+  });
+  dialog->selectFile(QStringLiteral("Prüfbericht KartoCheck"));
+  connect(dialog, &QFileDialog::fileSelected, this, &Form_MKT_Test::SaveReportTo);
+  OpenSideWindow(dialog);
+}
+
+void Form_MKT_Test::SaveReportTo(const QString& name) {
+  QSaveFile file(name);
+  file.setDirectWriteFallback(true);
+  const ReportFormat format = IsPdfName(name) ? WriteReportPdf : WriteReportText;
+  if (file.open(QIODevice::WriteOnly) && SaveReport(makeReport_(), format, file)) {
+    return ShowStatusText(u"Der Prüfbericht wurde gespeichert: " + QFileInfo(name).fileName());
+  }
+  boxes_.Tell(Icon::Exclamation, Dialogs::Title.toString(),
+              Lines({u"Der Prüfbericht konnte nicht gespeichert werden:", file.errorString()}));
 }
 
 // In the order in which the Tab key walks through them: from what is used first to what is only
@@ -330,9 +366,10 @@ void Form_MKT_Test::DrawPorts(ViewState& view) {
       [this](const QStringList& hints) { Fram_Comx->ShowHintsWithoutReader(hints); });
 }
 
-void Form_MKT_Test::OfferReport(std::function<QString()> makeReport) {
+void Form_MKT_Test::OfferReport(std::function<TestReport()> makeReport) {
   makeReport_ = std::move(makeReport);
   mnuPruefbericht->setEnabled(makeReport_ != nullptr);
+  mnuPruefberichtSpeichern->setEnabled(makeReport_ != nullptr);
 }
 
 void Form_MKT_Test::ShowStatusText(const QString& text) {

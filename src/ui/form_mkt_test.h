@@ -11,6 +11,7 @@
 #include "ui/main_window/front_end.h"
 #include "ui/main_window/program_facts.h"
 #include "ui/main_window/test_flow.h"
+#include "ui/main_window/test_report.h"
 #include "ui/message_boxes.h"
 
 class QAction;
@@ -52,7 +53,7 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   // All three need the window to be made, so they come after construction; they end before it does.
   void Attach(TestFlow& flow, ViewState& view, Bas_MKT_Test& module);
   // Where the text of a test report comes from; without one the menu does not offer it.
-  void OfferReport(std::function<QString()> makeReport);
+  void OfferReport(std::function<TestReport()> makeReport);
 
   // The system ends the program (SIGTERM, end of the desktop session): an open box counts as
   // answered with Cancel or No, nothing more is asked, and the window closes, after the end of
@@ -80,6 +81,8 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   void ShowLateness(bool isLate);
   void ShowUserInformation();
   void CopyReport();
+  void AskForReportFile();
+  void SaveReportTo(const QString& name);
   void CreateFrames();
   void CreateStatusBar(bool simulation);
   void CreateLayout();
@@ -92,7 +95,7 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   MessageBoxes boxes_;
   QSettings* settings_;
   std::function<ProgramFacts()> facts_;
-  std::function<QString()> makeReport_;
+  std::function<TestReport()> makeReport_;
   TestFlow* flow_ = nullptr;
   bool actionRunning_ = false;
   bool closing_ = false;           // closes without a question
@@ -116,6 +119,7 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   QAction* mnuValidierung = nullptr;
   QMenu* mnuSchema = nullptr;
   QAction* mnuPruefbericht = nullptr;
+  QAction* mnuPruefberichtSpeichern = nullptr;
 };
 
 }  // namespace kartocheck

@@ -226,6 +226,7 @@ TEST_F(LayoutTest, MenusHaveTheirEntries) {
       {u"mnuBenutzerInformation", u"Ben&utzer Information"},
       {u"mnuInfo", u"Inf&o..."},
       {u"mnuPruefbericht", u"Prüfbericht &kopieren"},
+      {u"mnuPruefberichtSpeichern", u"Prüfbericht &speichern ..."},
   };
   for (const auto& [name, text] : texts) EXPECT_EQ(Entry(name).text(), text);
   EXPECT_EQ(program.Find<QMenu>(QStringLiteral("mnuDatei")).title(), u"&Datei");
@@ -245,8 +246,10 @@ TEST_F(LayoutTest, EveryMenuEntryIsEnabledAtStart) {
 
 TEST_F(LayoutTest, AReportIsOfferedOnceThereIsOne) {
   EXPECT_FALSE(Entry(u"mnuPruefbericht").isEnabled());
-  program.window.OfferReport([] { return QString(); });
+  EXPECT_FALSE(Entry(u"mnuPruefberichtSpeichern").isEnabled());
+  program.window.OfferReport([] { return TestReport(); });
   EXPECT_TRUE(Entry(u"mnuPruefbericht").isEnabled());
+  EXPECT_TRUE(Entry(u"mnuPruefberichtSpeichern").isEnabled());
 }
 
 TEST_F(LayoutTest, StatusBarHoldsTextAndProgress) {

@@ -172,6 +172,46 @@ TEST_F(MenuTest, TheReportGoesToTheClipboardAsPlainText) {
             u"Der Prüfbericht wurde in die Zwischenablage kopiert");
 }
 
+class SavedReportTest : public MenuTest {
+ protected:
+  QByteArray Saved(const QString& name) {
+    const QString file = directory.filePath(name);
+    Entry(QStringLiteral("mnuPruefberichtSpeichern")).trigger();
+    auto& dialog = static_cast<QFileDialog&>(SideWindow(QStringLiteral("dlgPruefbericht")));
+    Q_EMIT dialog.fileSelected(file);
+    dialog.close();
+    QFile saved(file);
+    return saved.open(QIODevice::ReadOnly) ? saved.readAll() : QByteArray();
+  }
+
+  QTemporaryDir directory;
+};
+
+TEST_F(SavedReportTest, IsTheTextThatIsCopied) {
+  program.Click(QStringLiteral("CmdB_MKt_Test_3"));
+  const QByteArray text = Saved(QStringLiteral("Bericht.txt"));
+  EXPECT_TRUE(program.Report().startsWith(QString::fromUtf8(text)))
+      << "the status text of the saving comes after it";
+  EXPECT_GT(text.size(), 1'000);
+  EXPECT_EQ(program.Text(QStringLiteral("Labl_StatusText")),
+            u"Der Prüfbericht wurde gespeichert: Bericht.txt");
+}
+
+TEST_F(SavedReportTest, IsAPdfOfOnePage) {
+  program.Click(QStringLiteral("CmdB_MKt_Test_3"));
+  const QByteArray pdf = Saved(QStringLiteral("Bericht.PDF"));
+  EXPECT_TRUE(pdf.startsWith("%PDF-"));
+  EXPECT_TRUE(pdf.contains("/Count 1\n"));
+  EXPECT_FALSE(pdf.contains("Beispiel"));
+}
+
+TEST_F(SavedReportTest, AFileThatCannotBeWrittenIsTold) {
+  const BoxAnswerer user({PressButton(QMessageBox::Ok)});
+  EXPECT_EQ(Saved(QStringLiteral("no such folder/Bericht.txt")), QByteArray());
+  ASSERT_EQ(user.seen.size(), 1U);
+  EXPECT_TRUE(user.seen[0].text.startsWith(u"Der Prüfbericht konnte nicht gespeichert werden:"));
+}
+
 TEST_F(MenuTest, HelpEntriesOpenTheirWindows) {
   Entry(QStringLiteral("mnuInfo")).trigger();
   SideWindow(QStringLiteral("Form_Info")).close();

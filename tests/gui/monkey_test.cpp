@@ -70,7 +70,7 @@ class MonkeyProgram {
       if (callsBeforeInterference_ == interferes_) user_.Interfere();
     };
     window_.Attach(flow_, view_, module_);
-    window_.OfferReport([] { return QStringLiteral("Bericht"); });
+    window_.OfferReport([] { return TestReport(); });
     window_.show();
     Activate(window_);
     view_.isActionRunning.Watch([this](bool isRunning) { hasActed_ = hasActed_ || isRunning; });

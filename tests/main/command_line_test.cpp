@@ -111,6 +111,9 @@ INSTANTIATE_TEST_SUITE_P(
                     })},
         AcceptedRow{"the console without messages", "--console --quiet",
                     ConsoleWith([](CommandLine& line) { line.quiet = true; })},
+        AcceptedRow{
+            "the console with a test report", "--console --report bericht.pdf",
+            ConsoleWith([](CommandLine& line) { line.report = QStringLiteral("bericht.pdf"); })},
         AcceptedRow{"the console with every step", "--console --verbose",
                     ConsoleWith([](CommandLine& line) { line.verbose = true; })},
         AcceptedRow{"a value that looks like an option with one", "--ct-api --console=1",
@@ -155,11 +158,10 @@ constexpr QStringView BadDiagnose =
     u"--diagnose verlangt eine Zahl von 1 bis 256 oder 8192 bis 8447.";
 constexpr QStringView BadSerialPort = u"--serial-port verlangt N=GERÄT mit N von 1 bis 256.";
 constexpr QStringView NeedsConsole =
-    u"--json, --port, --erase-records, --validate, --diagnose, --verbose und --quiet gelten nur "
-    u"mit "
-    u"--console.";
+    u"--json, --port, --erase-records, --validate, --diagnose, --report, --verbose und --quiet "
+    u"gelten nur mit --console.";
 constexpr QStringView WithDiagnose =
-    u"--diagnose verträgt --json, --port, --erase-records und --quiet nicht.";
+    u"--diagnose verträgt --json, --port, --erase-records, --report und --quiet nicht.";
 
 INSTANTIATE_TEST_SUITE_P(
     Main, RefusedLineTest,
@@ -204,10 +206,13 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedRow{"validating without the console", "--validate", NeedsConsole},
         RefusedRow{"diagnosing without the console", "--diagnose 1", NeedsConsole},
         RefusedRow{"silence without the console", "--quiet", NeedsConsole},
+        RefusedRow{"a test report without the console", "--report a.txt", NeedsConsole},
         RefusedRow{"every step without the console", "--verbose", NeedsConsole},
         RefusedRow{"silence and every step", "--console --quiet --verbose",
                    u"--verbose und --quiet schließen einander aus."},
         RefusedRow{"a diagnosis that asks in silence", "--console --diagnose 1 --quiet",
+                   WithDiagnose},
+        RefusedRow{"a diagnosis with a test report", "--console --diagnose 1 --report a.txt",
                    WithDiagnose},
         RefusedRow{"a diagnosis as json", "--console --diagnose 1 --json", WithDiagnose},
         RefusedRow{"a diagnosis beside a port", "--console --diagnose 1 --port 1", WithDiagnose},

@@ -4,13 +4,16 @@
 
 namespace kartocheck {
 
-StatusTab StatusTabOf(const Bas_MKT_Test& module, int slot) {
-  const PortEntry& port = module.PortOf(slot);
-  const TerminalInfo& info = module.TerminalOf(slot);
+StatusTab StatusTabOf(const PortEntry& port, const TerminalInfo& info,
+                      const QString& identification) {
   return {port.PortText.Trimmed(),    port.AvailText.Trimmed(),
           info.ModelName.Trimmed(),   info.ManufacturerId.Trimmed(),
           info.ProductCode.Trimmed(), info.SoftwareVersion.Trimmed(),
-          info.DisplayText.Trimmed(), module.IdentificationOf(slot)};
+          info.DisplayText.Trimmed(), identification};
+}
+
+StatusTab StatusTabOf(const Bas_MKT_Test& module, int slot) {
+  return StatusTabOf(module.PortOf(slot), module.TerminalOf(slot), module.IdentificationOf(slot));
 }
 
 }  // namespace kartocheck

@@ -5,7 +5,9 @@
 
 #include <array>
 
+#include "discovery/terminal_info.h"
 #include "platform/port.h"
+#include "terminal/port_entry.h"
 
 namespace kartocheck {
 
@@ -32,6 +34,9 @@ using StatusTab = std::array<QString, StatusRowCount>;
   return StatusRowLabels.at(static_cast<std::size_t>(row));
 }
 
+// The values of a port's tab.
+[[nodiscard]] StatusTab StatusTabOf(const PortEntry& port, const TerminalInfo& info,
+                                    const QString& identification);
 // The values of a slot's tab.
 [[nodiscard]] StatusTab StatusTabOf(const Bas_MKT_Test& module, int slot);
 

@@ -1,5 +1,7 @@
 #include "ui/main_window/test_report.h"
 
+#include <QSaveFile>
+
 #include "ui/main_window/status_tab.h"
 
 namespace kartocheck {
@@ -28,6 +30,7 @@ class ReportLines {
 };
 
 QString Presence(const PortEntry& port) {
+  if (!port.IsChecked) return QStringLiteral("nicht geprüft");
   if (port.PortError) return QStringLiteral("gesperrt");
   return port.PortPresent ? QStringLiteral("vorhanden") : QStringLiteral("nicht vorhanden");
 }
@@ -42,21 +45,16 @@ QString DataKind(const TerminalInfo& info) {
   return info.EgkData ? QStringLiteral("eGK gelesen") : QStringLiteral("KVK gelesen");
 }
 
-void AddPort(ReportLines& lines, Port port, const Bas_MKT_Test& module) {
-  const int slot = port.Slot();
-  const PortEntry& entry = module.PortOf(slot);
-  const TerminalInfo& info = module.TerminalOf(slot);
-  lines.Line(port.IsTested() ? port.Name() : port.Line());
-  lines.Field(u"Anschluss:", Presence(entry));
-  lines.Field(u"Leitungssignal:", entry.LineState ? QStringLiteral("ja") : QStringLiteral("nein"));
-  lines.Field(u"Ergebnis der Prüfung:", QString::number(entry.ScanResult));
-  const StatusTab values = StatusTabOf(module, slot);
-  for (int row = 0; row < StatusRowCount; ++row) {
-    lines.Field(StatusRowLabel(slot, row), values.at(static_cast<std::size_t>(row)));
+// What is known of a terminal in one line: who made it, what it is.
+QString TerminalText(const TerminalInfo& info) {
+  if (!info.Answered) return {};
+  const QStringList parts{info.ManufacturerId.Trimmed(), info.ModelName.Trimmed(),
+                          info.SoftwareVersion.Trimmed()};
+  QStringList told;
+  for (const QString& part : parts) {
+    if (!part.isEmpty()) told.append(part);
   }
-  lines.Field(u"Terminal:", TerminalKind(info));
-  lines.Field(u"Daten:", DataKind(info));
-  lines.Field(u"Hinweis:", module.HintFor(port));
+  return told.join(u", ");
 }
 
 // The lines of a message stand below each other, behind the time.
@@ -75,35 +73,99 @@ QString SchemaState(const ValidationSettings& validation, VsdKind kind) {
 
 }  // namespace
 
-QString TestReportText(const QDateTime& time, const ProgramFacts& facts, const Bas_MKT_Test& module,
-                       const RunRecorder& run) {
-  ReportLines lines;
-  lines.Line(QStringLiteral("Prüfbericht KartoCheck"));
-  lines.Field(u"Erstellt:", time.toString(QStringLiteral("dd.MM.yyyy HH:mm:ss")));
-  lines.Field(u"Version:", facts.version);
-  lines.Field(u"CT-API-Bibliothek:", facts.library);
-  lines.Field(u"Betriebssystem:", facts.system);
-  lines.Field(u"Letzter Abbruch:", facts.lastFailure);
-  lines.Field(u"Validierung:", module.Validation().isOn ? QStringLiteral("eingeschaltet")
-                                                        : QStringLiteral("ausgeschaltet"));
-  for (const VsdKind kind : VsdKinds) {
-    const QString caption = VsdTexts[kind].abbreviation + u":";
-    lines.Field(caption, SchemaState(module.Validation(), kind));
+ReportedPort ReportedPortOf(Port port, const PortEntry& entry, const TerminalInfo& info,
+                            const QString& identification, const QString& hint) {
+  ReportedPort reported{.name = port.IsTested() ? port.Name() : port.Line(),
+                        .isChecked = entry.IsChecked,
+                        .presence = Presence(entry),
+                        .terminal = TerminalText(info),
+                        .finding = {},
+                        .hint = hint,
+                        .fields = {}};
+  const auto add = [&reported](QStringView caption, const QString& value) {
+    if (!value.isEmpty()) reported.fields.push_back({caption.toString(), value});
+  };
+  add(u"Anschluss:", reported.presence);
+  if (entry.IsChecked) {
+    reported.finding = info.Answered ? DataKind(info) : entry.PortText.Trimmed();
+    add(u"Leitungssignal:", entry.LineState ? QStringLiteral("ja") : QStringLiteral("nein"));
+    add(u"Ergebnis der Prüfung:", QString::number(entry.ScanResult));
+    const StatusTab values = StatusTabOf(entry, info, identification);
+    for (int row = 0; row < StatusRowCount; ++row) {
+      add(StatusRowLabel(port.Slot(), row), values.at(static_cast<std::size_t>(row)));
+    }
+    add(u"Terminal:", TerminalKind(info));
+    add(u"Daten:", DataKind(info));
   }
+  add(u"Hinweis:", hint);
+  return reported;
+}
+
+TestReport EmptyTestReport(const QDateTime& time, const ProgramFacts& facts,
+                           const ValidationSettings& validation, const RunRecorder& run) {
+  TestReport report;
+  report.facts = {
+      {QStringLiteral("Erstellt:"), time.toString(QStringLiteral("dd.MM.yyyy HH:mm:ss"))},
+      {QStringLiteral("Version:"), facts.version},
+      {QStringLiteral("CT-API-Bibliothek:"), facts.library},
+      {QStringLiteral("Betriebssystem:"), facts.system},
+      {QStringLiteral("Letzter Abbruch:"), facts.lastFailure},
+      {QStringLiteral("Validierung:"),
+       validation.isOn ? QStringLiteral("eingeschaltet") : QStringLiteral("ausgeschaltet")},
+  };
+  for (const VsdKind kind : VsdKinds) {
+    report.facts.push_back({VsdTexts[kind].abbreviation + u":", SchemaState(validation, kind)});
+  }
+  report.entries.assign(run.Entries().begin(), run.Entries().end());
+  return report;
+}
+
+TestReport TestReportOf(const QDateTime& time, const ProgramFacts& facts,
+                        const Bas_MKT_Test& module, const RunRecorder& run) {
+  TestReport report = EmptyTestReport(time, facts, module.Validation(), run);
+  for (int slot = 1; slot <= SlotCount; ++slot) {
+    const std::optional<Port> port = module.PortAt(slot);
+    if (!port) continue;
+    report.ports.push_back(ReportedPortOf(*port, module.PortOf(slot), module.TerminalOf(slot),
+                                          module.IdentificationOf(slot), module.HintFor(*port)));
+  }
+  for (const Port port : module.FurtherPorts()) report.furtherPorts.append(port.Line());
+  report.hints = module.HintsWithoutReader();
+  return report;
+}
+
+QString ReportText(const TestReport& report) {
+  ReportLines lines;
+  lines.Line(ReportTitle.toString());
+  for (const ReportField& field : report.facts) lines.Field(field.caption, field.value);
 
   lines.Heading(u"Schnittstellen");
-  for (int slot = 1; slot <= SlotCount; ++slot) {
-    if (const std::optional<Port> port = module.PortAt(slot)) AddPort(lines, *port, module);
+  for (const ReportedPort& port : report.ports) {
+    lines.Line(port.name);
+    for (const ReportField& field : port.fields) lines.Field(field.caption, field.value);
   }
 
   lines.Heading(u"Weitere Schnittstellen");
-  if (module.FurtherPorts().empty()) lines.Line(QStringLiteral("  keine"));
-  for (const Port port : module.FurtherPorts()) lines.Line(u"  " + port.Line());
-  for (const QString& hint : module.HintsWithoutReader()) lines.Field(u"Hinweis:", hint);
+  if (report.furtherPorts.isEmpty()) lines.Line(QStringLiteral("  keine"));
+  for (const QString& line : report.furtherPorts) lines.Line(u"  " + line);
+  for (const QString& hint : report.hints) lines.Field(u"Hinweis:", hint);
 
   lines.Heading(u"Statustexte und Meldungen");
-  for (const RunEntry& entry : run.Entries()) AddEntry(lines, entry);
+  for (const RunEntry& entry : report.entries) AddEntry(lines, entry);
   return lines.Text();
+}
+
+void WriteReportText(const TestReport& report, QIODevice& device) {
+  device.write(ReportText(report).toUtf8());
+}
+
+bool SaveReport(const TestReport& report, const ReportFormat& write, QSaveFile& file) {
+  write(report, file);
+  return file.commit();
+}
+
+bool IsPdfName(const QString& file) {
+  return file.endsWith(u".pdf", Qt::CaseInsensitive);
 }
 
 }  // namespace kartocheck

@@ -54,14 +54,17 @@ LoggedProgram::LoggedProgram(const QString& scenarioFile, FlowLog& log)
       flow(module, recorder, recorder, view, window) {
   module.LoadSchemas(SchemaDirectories());
   window.Attach(flow, view, module);
-  window.OfferReport([this] { return Report(); });
+  window.OfferReport([this] { return MakeReport(); });
   window.show();
   Activate(window);
 }
 
+TestReport LoggedProgram::MakeReport() const {
+  return TestReportOf(QDateTime(QDate(2024, 3, 5), QTime(Noon, 0)), Facts(), module, recorder);
+}
+
 QString LoggedProgram::Report() const {
-  const QDateTime time(QDate(2024, 3, 5), QTime(Noon, 0));
-  return TestReportText(time, Facts(), module, recorder);
+  return ReportText(MakeReport());
 }
 
 void RunConsoleCall(const QString& scenarioFile, const ConsoleCall& call, FlowLog& log) {

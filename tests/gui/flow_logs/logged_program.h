@@ -29,6 +29,7 @@ class LoggedProgram : public Screen {
   LoggedProgram(const QString& scenarioFile, FlowLog& log);
 
   // What the test report says now.
+  [[nodiscard]] TestReport MakeReport() const;
   [[nodiscard]] QString Report() const;
 
   ctapi::SimulatedPractice practice;

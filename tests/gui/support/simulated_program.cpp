@@ -32,18 +32,21 @@ SimulatedProgram::SimulatedProgram(const QString& scenario, const Form_MKT_Test:
               .terminate = [](const auto&) { std::abort(); }}),
       flow(module, recorder, recorder, view, window) {
   window.Attach(flow, view, module);
-  window.OfferReport([this] { return Report(); });
+  window.OfferReport([this] { return MakeReport(); });
   window.show();
   Activate(window);
 }
 
+TestReport SimulatedProgram::MakeReport() const {
+  return TestReportOf(QDateTime(QDate(2024, 3, 5), QTime(Noon, 0)),
+                      {.version = QStringLiteral("0.1.0"),
+                       .library = QStringLiteral("Simulation"),
+                       .system = QStringLiteral("Testsystem 1")},
+                      module, recorder);
+}
+
 QString SimulatedProgram::Report() const {
-  const QDateTime time(QDate(2024, 3, 5), QTime(Noon, 0));
-  return TestReportText(time,
-                        {.version = QStringLiteral("0.1.0"),
-                         .library = QStringLiteral("Simulation"),
-                         .system = QStringLiteral("Testsystem 1")},
-                        module, recorder);
+  return ReportText(MakeReport());
 }
 
 }  // namespace kartocheck::test

@@ -24,6 +24,7 @@ class SimulatedProgram : public Screen {
                             const PortDirectory* machine = nullptr);
 
   // What the test report says now.
+  [[nodiscard]] TestReport MakeReport() const;
   [[nodiscard]] QString Report() const;
 
   ctapi::SimulatedPractice practice;

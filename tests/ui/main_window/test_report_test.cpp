@@ -56,14 +56,16 @@ class Practice {
     if (!module.FurtherPorts.empty()) ports.Scan(module.FurtherPorts.front());
   }
 
-  [[nodiscard]] QString Report() const {
-    return TestReportText(QDateTime(QDate(2031, 11, 11), QTime(14, 7, 9)),
-                          {.version = QStringLiteral("1.2.3"),
-                           .library = QStringLiteral("/opt/libCTNRV32.so"),
-                           .system = QStringLiteral("Testsystem 1"),
-                           .lastFailure = lastFailure},
-                          module, recorder);
+  [[nodiscard]] TestReport MakeReport() const {
+    return TestReportOf(QDateTime(QDate(2031, 11, 11), QTime(14, 7, 9)),
+                        {.version = QStringLiteral("1.2.3"),
+                         .library = QStringLiteral("/opt/libCTNRV32.so"),
+                         .system = QStringLiteral("Testsystem 1"),
+                         .lastFailure = lastFailure},
+                        module, recorder);
   }
+
+  [[nodiscard]] QString Report() const { return ReportText(MakeReport()); }
 
  private:
   ctapi::SimulatedPractice practice_;
@@ -234,6 +236,31 @@ TEST(TestReportTest, TellsPortsAndTerminals) {
   EXPECT_TRUE(report.contains(u"\r\nWeitere Schnittstellen\r\n  USB Device 1 (CTAPI pn=8192)\r\n"));
 }
 
+TEST(TestReportTest, APortThatWasNotCheckedSaysSoAndNothingElse) {
+  Practice practice(QStringLiteral("praxis"));
+  practice.ports.Scan(Port(1));
+  const QString report = practice.Report();
+  EXPECT_EQ(Section(report, QStringLiteral("COM 2"), QStringLiteral("COM 3")),
+            u"COM 2\r\n"
+            u"  Anschluss:              nicht geprüft\r\n");
+  EXPECT_TRUE(Section(report, QStringLiteral("COM 1"), QStringLiteral("COM 2"))
+                  .contains(u"  Anschluss:              vorhanden\r\n"));
+}
+
+TEST(TestReportTest, GivesEachPortATerminalAFindingAndAHint) {
+  Practice practice(QStringLiteral("praxis"));
+  practice.directory.troubles = {{4, NotPermitted}};
+  practice.ReadEveryPort();
+  const TestReport report = practice.MakeReport();
+  ASSERT_EQ(report.ports.size(), 5U);
+  EXPECT_EQ(report.ports[0].terminal, u"DENRV, Serie Gamma, 1.20");
+  EXPECT_EQ(report.ports[0].finding, u"eGK gelesen");
+  EXPECT_EQ(report.ports[3].presence, u"nicht vorhanden");
+  EXPECT_EQ(report.ports[3].terminal, QString());
+  EXPECT_EQ(report.ports[3].finding, u"Ist nicht vorhanden bzw. wird vom System benutzt!");
+  EXPECT_EQ(report.ports[3].hint, PortHint(NotPermitted));
+}
+
 TEST(TestReportTest, TellsThatThereIsNoFurtherPort) {
   Practice practice(QStringLiteral("leer"));
   practice.ReadEveryPort();
@@ -265,6 +292,7 @@ TEST(TestReportTest, TellsAPortThatAnotherProgramHolds) {
   Practice practice(QStringLiteral("leer"));
   practice.module.Ports[2].PortPresent = true;
   practice.module.Ports[2].PortError = true;
+  practice.module.Ports[2].IsChecked = true;
   EXPECT_TRUE(Section(practice.Report(), QStringLiteral("COM 2"), QStringLiteral("COM 3"))
                   .startsWith(u"COM 2\r\n  Anschluss:              gesperrt\r\n"));
 }
