@@ -16,6 +16,7 @@
 #include "ui/main_window/run_recorder.h"
 #include "ui/main_window/test_flow.h"
 #include "ui/main_window/test_report.h"
+#include "ui/readable_style.h"
 
 namespace kartocheck {
 
@@ -37,6 +38,7 @@ bool ShowUserInformation() {
 
 std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv) {
   auto application = std::make_unique<QApplication>(argc, argv);
+  QApplication::setStyle(new ReadableStyle);
   InstallGermanTexts(*application);
   // Desktops find the entry of their menu, and the icon, by this name.
   QGuiApplication::setDesktopFileName(QStringLiteral("kartocheck"));

@@ -14,6 +14,7 @@
 #include "ui/fixed_pitch_font.h"
 #include "ui/picture.h"
 #include "ui/plain_label.h"
+#include "ui/text_label.h"
 
 namespace kartocheck {
 
@@ -46,10 +47,6 @@ void SetBold(QWidget* widget, bool bold) {
   QFont font = widget->font();
   font.setBold(bold);
   widget->setFont(font);
-}
-
-void MakeSelectable(QLabel* label) {
-  label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
 }
 
 }  // namespace
@@ -103,7 +100,7 @@ QWidget* Form_egK_Info::NewListView() {
 
   MSFlexGrid1 = new ElementGrid(view);
   Label8 = PlainLabel(LabelName(ValidationLabel), QString(), view);
-  MakeSelectable(Label8);
+  MakeSelectable(*Label8);
   auto* layout = new QVBoxLayout(view);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addLayout(kindRow);
@@ -156,7 +153,7 @@ QLabel* Form_egK_Info::NewInfoLine(int number, QWidget* parent) {
   label->setFont(FixedPitchFont(label->font()));
   label->setToolTip(line.toolTip.toString());
   label->setAccessibleDescription(line.toolTip.toString());
-  MakeSelectable(label);
+  MakeSelectable(*label);
   if (number == WrappedLabel) {
     label->setWordWrap(true);
     label->setMinimumWidth(QFontMetrics(label->font()).averageCharWidth() * InfoCharacters);

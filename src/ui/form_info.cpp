@@ -8,6 +8,7 @@
 
 #include "ui/picture.h"
 #include "ui/plain_label.h"
+#include "ui/text_label.h"
 
 namespace kartocheck {
 
@@ -29,7 +30,7 @@ QLabel* NameLabel(QWidget* parent) {
 
 QLabel* FactLabel(const QString& name, const QString& text, QWidget* parent) {
   QLabel* label = PlainLabel(name, text, parent);
-  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  MakeSelectable(*label, Qt::TextSelectableByMouse);
   label->setWordWrap(true);
   label->setMinimumWidth(label->fontMetrics().averageCharWidth() * FactCharacters);
   return label;

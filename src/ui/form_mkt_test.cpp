@@ -31,6 +31,7 @@
 #include "ui/secret_clipboard.h"
 #include "ui/terminal_access_frame.h"
 #include "ui/terminal_status_frame.h"
+#include "ui/text_label.h"
 
 namespace kartocheck {
 
@@ -228,7 +229,7 @@ void Form_MKT_Test::CreateStatusBar(bool simulation) {
   statusBar()->setContentsMargins(StatusBarMargin, 0, StatusBarMargin, 0);
   QLabel* caption = PlainLabel(QStringLiteral("Labl_Status"), QStringLiteral("Status:"), this);
   Labl_StatusText = PlainLabel(QStringLiteral("Labl_StatusText"), QString(), this);
-  Labl_StatusText->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  MakeSelectable(*Labl_StatusText, Qt::TextSelectableByMouse);
   statusBar()->addWidget(caption);
   statusBar()->addWidget(Labl_StatusText, 1);
   if (simulation) {

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include "ui/text_label.h"
+
 namespace kartocheck {
 
 namespace {
@@ -51,6 +53,7 @@ void KeepLinesWhole(QMessageBox& box) {
   if (label == nullptr || screen == nullptr) return;
   const int widest =
       std::min(static_cast<int>(screen->availableSize().width() * WidestPart), WidestText);
+  LeaveRoomForLetters(*label);
   label->setMinimumWidth(std::min(label->sizeHint().width(), widest));
 }
 
