@@ -35,6 +35,9 @@ inline constexpr int InfoLineCount = 15;
 struct EgkInfo {
   PerVsdKind<ElementList> lists;
   QString xmlTexts;  // the three documents under their titles, separated by empty lines
+  // The same with the documents indented, or as they are where they cannot be; empty where none
+  // can.
+  QString indentedXmlTexts;
 
   // The info view: of the card in a stationary terminal, or of the status record that a mobile
   // one has stored.
