@@ -1,11 +1,11 @@
 #include "ui/terminal_status_frame.h"
 
 #include <QGroupBox>
-#include <QScrollArea>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include "ui/content_area.h"
 #include "ui/field_grid.h"
 #include "ui/plain_label.h"
 

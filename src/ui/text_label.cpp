@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QFontMetrics>
+#include <QResizeEvent>
 #include <QTextDocument>
 #include <QTextFrame>
 
@@ -32,6 +33,31 @@ TextLabel::TextLabel(QWidget* parent, int leastRoom) : QLabel(parent), leastRoom
 void TextLabel::changeEvent(QEvent* event) {
   QLabel::changeEvent(event);
   if (event->type() == QEvent::FontChange) LeaveRoomForLetters(*this, leastRoom_);
+}
+
+WrappingLabel::WrappingLabel(const QString& name, int mostCharacters, QWidget* parent)
+    : TextLabel(parent), mostCharacters_(mostCharacters) {
+  setObjectName(name);
+  setTextFormat(Qt::PlainText);
+  setWordWrap(true);
+}
+
+QSize WrappingLabel::sizeHint() const {
+  const int room = 2 * RoomAroundLine(font()) + 1;
+  const int line = fontMetrics().size(0, text()).width();
+  const int most = fontMetrics().averageCharWidth() * mostCharacters_;
+  const int width = std::max(std::min(line, most) + room, TextLabel::minimumSizeHint().width());
+  return {width, heightForWidth(width)};
+}
+
+QSize WrappingLabel::minimumSizeHint() const {
+  return {TextLabel::minimumSizeHint().width(), heightForWidth(std::max(width(), 1))};
+}
+
+// Its least height is that of its lines, and their number changes with its width.
+void WrappingLabel::resizeEvent(QResizeEvent* event) {
+  TextLabel::resizeEvent(event);
+  if (event->oldSize().width() != event->size().width()) updateGeometry();
 }
 
 int RoomAroundLine(const QFont& font) {

@@ -20,6 +20,24 @@ class TextLabel : public QLabel {
   int leastRoom_;
 };
 
+// A label that stands on one line where there is room for it, and on more where there is less.
+class WrappingLabel final : public TextLabel {
+  Q_OBJECT
+
+ public:
+  // mostCharacters: a longer line is wrapped even where there is room.
+  WrappingLabel(const QString& name, int mostCharacters, QWidget* parent);
+
+  [[nodiscard]] QSize sizeHint() const override;
+  [[nodiscard]] QSize minimumSizeHint() const override;
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  int mostCharacters_;
+};
+
 // How far letters of this font reach out of their line, in logical pixels.
 [[nodiscard]] int RoomAroundLine(const QFont& font);
 
