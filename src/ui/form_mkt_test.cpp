@@ -44,6 +44,8 @@ constexpr int StatusBarMargin = 6;
 constexpr int FullProgress = 100;
 // No window is so wide: a status text stands on one line where it can.
 constexpr int MostStatusCharacters = 1000;
+// And it leaves most of the window to the rest.
+constexpr int MostStatusLines = 5;
 
 QString GeometryKey() {
   return QStringLiteral("Form_MKT_Test/geometry");
@@ -168,7 +170,8 @@ void Form_MKT_Test::CopyReport() {
 // looked at.
 void Form_MKT_Test::CreateFrames() {
   auto* content = new QWidget(this);
-  setCentralWidget(content);
+  // Its parts scroll by themselves; all of it does on a screen that is smaller still.
+  setCentralWidget(Scrolling(content, this));
 
   Pict_MKT_Test = new ButtonPanel(content);
   connect(Pict_MKT_Test, &ButtonPanel::Pressed, this, [this](int index) {
@@ -236,6 +239,7 @@ void Form_MKT_Test::CreateStatusBar(bool simulation) {
   Labl_StatusText =
       new WrappingLabel(QStringLiteral("Labl_StatusText"), MostStatusCharacters, this);
   MakeSelectable(*Labl_StatusText, Qt::TextSelectableByMouse);
+  Labl_StatusText->setMaximumHeight(fontMetrics().lineSpacing() * MostStatusLines);
   statusBar()->addWidget(caption);
   statusBar()->addWidget(Labl_StatusText, 1);
   if (simulation) {
@@ -258,15 +262,16 @@ void Form_MKT_Test::CreateStatusBar(bool simulation) {
 }
 
 void Form_MKT_Test::CreateLayout() {
-  auto* top = new TopRow(*Pict_MKT_Test, *Fram_MKTStatus, centralWidget());
-  ContentArea* ports = Scrolling(Fram_Comx, centralWidget());
+  QWidget* content = Pict_MKT_Test->parentWidget();
+  auto* top = new TopRow(*Pict_MKT_Test, *Fram_MKTStatus, content);
+  ContentArea* ports = Scrolling(Fram_Comx, content);
   ports->KeepWidth();
 
   auto* left = new QVBoxLayout;
   left->addWidget(ports, 1);
   left->addWidget(cmdeGK);
 
-  auto* layout = new QGridLayout(centralWidget());
+  auto* layout = new QGridLayout(content);
   layout->addWidget(top, 0, 0, 1, 2);
   layout->addLayout(left, 1, 0);
   for (QWidget* frame : Fram_Show) layout->addWidget(frame, 1, 1);

@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QDir>
 #include <QMessageBox>
 #include <QStyle>
@@ -151,6 +152,8 @@ void TakeEgkInfo(Album& album, SimulatedProgram& program, const QString& name) {
   }
   screen.Click(QStringLiteral("Command2"));
   album.Add(window, name + QStringLiteral("_xml"));
+  screen.Find<QCheckBox>(QStringLiteral("Chck_Eingerueckt")).click();
+  album.Add(window, name + QStringLiteral("_xml_eingerueckt"));
   screen.Click(QStringLiteral("Command4"));
   album.Add(window, name + QStringLiteral("_info"));
   album.AddNextBox(name + QStringLiteral("_hilfe"), QMessageBox::Ok);
@@ -210,7 +213,7 @@ void TakeHints(Album& album) {
   album.Add(program.window, QStringLiteral("hinweis_karte_belegt"));
   program.view.hintsWithoutReader.Set(hints);
   QCoreApplication::processEvents();
-  program.window.resize(program.window.minimumSizeHint());
+  program.window.resize(640, 400);
   album.Add(program.window, QStringLiteral("hinweise_kleines_fenster"));
 }
 
