@@ -83,7 +83,8 @@ void GiveRoom(QMessageBox& box) {
   const QSize around = box.layout()->totalMinimumSize() - label->minimumSize();
   const QSize room = RoomFor(box) - around;
   const int width = std::min(line.width(), room.width());
-  const int height = label->heightForWidth(width);
+  label->setMinimumSize(0, 0);
+  const int height = std::max(label->heightForWidth(width), 0);
   label->setMinimumSize(width, height);
   if (height > room.height()) MakeScroll(box, *label, {width, room.height()});
 }

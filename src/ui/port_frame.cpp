@@ -23,6 +23,8 @@ constexpr int FurtherPortMember = FurtherPortSlot - 1;
 constexpr QStringView WidestEntry = u"USB Device 256 (CTAPI pn=8447)";
 // Lines of the list of further ports that are seen without scrolling, at least.
 constexpr int LeastVisibleLines = 4;
+// And while a hint tells why no reader is in it.
+constexpr int LeastLinesBesideHint = 1;
 
 // The text beside an option button; a click on it is a click on the button.
 class OptionLabel final : public QLabel {
@@ -68,9 +70,15 @@ void PortFrame::CreateList() {
   });
   const QFontMetrics metrics = List1->fontMetrics();
   const int frame = 2 * (List1->frameWidth() + metrics.averageCharWidth());
-  List1->setMinimumSize(metrics.horizontalAdvance(WidestEntry.toString()) + frame,
-                        metrics.lineSpacing() * LeastVisibleLines + frame);
-  List1->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Expanding);
+  List1->setMinimumWidth(metrics.horizontalAdvance(WidestEntry.toString()) + frame);
+  SetLeastLines(LeastVisibleLines);
+  List1->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+}
+
+void PortFrame::SetLeastLines(int lines) {
+  const QFontMetrics metrics = List1->fontMetrics();
+  const int frame = 2 * (List1->frameWidth() + metrics.averageCharWidth());
+  List1->setMinimumHeight(metrics.lineSpacing() * lines + frame);
 }
 
 void PortFrame::CreateHint() {
@@ -139,6 +147,7 @@ void PortFrame::ShowPortHint(int slot, const QString& hint) {
 void PortFrame::ShowHintsWithoutReader(const QStringList& hints) {
   Labl_Hinweis->ShowValue(hints.join(u'\n'));
   Labl_Hinweis->setVisible(!hints.isEmpty());
+  SetLeastLines(hints.isEmpty() ? LeastVisibleLines : LeastLinesBesideHint);
   GiveHintRoom();
 }
 

@@ -46,6 +46,7 @@ class PortFrame final : public QGroupBox {
  private:
   void AddOption(int member);
   void CreateList();
+  void SetLeastLines(int lines);
   void CreateHint();
   void GiveHintRoom();
   void ReportChosenEntry();
