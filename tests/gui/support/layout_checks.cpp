@@ -84,9 +84,19 @@ std::vector<const QWidget*> ControlsOf(const QWidget& window) {
   return controls;
 }
 
-QSize RoomFor(const QLabel& label) {
-  if (!label.wordWrap()) return label.sizeHint();
-  return {label.minimumSizeHint().width(), label.heightForWidth(label.width())};
+// The room that a control needs to be whole.
+QSize RoomOf(const QWidget& control) {
+  const auto* label = qobject_cast<const QLabel*>(&control);
+  if (label != nullptr && label->wordWrap()) {
+    return {label->minimumSizeHint().width(), label->heightForWidth(label->width())};
+  }
+  if (label != nullptr || qobject_cast<const QPushButton*>(&control) != nullptr) {
+    return control.sizeHint();
+  }
+  // A size that the window has set counts instead of what the control would ask for.
+  const auto least = [](int set, int asked) { return set > 0 ? set : asked; };
+  return {least(control.minimumWidth(), control.minimumSizeHint().width()),
+          least(control.minimumHeight(), control.minimumSizeHint().height())};
 }
 
 }  // namespace
@@ -101,9 +111,7 @@ void ExpectFitsOnScreen(const QWidget& window) {
 
 void ExpectNothingCut(const QWidget& window) {
   for (const QWidget* control : ControlsOf(window)) {
-    QSize room = control->minimumSizeHint();
-    if (const auto* label = qobject_cast<const QLabel*>(control)) room = RoomFor(*label);
-    if (qobject_cast<const QPushButton*>(control) != nullptr) room = control->sizeHint();
+    const QSize room = RoomOf(*control);
     EXPECT_GE(control->width(), room.width()) << NameOf(*control);
     EXPECT_GE(control->height(), room.height()) << NameOf(*control);
     const QWidget& holder = *control->parentWidget();
