@@ -13,7 +13,7 @@ run_packages=(
 test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   clang libclang-rt-dev clang-format-19 clang-tidy gcovr
-  libxml2-utils fonts-dejavu-core
+  libxml2-utils fonts-dejavu-core fonts-liberation fonts-cantarell
   pcscd vsmartcard-vpcd
 )
 

@@ -17,6 +17,7 @@
 #include "ui/main_window/run_recorder.h"
 #include "ui/main_window/test_flow.h"
 #include "ui/main_window/test_report.h"
+#include "ui/readable_style.h"
 
 namespace kartocheck {
 
@@ -41,6 +42,7 @@ std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv) 
     const NoDisplayWatch watch;
     return std::make_unique<QApplication>(argc, argv);
   }();
+  QApplication::setStyle(new ReadableStyle);
   InstallGermanTexts(*application);
   // Desktops find the entry of their menu, and the icon, by this name.
   QGuiApplication::setDesktopFileName(QStringLiteral("kartocheck"));

@@ -18,7 +18,7 @@ constexpr int ValueColumn = 1;
 constexpr int NameColumnTwips = 4000;
 constexpr int ValueColumnTwips = 3770;
 constexpr int TwipsPerPixel = 15;
-// Rows that are seen without scrolling.
+// Rows that are seen without scrolling, where the screen has the room.
 constexpr int VisibleRows = 14;
 
 QTableWidgetItem* Cell(const QString& text) {
@@ -53,9 +53,13 @@ ElementGrid::ElementGrid(QWidget* parent) : QTableWidget(0, 2, parent) {
   horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   setColumnWidth(NameColumn, NameColumnTwips / TwipsPerPixel);
   setColumnWidth(ValueColumn, ValueColumnTwips / TwipsPerPixel);
-  setMinimumWidth(columnWidth(NameColumn) + columnWidth(ValueColumn) + 2 * frameWidth());
-  setMinimumHeight(verticalHeader()->defaultSectionSize() * VisibleRows);
   AddCommands();
+}
+
+QSize ElementGrid::sizeHint() const {
+  return {columnWidth(NameColumn) + ValueColumnTwips / TwipsPerPixel + 2 * frameWidth(),
+          horizontalHeader()->sizeHint().height() +
+              verticalHeader()->defaultSectionSize() * VisibleRows};
 }
 
 void ElementGrid::AddCommands() {

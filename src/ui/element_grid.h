@@ -16,6 +16,8 @@ class ElementGrid final : public QTableWidget {
 
   void ShowList(const ElementList& list);
 
+  [[nodiscard]] QSize sizeHint() const override;
+
  private:
   void AddCommands();
   void CopySelection();

@@ -1,7 +1,6 @@
 #include "ui/field_grid.h"
 
 #include <QGridLayout>
-#include <QScrollArea>
 
 #include "ui/plain_label.h"
 #include "ui/value_field.h"
@@ -12,16 +11,6 @@ namespace {
 
 // Between the rows, in logical pixels: close enough for 18 rows on a small screen.
 constexpr int RowSpacing = 4;
-
-// A scroll area that asks for as much room as its fields need.
-class FieldArea final : public QScrollArea {
- public:
-  using QScrollArea::QScrollArea;
-
-  [[nodiscard]] QSize sizeHint() const override {
-    return widget() == nullptr ? QScrollArea::sizeHint() : widget()->sizeHint();
-  }
-};
 
 }  // namespace
 
@@ -49,17 +38,6 @@ void FieldGrid::SetLabel(int row, const QString& text) {
 
 void FieldGrid::SetValue(int row, const QString& text) {
   rows_.at(static_cast<std::size_t>(row)).value->ShowValue(text);
-}
-
-QScrollArea* Scrolling(FieldGrid* grid, QWidget* parent) {
-  auto* area = new FieldArea(parent);
-  area->setFrameShape(QFrame::NoFrame);
-  area->setWidgetResizable(true);
-  area->setFocusPolicy(Qt::NoFocus);
-  area->setWidget(grid);
-  area->viewport()->setAutoFillBackground(false);
-  grid->setAutoFillBackground(false);
-  return area;
 }
 
 }  // namespace kartocheck

@@ -5,7 +5,6 @@
 #include <vector>
 
 class QLabel;
-class QScrollArea;
 
 namespace kartocheck {
 
@@ -29,8 +28,5 @@ class FieldGrid final : public QWidget {
   };
   std::vector<Row> rows_;
 };
-
-// The grid in an area that scrolls where the window is too low or narrow for it.
-[[nodiscard]] QScrollArea* Scrolling(FieldGrid* grid, QWidget* parent);
 
 }  // namespace kartocheck

@@ -5,9 +5,11 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "ui/content_area.h"
 #include "ui/picture.h"
 #include "ui/plain_label.h"
 #include "ui/scan_result_line.h"
+#include "ui/screen_room.h"
 
 namespace kartocheck {
 
@@ -38,6 +40,7 @@ Form_DatenInfo::Form_DatenInfo(const ScanResult& result, QWidget* parent) : QDia
   summary_ = PlainLabel(MemberName(u"Labe_DatenInfo1", ScanResultRows), QString(), frame);
   rows->addWidget(summary_);
   rows->addStretch();
+  Fill(result);
 
   auto* button = new QPushButton(QStringLiteral("Schließen"), this);
   button->setObjectName(QStringLiteral("Command1"));
@@ -45,10 +48,12 @@ Form_DatenInfo::Form_DatenInfo(const ScanResult& result, QWidget* parent) : QDia
   connect(button, &QPushButton::clicked, this, &QWidget::close);
 
   auto* layout = new QVBoxLayout(this);
-  layout->addWidget(frame, 1);
+  auto* area = Scrolling(frame, this);
+  area->ScrollByKeysOf(*this);
+  layout->addWidget(area, 1);
   layout->addWidget(button, 0, Qt::AlignHCenter);
-  Fill(result);
   button->setFocus();
+  FitToScreen(*this);
 }
 
 void Form_DatenInfo::Fill(const ScanResult& result) {

@@ -1,19 +1,22 @@
 #include "ui/form_egk_info.h"
 
 #include <QButtonGroup>
+#include <QCheckBox>
 #include <QGroupBox>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "ui/content_area.h"
 #include "ui/element_grid.h"
 #include "ui/fixed_pitch_font.h"
 #include "ui/picture.h"
 #include "ui/plain_label.h"
+#include "ui/screen_room.h"
+#include "ui/text_label.h"
 
 namespace kartocheck {
 
@@ -28,9 +31,8 @@ constexpr int PictureSize = 24;
 // Heading and validation text are in the window, the other labels in the info view.
 constexpr int HeadingLabel = 1;
 constexpr int ValidationLabel = 8;
-// The line of the approval number's data object may be longer than the window is wide.
-constexpr int WrappedLabel = 13;
-// The longest line of the other ones, in characters.
+// The longest line of the info view, in characters. Only the approval number and its data object
+// may be longer.
 constexpr int InfoCharacters = 72;
 
 QString LabelName(int number) {
@@ -46,10 +48,6 @@ void SetBold(QWidget* widget, bool bold) {
   QFont font = widget->font();
   font.setBold(bold);
   widget->setFont(font);
-}
-
-void MakeSelectable(QLabel* label) {
-  label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
 }
 
 }  // namespace
@@ -81,6 +79,7 @@ Form_egK_Info::Form_egK_Info(EgkInfo info, QWidget* parent)
   layout->addWidget(frame, 1);
   AddCommands(layout);
   ShowList(kind_);
+  FitToScreen(*this);
 }
 
 QWidget* Form_egK_Info::NewListView() {
@@ -107,7 +106,7 @@ QWidget* Form_egK_Info::NewListView() {
 
   MSFlexGrid1 = new ElementGrid(view);
   Label8 = PlainLabel(LabelName(ValidationLabel), QString(), view);
-  MakeSelectable(Label8);
+  MakeSelectable(*Label8);
   auto* layout = new QVBoxLayout(view);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addLayout(kindRow);
@@ -117,7 +116,14 @@ QWidget* Form_egK_Info::NewListView() {
 }
 
 QWidget* Form_egK_Info::NewXmlView() {
-  Text1 = new QPlainTextEdit(views_);
+  auto* view = new QWidget(views_);
+  auto* indents = new QCheckBox(QStringLiteral("&Eingerückt anzeigen"), view);
+  indents->setObjectName(QStringLiteral("Chck_Eingerueckt"));
+  indents->setToolTip(QStringLiteral("Zeigt jedes Element in einer eigenen Zeile."));
+  indents->setEnabled(!info_.indentedXmlTexts.isEmpty());
+  connect(indents, &QCheckBox::toggled, this,
+          [this](bool on) { Text1->setPlainText(on ? info_.indentedXmlTexts : info_.xmlTexts); });
+  Text1 = new QPlainTextEdit(view);
   Text1->setObjectName(QStringLiteral("Text1"));
   Text1->setAccessibleName(XmlTextsHeading.toString());
   Text1->setFont(FixedPitchFont(Text1->font()));
@@ -125,17 +131,17 @@ QWidget* Form_egK_Info::NewXmlView() {
   Text1->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   Text1->setTabChangesFocus(true);
   Text1->setPlainText(info_.xmlTexts);
-  return Text1;
+  auto* layout = new QVBoxLayout(view);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(indents);
+  layout->addWidget(Text1, 1);
+  return view;
 }
 
 QWidget* Form_egK_Info::NewInfoView() {
   Frame2 = new QGroupBox(info_.infoCaption.toString(), views_);
   Frame2->setObjectName(QStringLiteral("Frame2"));
-  auto* area = new QScrollArea(Frame2);
-  area->setFrameShape(QFrame::NoFrame);
-  area->setWidgetResizable(true);
-  area->setFocusPolicy(Qt::NoFocus);
-  auto* lines = new QWidget(area);
+  auto* lines = new QWidget(Frame2);
   auto* lineLayout = new QVBoxLayout(lines);
   lineLayout->setContentsMargins(0, 0, 0, 0);
   for (int number = 2; number < InfoLineCount; ++number) {
@@ -146,25 +152,19 @@ QWidget* Form_egK_Info::NewInfoView() {
     }
   }
   lineLayout->addStretch();
-  area->setWidget(lines);
-  area->viewport()->setAutoFillBackground(false);
-  lines->setAutoFillBackground(false);
   auto* layout = new QVBoxLayout(Frame2);
-  layout->addWidget(area);
+  layout->addWidget(Scrolling(lines, Frame2));
   return Frame2;
 }
 
 QLabel* Form_egK_Info::NewInfoLine(int number, QWidget* parent) {
   const InfoLine& line = info_.lines.at(static_cast<std::size_t>(number));
-  QLabel* label = PlainLabel(LabelName(number), line.text, parent);
+  auto* label = new WrappingLabel(LabelName(number), InfoCharacters, parent);
+  label->setText(line.text);
   label->setFont(FixedPitchFont(label->font()));
   label->setToolTip(line.toolTip.toString());
   label->setAccessibleDescription(line.toolTip.toString());
-  MakeSelectable(label);
-  if (number == WrappedLabel) {
-    label->setWordWrap(true);
-    label->setMinimumWidth(QFontMetrics(label->font()).averageCharWidth() * InfoCharacters);
-  }
+  MakeSelectable(*label);
   return label;
 }
 

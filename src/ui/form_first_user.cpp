@@ -12,6 +12,7 @@
 #include "ui/formatted_text.h"
 #include "ui/picture.h"
 #include "ui/plain_label.h"
+#include "ui/screen_room.h"
 
 namespace kartocheck {
 
@@ -69,8 +70,7 @@ Form_FirstUser::Form_FirstUser(QWidget* parent) : QDialog(parent) {
   layout->addWidget(frame, 1);
   AddButtons();
   ShowDocument();
-  // Of itself, a window opens no larger than two thirds of the screen.
-  resize(sizeHint().boundedTo(screen()->availableSize()));
+  FitToScreen(*this);
 }
 
 void Form_FirstUser::AddButtons() {

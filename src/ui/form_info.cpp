@@ -6,8 +6,11 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "ui/content_area.h"
 #include "ui/picture.h"
 #include "ui/plain_label.h"
+#include "ui/screen_room.h"
+#include "ui/text_label.h"
 
 namespace kartocheck {
 
@@ -29,7 +32,7 @@ QLabel* NameLabel(QWidget* parent) {
 
 QLabel* FactLabel(const QString& name, const QString& text, QWidget* parent) {
   QLabel* label = PlainLabel(name, text, parent);
-  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  MakeSelectable(*label, Qt::TextSelectableByMouse);
   label->setWordWrap(true);
   label->setMinimumWidth(label->fontMetrics().averageCharWidth() * FactCharacters);
   return label;
@@ -78,9 +81,12 @@ Form_Info::Form_Info(const ProgramFacts& facts, QWidget* parent) : QDialog(paren
   connect(button, &QPushButton::clicked, this, &QWidget::close);
 
   auto* layout = new QVBoxLayout(this);
-  layout->addWidget(frame, 1);
+  auto* area = Scrolling(frame, this);
+  area->ScrollByKeysOf(*this);
+  layout->addWidget(area, 1);
   layout->addWidget(button, 0, Qt::AlignHCenter);
   button->setFocus();
+  FitToScreen(*this);
 }
 
 }  // namespace kartocheck

@@ -12,7 +12,6 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSaveFile>
-#include <QScreen>
 #include <QSettings>
 #include <QShortcut>
 #include <QStatusBar>
@@ -22,6 +21,7 @@
 #include "text/lines.h"
 #include "text/status_texts.h"
 #include "ui/button_panel.h"
+#include "ui/content_area.h"
 #include "ui/form_daten_info.h"
 #include "ui/form_egk_info.h"
 #include "ui/form_first_user.h"
@@ -32,9 +32,12 @@
 #include "ui/plain_label.h"
 #include "ui/port_frame.h"
 #include "ui/report_pdf.h"
+#include "ui/screen_room.h"
 #include "ui/secret_clipboard.h"
 #include "ui/terminal_access_frame.h"
 #include "ui/terminal_status_frame.h"
+#include "ui/text_label.h"
+#include "ui/top_row.h"
 
 namespace kartocheck {
 
@@ -43,6 +46,10 @@ namespace {
 // Between the edge of the window and the texts of the status bar, in logical pixels.
 constexpr int StatusBarMargin = 6;
 constexpr int FullProgress = 100;
+// No window is so wide: a status text stands on one line where it can.
+constexpr int MostStatusCharacters = 1000;
+// And it leaves most of the window to the rest.
+constexpr int MostStatusLines = 5;
 
 QString GeometryKey() {
   return QStringLiteral("Form_MKT_Test/geometry");
@@ -199,7 +206,8 @@ void Form_MKT_Test::SaveReportTo(const QString& name) {
 // looked at.
 void Form_MKT_Test::CreateFrames() {
   auto* content = new QWidget(this);
-  setCentralWidget(content);
+  // Its parts scroll by themselves; all of it does on a screen that is smaller still.
+  setCentralWidget(Scrolling(content, this));
 
   Pict_MKT_Test = new ButtonPanel(content);
   connect(Pict_MKT_Test, &ButtonPanel::Pressed, this, [this](int index) {
@@ -235,7 +243,8 @@ void Form_MKT_Test::CreateFrames() {
   Labl_Meldung = PlainLabel(QStringLiteral("Labl_Meldung"), QString(), content);
   Labl_Meldung->setWordWrap(true);
   Labl_Meldung->hide();
-  Fram_Show = {wait_, dialogCheck_, terminalStatus_, insuredData_};
+  Fram_Show = {Scrolling(wait_, content), Scrolling(dialogCheck_, content), terminalStatus_,
+               insuredData_};
   for (int frame = 0; frame < static_cast<int>(Fram_Show.size()); ++frame) {
     QWidget* widget = Fram_Show.at(static_cast<std::size_t>(frame));
     widget->setObjectName(MemberName(u"Fram_Show", frame));
@@ -269,8 +278,10 @@ void Form_MKT_Test::CreateStatusBar(bool simulation) {
   statusBar()->setObjectName(QStringLiteral("StatusBar1"));
   statusBar()->setContentsMargins(StatusBarMargin, 0, StatusBarMargin, 0);
   QLabel* caption = PlainLabel(QStringLiteral("Labl_Status"), QStringLiteral("Status:"), this);
-  Labl_StatusText = PlainLabel(QStringLiteral("Labl_StatusText"), QString(), this);
-  Labl_StatusText->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  Labl_StatusText =
+      new WrappingLabel(QStringLiteral("Labl_StatusText"), MostStatusCharacters, this);
+  MakeSelectable(*Labl_StatusText, Qt::TextSelectableByMouse);
+  Labl_StatusText->setMaximumHeight(fontMetrics().lineSpacing() * MostStatusLines);
   statusBar()->addWidget(caption);
   statusBar()->addWidget(Labl_StatusText, 1);
   if (simulation) {
@@ -288,22 +299,22 @@ void Form_MKT_Test::CreateStatusBar(bool simulation) {
   ProgressBar1->setObjectName(QStringLiteral("ProgressBar1"));
   ProgressBar1->setAccessibleName(QStringLiteral("Fortschritt"));
   ProgressBar1->setRange(0, FullProgress);
-  ProgressBar1->setValue(0);
+  ShowProgress(0);
   statusBar()->addPermanentWidget(ProgressBar1);
 }
 
 void Form_MKT_Test::CreateLayout() {
-  auto* top = new QHBoxLayout;
-  top->addWidget(Pict_MKT_Test);
-  top->addStretch();
-  top->addWidget(Fram_MKTStatus);
+  QWidget* content = Pict_MKT_Test->parentWidget();
+  auto* top = new TopRow(*Pict_MKT_Test, *Fram_MKTStatus, content);
+  ContentArea* ports = Scrolling(Fram_Comx, content);
+  ports->KeepWidth();
 
   auto* left = new QVBoxLayout;
-  left->addWidget(Fram_Comx, 1);
+  left->addWidget(ports, 1);
   left->addWidget(cmdeGK);
 
-  auto* layout = new QGridLayout(centralWidget());
-  layout->addLayout(top, 0, 0, 1, 2);
+  auto* layout = new QGridLayout(content);
+  layout->addWidget(top, 0, 0, 1, 2);
   layout->addLayout(left, 1, 0);
   for (QWidget* frame : Fram_Show) layout->addWidget(frame, 1, 1);
   layout->addWidget(Labl_Meldung, 2, 0, 1, 2);
@@ -312,7 +323,7 @@ void Form_MKT_Test::CreateLayout() {
 }
 
 void Form_MKT_Test::RestoreGeometry() {
-  resize(sizeHint().boundedTo(screen()->availableSize()));
+  FitToScreen(*this);
   if (settings_ != nullptr) restoreGeometry(settings_->value(GeometryKey()).toByteArray());
 }
 
@@ -328,8 +339,7 @@ void Form_MKT_Test::Attach(TestFlow& flow, ViewState& view, Bas_MKT_Test& module
 }
 
 void Form_MKT_Test::DrawView(ViewState& view) {
-  view.progress.Watch(
-      [this](int percent) { ProgressBar1->setValue(std::clamp(percent, 0, FullProgress)); });
+  view.progress.Watch([this](int percent) { ShowProgress(percent); });
   view.frame.Watch([this](Frame frame) { ShowFrameX(static_cast<int>(frame)); });
   view.data.Watch([this](const DataFrame& shown) { insuredData_->ShowData(shown); });
   view.isActionRunning.Watch([this](bool running) { SetActionRunning(running); });
@@ -376,6 +386,12 @@ void Form_MKT_Test::ShowStatusText(const QString& text) {
   Labl_StatusText->setText(text);
   // A hint may be longer than the bar is wide.
   Labl_StatusText->setToolTip(PlainToolTip(text));
+}
+
+// Where nothing runs, "0%" would speak of something that has not come far.
+void Form_MKT_Test::ShowProgress(int percent) {
+  ProgressBar1->setValue(std::clamp(percent, 0, FullProgress));
+  ProgressBar1->setTextVisible(percent > 0);
 }
 
 bool Form_MKT_Test::ShowFrameX(int frame) {

@@ -79,6 +79,7 @@ class Form_MKT_Test final : public QMainWindow, public Display, public FrontEnd 
   void ShowEgkInfo();
   void Escape();
   void ShowLateness(bool isLate);
+  void ShowProgress(int percent);
   void ShowUserInformation();
   void CopyReport();
   void AskForReportFile();

@@ -1,8 +1,8 @@
 #include "ui/insured_data_frame.h"
 
-#include <QScrollArea>
 #include <QVBoxLayout>
 
+#include "ui/content_area.h"
 #include "ui/field_grid.h"
 
 namespace kartocheck {

@@ -1,20 +1,28 @@
 #include "ui/message_boxes.h"
 
 #include <QLabel>
+#include <QLayout>
 #include <QMessageBox>
 #include <QScreen>
 
 #include <algorithm>
+#include <memory>
+
+#include "ui/content_area.h"
+#include "ui/screen_room.h"
+#include "ui/text_label.h"
 
 namespace kartocheck {
 
 namespace {
 
-// Part of the screen's width that a text may take before its lines are wrapped.
-constexpr double WidestPart = 0.6;
-// And no more than this in logical pixels: Qt makes no message box wider than 1000 with its picture
-// and margins, and would cut the text off.
-constexpr int WidestText = 880;
+// Qt makes no message box wider than the first, nor on a screen wider than the second than what
+// leaves the third beside it. It would cut the text off.
+constexpr int WidestBox = 1000;
+constexpr int SmallScreen = 1024;
+constexpr int BesideTheBox = 480;
+// Higher than the picture beside a text.
+constexpr int HigherThanPicture = 200;
 
 QMessageBox::Icon IconOf(Icon icon) {
   switch (icon) {
@@ -44,14 +52,41 @@ QMessageBox::StandardButton ButtonOf(Answer answer) {
   return QMessageBox::NoButton;
 }
 
-// The lines are made for a box as wide as the longest of them; Qt would wrap earlier.
-void KeepLinesWhole(QMessageBox& box) {
+// The largest size that Qt and the screen leave to a box.
+QSize RoomFor(const QMessageBox& box) {
+  const int screen = box.screen()->availableSize().width();
+  QSize room = RoomOnScreen(box);
+  if (screen > SmallScreen) room.setWidth(std::min(screen - BesideTheBox, WidestBox));
+  return room;
+}
+
+// Puts the text into an area of this size that scrolls.
+void MakeScroll(QMessageBox& box, QLabel& label, const QSize& size) {
+  auto place = std::make_unique<QWidget>();
+  delete box.layout()->replaceWidget(&label, place.get());
+  ContentArea* area = Scrolling(&label, &box);
+  delete box.layout()->replaceWidget(place.get(), area);
+  area->setFixedSize(size);
+  area->ScrollByKeysOf(box);
+}
+
+// The lines are made for a box as wide as the longest of them; Qt would wrap earlier. A text that
+// is higher than the screen scrolls, so that the buttons stay in view.
+void GiveRoom(QMessageBox& box) {
   auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
-  const QScreen* screen = box.screen();
-  if (label == nullptr || screen == nullptr) return;
-  const int widest =
-      std::min(static_cast<int>(screen->availableSize().width() * WidestPart), WidestText);
-  label->setMinimumWidth(std::min(label->sizeHint().width(), widest));
+  if (label == nullptr || box.screen() == nullptr) return;
+  LeaveRoomForLetters(*label);
+  const QSize line = label->sizeHint();
+  label->setWordWrap(true);
+  label->setMinimumSize(1, HigherThanPicture);
+  // The picture, the buttons and the margins.
+  const QSize around = box.layout()->totalMinimumSize() - label->minimumSize();
+  const QSize room = RoomFor(box) - around;
+  const int width = std::min(line.width(), room.width());
+  label->setMinimumSize(0, 0);
+  const int height = std::max(label->heightForWidth(width), 0);
+  label->setMinimumSize(width, height);
+  if (height > room.height()) MakeScroll(box, *label, {width, room.height()});
 }
 
 void Fill(QMessageBox& box, Icon icon, const QString& title, const QString& text) {
@@ -59,7 +94,6 @@ void Fill(QMessageBox& box, Icon icon, const QString& title, const QString& text
   box.setIcon(IconOf(icon));
   box.setWindowTitle(title);
   box.setText(QString(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
-  KeepLinesWhole(box);
 }
 
 }  // namespace
@@ -69,6 +103,7 @@ void MessageBoxes::Tell(Icon icon, const QString& title, const QString& text) {
   QMessageBox box(&window_);
   Fill(box, icon, title, text);
   box.setStandardButtons(QMessageBox::Ok);
+  GiveRoom(box);
   box.exec();
 }
 
@@ -82,6 +117,7 @@ Answer MessageBoxes::Ask(const Question& question) {
   Fill(box, question.icon, question.title, question.text);
   box.setStandardButtons(ButtonOf(agreed) | ButtonOf(declined));
   box.setDefaultButton(ButtonOf(question.preselected));
+  GiveRoom(box);
   return box.exec() == ButtonOf(agreed) ? agreed : declined;
 }
 

@@ -2,10 +2,12 @@
 
 #include <QTextDocument>
 
+#include "ui/text_label.h"
+
 namespace kartocheck {
 
 QLabel* PlainLabel(const QString& name, const QString& text, QWidget* parent) {
-  auto* label = new QLabel(parent);
+  auto* label = new TextLabel(parent);
   label->setObjectName(name);
   label->setTextFormat(Qt::PlainText);
   label->setText(text);

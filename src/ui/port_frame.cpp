@@ -23,6 +23,8 @@ constexpr int FurtherPortMember = FurtherPortSlot - 1;
 constexpr QStringView WidestEntry = u"USB Device 256 (CTAPI pn=8447)";
 // Lines of the list of further ports that are seen without scrolling, at least.
 constexpr int LeastVisibleLines = 4;
+// And while there is a hint below it.
+constexpr int LeastLinesBesideHint = 1;
 
 // The text beside an option button; a click on it is a click on the button.
 class OptionLabel final : public QLabel {
@@ -71,9 +73,15 @@ void PortFrame::CreateList() {
   });
   const QFontMetrics metrics = List1->fontMetrics();
   const int frame = 2 * (List1->frameWidth() + metrics.averageCharWidth());
-  List1->setMinimumSize(metrics.horizontalAdvance(WidestEntry.toString()) + frame,
-                        metrics.lineSpacing() * LeastVisibleLines + frame);
-  List1->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Expanding);
+  List1->setMinimumWidth(metrics.horizontalAdvance(WidestEntry.toString()) + frame);
+  SetLeastLines(LeastVisibleLines);
+  List1->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+}
+
+void PortFrame::SetLeastLines(int lines) {
+  const QFontMetrics metrics = List1->fontMetrics();
+  const int frame = 2 * (List1->frameWidth() + metrics.averageCharWidth());
+  List1->setMinimumHeight(metrics.lineSpacing() * lines + frame);
 }
 
 ValueField* PortFrame::NewHint(const QString& name, const QString& caption) {
@@ -188,6 +196,8 @@ void PortFrame::ShowFacts() {
 
 // In a low window it is the list that gives way.
 void PortFrame::GiveHintRoom() {
+  const bool hasHint = !Labl_Schnittstelle->isHidden() || !Labl_Hinweis->isHidden();
+  SetLeastLines(hasHint ? LeastLinesBesideHint : LeastVisibleLines);
   for (ValueField* hint : {Labl_Schnittstelle, Labl_Hinweis}) {
     if (!hint->isHidden()) hint->setMinimumHeight(hint->heightForWidth(List1->width()));
   }

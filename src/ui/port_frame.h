@@ -50,6 +50,7 @@ class PortFrame final : public QGroupBox {
   void CreateList();
   ValueField* NewHint(const QString& name, const QString& caption);
   void ShowFacts();
+  void SetLeastLines(int lines);
   void GiveHintRoom();
   void ReportChosenEntry();
   void UpdateEnabled();

@@ -1,11 +1,11 @@
 #include "ui/terminal_status_frame.h"
 
 #include <QGroupBox>
-#include <QScrollArea>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include "ui/content_area.h"
 #include "ui/field_grid.h"
 #include "ui/plain_label.h"
 #include "ui/value_field.h"
@@ -56,9 +56,13 @@ QWidget* TerminalStatusFrame::NewTab(int tab) {
   hint->hide();
   hints_.at(static_cast<std::size_t>(tab)) = hint;
 
+  auto* content = new QWidget(frame);
+  auto* contentLayout = new QVBoxLayout(content);
+  contentLayout->setContentsMargins(0, 0, 0, 0);
+  contentLayout->addWidget(grid, 1);
+  contentLayout->addWidget(hint);
   auto* frameLayout = new QVBoxLayout(frame);
-  frameLayout->addWidget(Scrolling(grid, frame));
-  frameLayout->addWidget(hint);
+  frameLayout->addWidget(Scrolling(content, frame));
   auto* pageLayout = new QVBoxLayout(page);
   pageLayout->addWidget(frame);
   return page;

@@ -4,6 +4,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include "ui/contrast.h"
+
 namespace kartocheck {
 
 namespace {
@@ -15,14 +17,14 @@ constexpr int UsualCharacters = 60;
 
 }  // namespace
 
-ValueField::ValueField(const QString& name, QWidget* parent) : QLabel(parent) {
+ValueField::ValueField(const QString& name, QWidget* parent) : TextLabel(parent, TextMargin) {
   setObjectName(name);
   setTextFormat(Qt::PlainText);
   setWordWrap(true);
-  setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  MakeSelectable(*this);
+  LeaveRoomForLetters(*this, TextMargin);
   setFocusPolicy(Qt::StrongFocus);
   setFrameStyle(static_cast<int>(QFrame::StyledPanel) | static_cast<int>(QFrame::Sunken));
-  setMargin(TextMargin);
   setBackgroundRole(QPalette::Base);
   setForegroundRole(QPalette::Text);
   setAutoFillBackground(true);
@@ -49,7 +51,7 @@ void ValueField::UpdateAccessibleName() {
 }
 
 void ValueField::focusInEvent(QFocusEvent* event) {
-  QLabel::focusInEvent(event);
+  TextLabel::focusInEvent(event);
   const bool byTabKey =
       event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
   if (byTabKey) setSelection(0, static_cast<int>(text().size()));
@@ -57,7 +59,7 @@ void ValueField::focusInEvent(QFocusEvent* event) {
 }
 
 void ValueField::focusOutEvent(QFocusEvent* event) {
-  QLabel::focusOutEvent(event);
+  TextLabel::focusOutEvent(event);
   update();
 }
 
@@ -68,15 +70,17 @@ void ValueField::keyPressEvent(QKeyEvent* event) {
   } else if (event->modifiers() == Qt::NoModifier && event->key() == Qt::Key_Up) {
     focusPreviousChild();
   } else {
-    QLabel::keyPressEvent(event);
+    TextLabel::keyPressEvent(event);
   }
 }
 
 void ValueField::paintEvent(QPaintEvent* event) {
-  QLabel::paintEvent(event);
+  TextLabel::paintEvent(event);
   if (!hasFocus()) return;
   QPainter painter(this);
-  painter.setPen(palette().color(QPalette::Highlight));
+  painter.setPen(MovedToContrast(palette().color(QPalette::Highlight),
+                                 palette().color(QPalette::WindowText),
+                                 palette().color(QPalette::Window), OutlineContrast));
   painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QLabel>
+#include "ui/text_label.h"
 
 namespace kartocheck {
 
 // A read-only field for a text from outside, a card or a terminal. The text is shown as it is,
 // wrapped where it is longer than the field, and can be selected with mouse and keyboard.
-class ValueField final : public QLabel {
+class ValueField final : public TextLabel {
   Q_OBJECT
 
  public:

@@ -1,6 +1,7 @@
 #include "ui/form_egk_info.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QFontMetricsF>
 #include <QGroupBox>
@@ -151,6 +152,38 @@ TEST(EgkWindowTest, ShowsTheXmlTextsAsTheyAreKept) {
                 u"Geschützte Versichertendaten (XML)\n");
 }
 
+TEST(EgkWindowTest, ShowsTheXmlTextsIndentedWhereAsked) {
+  EgkData egk;
+  egk.documents[VsdKind::Pd].xmlText = QStringLiteral("<a><b>Ä &amp; Ö</b></a>");
+  egk.documents[VsdKind::Vd].xmlText = QStringLiteral("kein <XML");
+  EgkWindow shown(InfoOf(egk));
+  shown.Command(2);
+  const QString kept = shown.Xml().toPlainText();
+  auto& indents = shown.screen.Find<QCheckBox>(QStringLiteral("Chck_Eingerueckt"));
+  EXPECT_EQ(indents.text(), u"&Eingerückt anzeigen");
+  EXPECT_FALSE(indents.isChecked());
+  EXPECT_TRUE(kept.contains(u"<a><b>Ä &amp; Ö</b></a>"));
+  QTest::keyClick(&indents, Qt::Key_Space);
+  EXPECT_EQ(shown.Xml().toPlainText(),
+            u"Persönliche Versichertendaten (XML)\n<a>\n  <b>Ä &amp; Ö</b>\n</a>\n\n"
+            u"Allgemeine Versicherungsdaten (XML)\nkein <XML\n\n"
+            u"Geschützte Versichertendaten (XML)\n");
+  QTest::keyClick(&indents, Qt::Key_Space);
+  EXPECT_EQ(shown.Xml().toPlainText(), kept);
+}
+
+TEST(EgkWindowTest, OffersNoIndentationWhereNothingCanBeIndented) {
+  EgkData broken;
+  broken.documents[VsdKind::Pd].xmlText = QStringLiteral("<a><b></a>");
+  for (const EgkData& egk : {EgkData(), broken}) {
+    EgkWindow shown(InfoOf(egk));
+    shown.Command(2);
+    const auto& indents = shown.screen.Find<QCheckBox>(QStringLiteral("Chck_Eingerueckt"));
+    EXPECT_FALSE(indents.isEnabled());
+    EXPECT_FALSE(indents.isChecked());
+  }
+}
+
 TEST(EgkWindowTest, TheContextMenuOfTheXmlTextsIsGerman) {
   EgkWindow shown(InfoOf(Card()));
   const std::unique_ptr<QMenu> menu(shown.Xml().createStandardContextMenu());
@@ -282,6 +315,24 @@ TEST(EgkWindowTest, TheInfoLinesAreWhole) {
     const int right = label.mapTo(area.widget(), QPoint(0, 0)).x() +
                       label.fontMetrics().horizontalAdvance(label.text());
     EXPECT_LE(right, area.viewport()->width() + area.horizontalScrollBar()->maximum()) << number;
+  }
+}
+
+TEST(EgkWindowTest, EveryViewOpensWithoutAHorizontalScrollBar) {
+  EgkData stored;
+  stored.stored.statusText = Card().statusText;
+  stored.stored.approvalNumber = QStringLiteral("DENRV;DEMOTERM;001.002.003:004.005.006");
+  stored.stored.approval.tlv = QStringLiteral("921B") + QString(54, u'4');
+  for (const auto& [egk, isMobile] : {std::pair(Card(), false), std::pair(stored, true)}) {
+    EgkWindow shown(InfoOf(egk, isMobile));
+    for (const int command : {4, 1}) {
+      shown.Command(command);
+      QCoreApplication::processEvents();
+      for (const auto* area : shown.window.findChildren<QAbstractScrollArea*>()) {
+        if (!area->isVisible()) continue;
+        EXPECT_EQ(area->horizontalScrollBar()->maximum(), 0) << isMobile << command;
+      }
+    }
   }
 }
 

@@ -133,7 +133,8 @@ TEST_F(HintWindowTest, ALongStatusTextLeavesTheProgressItsPlace) {
             NotPermittedText + NoServiceText);
   program.window.ShowStatusText(HeldText);
   auto& text = program.Find<QLabel>(QStringLiteral("Labl_StatusText"));
-  EXPECT_GE(text.width(), text.sizeHint().width()) << "this one is seen as a whole";
+  ASSERT_TRUE(WaitUntil([&] { return text.height() >= text.heightForWidth(text.width()); }))
+      << "it is seen as a whole";
 }
 
 TEST_F(HintWindowTest, ThePortThatCannotBeUsedSaysWhy) {

@@ -264,6 +264,18 @@ TEST_F(LayoutTest, StatusBarHoldsTextAndProgress) {
   }
 }
 
+TEST_F(LayoutTest, ProgressSaysNothingWhereNothingRuns) {
+  const auto& progress = program.Find<QProgressBar>(QStringLiteral("ProgressBar1"));
+  const QSize before = progress.size();
+  EXPECT_FALSE(progress.isTextVisible());
+  program.view.progress.Set(20);
+  EXPECT_TRUE(progress.isTextVisible());
+  QApplication::processEvents();
+  EXPECT_EQ(progress.size(), before) << "nothing moves";
+  program.view.progress.Set(0);
+  EXPECT_FALSE(progress.isTextVisible());
+}
+
 TEST_F(LayoutTest, StatusTextKeepsItsBlanks) {
   const QString text =
       QStringLiteral("An COM         Chipkartenleser möglich. Mit               Taste fortfahren.");

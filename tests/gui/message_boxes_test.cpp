@@ -1,7 +1,12 @@
 #include "ui/message_boxes.h"
 
+#include <QLabel>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTest>
 #include <QWidget>
 
 #include <algorithm>
@@ -115,6 +120,42 @@ TEST_F(MessageBoxesTest, ALineIsKeptWholeWhereQtWouldWrapIt) {
   }});
   boxes.Tell(Icon::Information, QString(), line);
   EXPECT_EQ(user.seen.size(), 1U);
+}
+
+TEST_F(MessageBoxesTest, ABoxIsNoHigherThanItsTextNeeds) {
+  QSize plain;
+  for (const QString& shown :
+       {QString(), QStringLiteral("Eine Zeile"), QStringLiteral("1\r\n2\r\n3")}) {
+    BoxAnswerer user({[&](QMessageBox& box) {
+      const auto& label = *box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+      if (shown.isEmpty()) plain = box.size();
+      const int text = label.heightForWidth(label.width());
+      EXPECT_LT(box.height(), plain.height() + text + label.fontMetrics().lineSpacing());
+      box.close();
+    }});
+    boxes.Tell(Icon::Information, QString(), shown);
+  }
+}
+
+TEST_F(MessageBoxesTest, ATextHigherThanTheScreenScrollsBetweenPictureAndButtons) {
+  const QString text = QStringLiteral("Zeile\r\n").repeated(300) + u"Ende";
+  BoxAnswerer user({[](QMessageBox& box) {
+    EXPECT_LE(box.height(), box.screen()->availableSize().height());
+    const auto* area = box.findChild<QScrollArea*>();
+    ASSERT_NE(area, nullptr);
+    EXPECT_TRUE(area->isAncestorOf(box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))));
+    EXPECT_TRUE(box.rect().contains(box.button(QMessageBox::Ok)->geometry()));
+    const QScrollBar& bar = *area->verticalScrollBar();
+    for (int page = 0; page < 300 && bar.value() < bar.maximum(); ++page) {
+      QTest::keyClick(box.button(QMessageBox::Ok), Qt::Key_PageDown);
+    }
+    EXPECT_GT(bar.maximum(), 0);
+    EXPECT_EQ(bar.value(), bar.maximum());
+    box.close();
+  }});
+  boxes.Tell(Icon::Information, QString(), text);
+  EXPECT_EQ(user.seen.size(), 1U);
+  EXPECT_EQ(user.seen.at(0).text, QString(text).remove(u'\r'));
 }
 
 }  // namespace

@@ -3,9 +3,9 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QDir>
 #include <QMessageBox>
-#include <QPalette>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QTabWidget>
@@ -13,6 +13,7 @@
 
 #include <cstdio>
 
+#include "gui/support/desktops.h"
 #include "gui/support/practice.h"
 #include "gui/support/program.h"
 #include "gui/support/simulated_program.h"
@@ -21,29 +22,10 @@
 #include "ui/form_first_user.h"
 #include "ui/form_info.h"
 #include "ui/german_texts.h"
+#include "ui/readable_style.h"
 
 namespace kartocheck::test {
 namespace {
-
-QPalette DarkPalette() {
-  const QColor window(45, 47, 51);
-  const QColor text(232, 234, 237);
-  const QColor faded(130, 134, 140);
-  QPalette palette(QColor(58, 61, 66), window);
-  palette.setColor(QPalette::WindowText, text);
-  palette.setColor(QPalette::Base, QColor(30, 32, 35));
-  palette.setColor(QPalette::AlternateBase, window);
-  palette.setColor(QPalette::Text, text);
-  palette.setColor(QPalette::ButtonText, text);
-  palette.setColor(QPalette::ToolTipBase, window);
-  palette.setColor(QPalette::ToolTipText, text);
-  palette.setColor(QPalette::Highlight, QColor(53, 132, 228));
-  palette.setColor(QPalette::HighlightedText, Qt::white);
-  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-    palette.setColor(QPalette::Disabled, role, faded);
-  }
-  return palette;
-}
 
 class Album {
  public:
@@ -170,6 +152,8 @@ void TakeEgkInfo(Album& album, SimulatedProgram& program, const QString& name) {
   }
   screen.Click(QStringLiteral("Command2"));
   album.Add(window, name + QStringLiteral("_xml"));
+  screen.Find<QCheckBox>(QStringLiteral("Chck_Eingerueckt")).click();
+  album.Add(window, name + QStringLiteral("_xml_eingerueckt"));
   screen.Click(QStringLiteral("Command4"));
   album.Add(window, name + QStringLiteral("_info"));
   album.AddNextBox(name + QStringLiteral("_hilfe"), QMessageBox::Ok);
@@ -229,7 +213,7 @@ void TakeHints(Album& album) {
   album.Add(program.window, QStringLiteral("hinweis_karte_belegt"));
   program.view.hintsWithoutReader.Set(hints);
   QCoreApplication::processEvents();
-  program.window.resize(program.window.minimumSizeHint());
+  program.window.resize(640, 400);
   album.Add(program.window, QStringLiteral("hinweise_kleines_fenster"));
 }
 
@@ -283,7 +267,9 @@ int Run(const QStringList& arguments) {
   }
   const QDir folder(arguments.at(1));
   if (!folder.mkpath(QStringLiteral("."))) qFatal("cannot make the folder");
-  if (arguments.contains(QStringLiteral("--dark"))) QApplication::setPalette(DarkPalette());
+  if (arguments.contains(QStringLiteral("--dark"))) {
+    QApplication::setPalette(PaletteOf(Desktop::Dark));
+  }
   Album album(folder);
   TakeDataFrame(album);
   TakeMobileRecord(album);
@@ -303,7 +289,7 @@ int Run(const QStringList& arguments) {
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  QApplication::setStyle(QStringLiteral("fusion"));
+  QApplication::setStyle(new kartocheck::ReadableStyle(QStringLiteral("fusion")));
   kartocheck::InstallGermanTexts(application);
   return kartocheck::test::Run(QApplication::arguments());
 }

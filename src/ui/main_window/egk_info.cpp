@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/documents/xml_indentation.h"
 #include "text/hex_text.h"
 #include "text/lines.h"
 
@@ -28,12 +29,26 @@ ElementList ListOf(VsdKind kind, const VsdDocument& document) {
   return list;
 }
 
-QString XmlTextsOf(const EgkData& egk) {
+QString UnderTheirTitles(const PerVsdKind<QString>& texts) {
   QStringList parts;
   for (const VsdKind kind : VsdKinds) {
-    parts.append(VsdTexts[kind].xmlTitle + u"\r\n" + egk.documents[kind].xmlText);
+    parts.append(VsdTexts[kind].xmlTitle + u"\r\n" + texts[kind]);
   }
   return parts.join(QStringLiteral("\r\n\r\n"));
+}
+
+void AddXmlTexts(EgkInfo& view, const EgkData& egk) {
+  PerVsdKind<QString> kept;
+  PerVsdKind<QString> indented;
+  bool isAnyIndented = false;
+  for (const VsdKind kind : VsdKinds) {
+    kept[kind] = egk.documents[kind].xmlText;
+    const std::optional<QString> lines = IndentedXml(kept[kind]);
+    indented[kind] = lines.value_or(kept[kind]);
+    isAnyIndented = isAnyIndented || lines.has_value();
+  }
+  view.xmlTexts = UnderTheirTitles(kept);
+  if (isAnyIndented) view.indentedXmlTexts = UnderTheirTitles(indented);
 }
 
 // The parts of EF.StatusVD, 25 bytes as hexadecimal text. Positions and lengths are in characters.
@@ -125,7 +140,7 @@ EgkInfo EgkInfoOf(const TerminalInfo& info, const EgkData& egk) {
   EgkInfo view;
   view.wasRead = info.DataRead && info.EgkData;
   for (const VsdKind kind : VsdKinds) view.lists[kind] = ListOf(kind, egk.documents[kind]);
-  view.xmlTexts = XmlTextsOf(egk);
+  AddXmlTexts(view, egk);
   if (info.IsMobile()) {
     AddStoredInfo(view, egk.stored);
   } else {

@@ -36,6 +36,9 @@ struct EgkInfo {
   bool wasRead = false;  // otherwise there is nothing to show
   PerVsdKind<ElementList> lists;
   QString xmlTexts;  // the three documents under their titles, separated by empty lines
+  // The same with the documents indented, or as they are where they cannot be; empty where none
+  // can.
+  QString indentedXmlTexts;
 
   // The info view: of the card in a stationary terminal, or of the status record that a mobile
   // one has stored.
