@@ -21,8 +21,8 @@ namespace {
 constexpr int WidestBox = 1000;
 constexpr int SmallScreen = 1024;
 constexpr int BesideTheBox = 480;
-// Higher than the picture beside a text.
-constexpr int HigherThanPicture = 200;
+// Wider than the buttons below a text, and higher than the picture beside it.
+constexpr QSize LargeText(600, 200);
 
 QMessageBox::Icon IconOf(Icon icon) {
   switch (icon) {
@@ -78,9 +78,9 @@ void GiveRoom(QMessageBox& box) {
   LeaveRoomForLetters(*label);
   const QSize line = label->sizeHint();
   label->setWordWrap(true);
-  label->setMinimumSize(1, HigherThanPicture);
+  label->setMinimumSize(LargeText);
   // The picture, the buttons and the margins.
-  const QSize around = box.layout()->totalMinimumSize() - label->minimumSize();
+  const QSize around = box.layout()->totalMinimumSize() - LargeText;
   const QSize room = RoomFor(box) - around;
   const int width = std::min(line.width(), room.width());
   label->setMinimumSize(0, 0);

@@ -200,7 +200,11 @@ TEST_P(ScreenFitTest, TheMessageBoxes) {
   Program program;
   const QString lines =
       QStringLiteral(" Ist am Vedra Handy F der PC-Mode auf \r\n").repeated(16) + u"Ende";
-  for (const QString& text : {ValidationHelp(), lines, LongValue.repeated(12),
+  const QString wide = QStringLiteral(
+      " Achtung, Lesetest an einem Vedra F/Serie Delta/Sigma Gerät! \r\n Nach Durchführen eines "
+      "Lesetests an einem Vedra F/Serie Delta/Sigma Gerät \r\n mit dieser Testsoftware wird der "
+      "gelesene Datensatz \r\n automatisch gelöscht! ");
+  for (const QString& text : {ValidationHelp(), lines, wide, LongValue.repeated(12),
                               QStringLiteral("Überprüfen Sie die Verbindung.")}) {
     const BoxAnswerer user({[](QMessageBox& box) {
       ExpectUsable(box);
@@ -208,15 +212,17 @@ TEST_P(ScreenFitTest, TheMessageBoxes) {
     }});
     program.window.Boxes().Tell(Icon::Exclamation, Dialogs::Title.toString(), text);
   }
-  const BoxAnswerer user({[](QMessageBox& box) {
-    ExpectUsable(box);
-    box.button(QMessageBox::Cancel)->click();
-  }});
-  (void)program.window.Boxes().Ask({.title = Dialogs::Title.toString(),
-                                    .text = lines,
-                                    .icon = Icon::Exclamation,
-                                    .buttons = Buttons::OkCancel,
-                                    .preselected = Answer::Cancel});
+  for (const QString& text : {lines, wide}) {
+    const BoxAnswerer user({[](QMessageBox& box) {
+      ExpectUsable(box);
+      box.button(QMessageBox::No)->click();
+    }});
+    (void)program.window.Boxes().Ask({.title = Dialogs::Title.toString(),
+                                      .text = text,
+                                      .icon = Icon::Exclamation,
+                                      .buttons = Buttons::YesNo,
+                                      .preselected = Answer::No});
+  }
 }
 
 // What has the keyboard's focus is seen, wherever it lies in a scrolled part.
