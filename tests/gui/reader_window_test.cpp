@@ -1,5 +1,6 @@
 #include <QListWidget>
 #include <QMap>
+#include <QRadioButton>
 #include <QTableWidget>
 
 #include <array>
@@ -14,6 +15,7 @@
 #include "gui/support/screen.h"
 #include "gui/support/window_visitor.h"
 #include "host/pcscd_service.h"
+#include "host/service_view.h"
 #include "host/virtual_egk.h"
 #include "simulator/scenario.h"
 #include "support/fake_port_directory.h"
@@ -31,6 +33,7 @@ namespace {
 
 using ctapi::test::Eventually;
 using ctapi::test::PcscdService;
+using ctapi::test::ServiceSeesACard;
 using ctapi::test::VirtualCard;
 
 constexpr int FirstReader = 8192;
@@ -78,6 +81,8 @@ class ReaderWindowTest : public testing::Test {
     EXPECT_EQ(library_.Close(1), 0);
     return isAnswered && answer[2] == 1;
   }
+
+  void PutTheCardIn() { card_ = std::make_unique<VirtualCard>(ctapi::test::CardOf(Terminal())); }
 
   // What the card says without any reader in between.
   QString StatusOnTheCard() {
@@ -148,6 +153,35 @@ TEST_F(ReaderWindowTest, AScanFindsTheReaderAndReadsTheCard) {
   EXPECT_EQ(status.size(), 50);
   EXPECT_EQ(egk.Text(QStringLiteral("Label10")), u"Containerinhalt: 0x" + status);
   egkWindow.close();
+}
+
+// A user with one reader who puts the card in when "Lesen" asks for it.
+TEST_F(ReaderWindowTest, FromPluggingInToTheData) {
+  card_.reset();
+  ASSERT_TRUE(Eventually([] { return !ServiceSeesACard(); }));
+  const auto expectReaderNamed = [](const QMessageBox& box) {
+    EXPECT_TRUE(box.text().endsWith(u"USB Device 1")) << box.text().toStdString();
+  };
+  BoxAnswerer user({[&](QMessageBox& box) {
+                      expectReaderNamed(box);
+                      PressButton(QMessageBox::Cancel)(box);
+                    },
+                    [&](QMessageBox& box) {
+                      expectReaderNamed(box);
+                      PutTheCardIn();
+                      EXPECT_TRUE(Eventually([] { return ServiceSeesACard(); }));
+                      PressButton(QMessageBox::Ok)(box);
+                    }});
+  {
+    const WindowVisitor visitor(QStringLiteral("Form_DatenInfo"), [](QWidget&) {});
+    screen_->Click(QStringLiteral("CmdB_MKt_Test_0"));
+  }
+  EXPECT_TRUE(screen_->Find<QRadioButton>(QStringLiteral("Opti_Comx_4")).isChecked());
+  EXPECT_EQ(screen_->Text(QStringLiteral("Labl_StatusText")), u"Das USB device 1 wurde ausgewählt");
+
+  screen_->Click(QStringLiteral("CmdB_MKt_Test_3"));
+  EXPECT_EQ(user.seen.size(), 2U);
+  EXPECT_EQ(screen_->Text(QStringLiteral("Labl_Wert_9")), u"Beispiel");
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "host/pcsc_service.h"
 #include "host/pcsc_transport.h"
 #include "host/pcscd_fixture.h"
+#include "host/service_view.h"
 #include "host/transports.h"
 #include "host/virtual_egk.h"
 #include "protocol/com_table.h"
@@ -26,6 +27,7 @@ namespace {
 
 using ctapi::test::Eventually;
 using ctapi::test::PcscdService;
+using ctapi::test::ServiceSeesACard;
 using ctapi::test::ToHex;
 using ctapi::test::VirtualCard;
 
@@ -65,14 +67,6 @@ class PcscdTest : public ctapi::test::PcscdFixture {
   // The reader appears a moment after the service, the card a moment after it was put in.
   [[nodiscard]] bool OpenReader() {
     return Eventually([this] { return library_.Init(1, FirstReader) == code::Success; });
-  }
-  // What the service tells another program.
-  [[nodiscard]] static bool HasCard() {
-    PcscService other(LoadPcscApi());
-    std::vector<std::string> readers;
-    ReaderState state;
-    return other.List(readers) == PcscResult::Ok && !readers.empty() &&
-           other.Query(readers.front(), state) == PcscResult::Ok && state.HasCard;
   }
   void ActivateCard() {
     ASSERT_TRUE(OpenReader());
@@ -168,9 +162,9 @@ TEST_F(PcscdTest, AnotherCardIsAskedForAnew) {
   InsertEgk();
   ActivateCard();
   card_.reset();
-  ASSERT_TRUE(Eventually([] { return !HasCard(); }));
+  ASSERT_TRUE(Eventually([] { return !ServiceSeesACard(); }));
   InsertEgk();
-  ASSERT_TRUE(Eventually([] { return HasCard(); }));
+  ASSERT_TRUE(Eventually([] { return ServiceSeesACard(); }));
   EXPECT_EQ(Ask(0, SelectHca), "code -8");
   EXPECT_EQ(Ask(1, RequestIcc), "9001");
   EXPECT_EQ(Ask(0, SelectHca), "9000");
