@@ -55,6 +55,7 @@ ElementGrid::ElementGrid(QWidget* parent) : QTableWidget(0, 2, parent) {
   setColumnWidth(ValueColumn, ValueColumnTwips / TwipsPerPixel);
   setMinimumWidth(columnWidth(NameColumn) + columnWidth(ValueColumn) + 2 * frameWidth());
   setMinimumHeight(verticalHeader()->defaultSectionSize() * VisibleRows);
+  setFocusPolicy(Qt::NoFocus);
   AddCommands();
 }
 
@@ -83,6 +84,8 @@ void ElementGrid::ShowList(const ElementList& list) {
   setColumnWidth(NameColumn,
                  std::max(NameColumnTwips / TwipsPerPixel, sizeHintForColumn(NameColumn)));
   scrollToTop();
+  // An empty list has nothing to show the focus on.
+  setFocusPolicy(rowCount() == 0 ? Qt::NoFocus : Qt::StrongFocus);
 }
 
 void ElementGrid::CopySelection() {

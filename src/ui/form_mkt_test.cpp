@@ -183,7 +183,6 @@ void Form_MKT_Test::CreateFrames() {
   cmdeGK = new QPushButton(QStringLiteral("Info eGK Daten"), content);
   cmdeGK->setObjectName(QStringLiteral("cmdeGK"));
   cmdeGK->setToolTip(QStringLiteral("Anzeige weiterer Daten der elektronischen Gesundheitskarte."));
-  cmdeGK->setAccessibleName(cmdeGK->text());
   connect(cmdeGK, &QPushButton::clicked, this, [this] { ShowEgkInfo(); });
 
   wait_ = new WaitFrame(content);
@@ -235,6 +234,7 @@ void Form_MKT_Test::CreateStatusBar(bool simulation) {
   QLabel* caption = PlainLabel(QStringLiteral("Labl_Status"), QStringLiteral("Status:"), this);
   Labl_StatusText = PlainLabel(QStringLiteral("Labl_StatusText"), QString(), this);
   Labl_StatusText->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  caption->setBuddy(Labl_StatusText);
   statusBar()->addWidget(caption);
   statusBar()->addWidget(Labl_StatusText, 1);
   if (simulation) {
