@@ -111,7 +111,8 @@ void Form_MKT_Test::CreateFileMenu() {
   QAction* quit = AddEntry(file, QStringLiteral("mnuBeenden"), QStringLiteral("&Beenden"));
   // Not every desktop has a standard key for this.
   quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
-  connect(quit, &QAction::triggered, this, &QWidget::close);
+  // A screen reader that chose the entry is answered before the question comes.
+  connect(quit, &QAction::triggered, this, &QWidget::close, Qt::QueuedConnection);
 }
 
 void Form_MKT_Test::CreateHelpMenu() {
@@ -234,6 +235,8 @@ void Form_MKT_Test::CreateStatusBar(bool simulation) {
   QLabel* caption = PlainLabel(QStringLiteral("Labl_Status"), QStringLiteral("Status:"), this);
   Labl_StatusText = PlainLabel(QStringLiteral("Labl_StatusText"), QString(), this);
   Labl_StatusText->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  // Not the tool tip, which says the same again.
+  Labl_StatusText->setAccessibleDescription(QStringLiteral(" "));
   caption->setBuddy(Labl_StatusText);
   statusBar()->addWidget(caption);
   statusBar()->addWidget(Labl_StatusText, 1);

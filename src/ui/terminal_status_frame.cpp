@@ -23,7 +23,7 @@ static_assert(TabTitles.size() == SlotCount);
 TerminalStatusFrame::TerminalStatusFrame(QWidget* parent)
     : QWidget(parent), TabStrip1(new QTabWidget(this)) {
   TabStrip1->setObjectName(QStringLiteral("TabStrip1"));
-  TabStrip1->tabBar()->setAccessibleName(QStringLiteral("MKT Status je Schnittstelle"));
+  TabStrip1->setAccessibleName(QStringLiteral("MKT Status je Schnittstelle"));
   for (int tab = 0; tab < SlotCount; ++tab) {
     TabStrip1->addTab(NewTab(tab), TabTitles.at(static_cast<std::size_t>(tab)).toString());
   }

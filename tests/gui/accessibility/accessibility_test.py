@@ -8,8 +8,9 @@ interpreter is the system's: its packages have the bindings.
 
 import sys
 
+
 from rules import faults
-from screen_reader import Reader, find
+from screen_reader import Atspi, Reader, find, look_into
 
 MAIN = "KartoCheck"
 INFORMATION = "Benutzer Information zu KartoCheck"
@@ -38,29 +39,25 @@ class Visit:
     def press(self, name, window=MAIN, role="push button"):
         find(self.reader.window(window), role, name).press()
 
-    def shows(self, text):
-        """Whether the status bar says so."""
-        return any(element.role == "label" and element.name == text for element in self.main().all())
-
     def wait_for_status(self, text):
-        self.reader.wait(f"the status '{text}'", lambda: self.shows(text))
+        self.reader.wait(f"the status '{text}'", lambda: self.status.get_name() == text)
 
     def value(self, label):
         return find(self.main(), "text", label).text()
 
     def wait_for_value(self, label, text):
-        self.reader.wait(f"{label} {text}", lambda: self.value(label) == text)
+        field = find(self.main(), "text", label)
+        self.reader.wait(f"{label} '{text}'", lambda: field.text() == text)
 
     def answer_until(self, arrived, answer):
         """Answers every box until the condition holds; returns what the boxes said."""
         told = []
 
         def step():
-            windows = self.reader.windows()
-            boxes = [window for window in windows if window.role == "alert"]
+            boxes = self.reader.boxes()
             if not boxes:
-                return arrived(windows)
-            box = boxes[-1]
+                return arrived()
+            box = look_into(boxes[-1])
             self.examine(box)
             text = "\n".join(element.name for element in box.all() if element.role == "label")
             told.append(text)
@@ -69,7 +66,7 @@ class Visit:
             find(box, "push button", button if button in names else names[0]).press()
             self.reader.wait(
                 "the end of the box",
-                lambda: all(window.accessible != box.accessible for window in self.reader.windows()),
+                lambda: all(open.accessible != box.accessible for open in self.reader.boxes()),
             )
             return False
 
@@ -94,11 +91,12 @@ class Visit:
         self.press("Weiter mit KartoCheck", INFORMATION)
         window = self.main()
         self.examine(window)
+        bar = [element for element in window.all() if element.role == "status bar"][0]
+        captions = [element.name for element in bar.children]
+        self.status = bar.children[captions.index("Status:") + 1].accessible
         buttons = [element.name for element in window.all() if element.role == "push button"]
         wanted = ["Prüfen", "Diagnose", "Status", "Lesen", "Kopieren", "Zurücksetzen", EGK]
         self.expect(buttons == wanted, f"the buttons are {buttons}")
-        for role, name in (("page tab list", "MKT Status je Schnittstelle"), ("page tab", "COM 1")):
-            self.expect(role, name)
         lamps = [element.name for element in window.all() if element.role == "image"]
         off = ["Kartenzugriff: keine Verbindung", "MKT-Zugriff: keine Verbindung"]
         self.expect(lamps == off, f"the lamps are {lamps}")
@@ -115,9 +113,11 @@ class Visit:
 
     def scan(self):
         self.press("Prüfen")
-        has_result = lambda windows: any(window.name == RESULT for window in windows)
         # The record of the mobile terminal may be erased; nobody puts in a further card.
-        self.answer_until(has_result, lambda text: "Ja" if "gelöscht" in text else "Abbrechen")
+        self.answer_until(
+            lambda: self.reader.is_open(RESULT),
+            lambda text: "Ja" if "gelöscht" in text else "Abbrechen",
+        )
         result = self.reader.window(RESULT)
         self.examine(result)
         lines = [element.name for element in result.all() if element.role == "label"]
@@ -128,7 +128,7 @@ class Visit:
         self.expect("1" not in lines, "the number over the gap is told twice")
         renamed = {name for role, name in self.reader.renamed if role == "image"}
         self.expect(
-            {"MKT-Zugriff: wartet auf Antwort", "MKT-Zugriff: Antwort erhalten"} <= renamed,
+            {"MKT-Zugriff: wartet auf Antwort", "MKT-Zugriff: keine Verbindung"} <= renamed,
             f"the lamps told {renamed}",
         )
         self.press("Schließen", RESULT)
@@ -189,27 +189,29 @@ class Visit:
         lines = [element.name for element in window.all() if element.role == "label"]
         self.expect(any(line.startswith("ICC Serial Number:") for line in lines), f"{lines}")
         self.press("Hilfe", EGK)
-        boxes = lambda: [window for window in self.reader.windows() if window.role == "alert"]
-        box = self.reader.wait("the help", boxes)[0]
+        box = look_into(self.reader.wait("the help", self.reader.boxes)[0])
         self.examine(box)
         find(box, "push button", "OK").press()
-        self.reader.wait("the end of the help", lambda: not boxes())
+        self.reader.wait("the end of the help", lambda: not self.reader.boxes())
         self.press("Schließen", EGK)
         self.reader.wait_until_closed(EGK)
 
     def diagnosis(self):
         self.press("Diagnose")
-        begun = lambda: "enabled" not in find(self.main(), "push button", "Lesen").states
-        self.reader.wait("the begin of the diagnosis", begun)
+        other = find(self.main(), "push button", "Lesen").accessible
+
+        def is_idle():
+            return other.get_state_set().contains(Atspi.StateType.ENABLED)
+
+        self.reader.wait("the begin of the diagnosis", lambda: not is_idle())
         self.examine(self.main())
-        told = self.answer_until(lambda windows: not begun(), lambda text: "Ja")
+        told = self.answer_until(is_idle, lambda text: "Ja")
         self.expect(told, "the diagnosis told nothing")
         self.wait_for_status("Der MKT Status wird angezeigt")
         window = self.main()
         self.examine(window)
-        find(window, "page tab list", "MKT Status je Schnittstelle")
-        baudrate = find(window, "text", "Hersteller:")
-        self.expect(baudrate.text(), "the status of the port cannot be read")
+        find(window, "page tab list", "COM 1")  # named by the tab that is chosen
+        self.expect(self.value("Hersteller:"), "the status of the port cannot be read")
 
     def report(self):
         self.menu_entry("Hilfe", "Prüfbericht kopieren")
@@ -217,12 +219,7 @@ class Visit:
 
     def quit(self):
         self.menu_entry("Datei", "Beenden")
-        gone = lambda windows: self.reader.program.poll() is not None
-
-        box = self.reader.wait(
-            "the question",
-            lambda: [window for window in self.reader.windows() if window.role == "alert"],
-        )[0]
+        box = look_into(self.reader.wait("the question", self.reader.boxes)[0])
         self.examine(box)
         find(box, "push button", "Ja").press()
         status = self.reader.exit_status()

@@ -1,7 +1,7 @@
 """What holds for every window, whoever reads it."""
 
 # Elements that are only there to hold others; no screen reader tells them.
-SILENT_ROLES = {"filler", "frame", "unknown", "application"}
+SILENT_ROLES = {"application", "filler", "frame", "layered pane", "unknown"}
 
 
 def caption(text):
@@ -22,7 +22,8 @@ def faults_of_element(element):
         yield "looks as if it could be changed"
     if element.role == "text" and not element.text() and element.description != "leer":
         yield "is empty and does not say so"
-    if element.role in ("push button", "button") and "Press" not in element.actions():
+    is_button = element.role in ("push button", "button") and "enabled" in element.states
+    if is_button and "Press" not in element.actions():
         yield "cannot be pressed"
     if element.role in ("list", "table") and element.is_focusable and not element.children:
         yield "is empty and a tab stop"
@@ -31,14 +32,15 @@ def faults_of_element(element):
 def faults_of_children(element):
     named = [child for child in element.children if child.name and child.role not in SILENT_ROLES]
     for child in named:
-        inside = element.role not in SILENT_ROLES and element.parent is not None
+        # A row of tabs has the name of the tab that is chosen: it is what has the focus.
+        inside = element.role not in SILENT_ROLES | {"page tab list"}
         if inside and caption(child.name) == caption(element.name):
             yield f"is told twice: as {child} within it"
     for index, one in enumerate(named):
         for other in named[index + 1 :]:
-            isSame = caption(one.name) == caption(other.name)
-            isLabel = "label" in (one.role, other.role)
-            if isSame and isLabel and not belong_together(one, other):
+            is_same = caption(one.name) == caption(other.name)
+            is_label = "label" in (one.role, other.role)
+            if is_same and is_label and not belong_together(one, other):
                 yield f"is told twice: {one} and {other} within it"
 
 

@@ -88,19 +88,18 @@ class Element:
             yield from child.all()
 
 
-def look(accessible, parent=None):
-    """The tree of what is shown; nothing where the element is not shown."""
-    element = Element(accessible, parent)
-    is_container = parent is None  # the program itself has no state
-    if not is_container and not element.is_showing:
-        return None
-    for index in range(accessible.get_child_count()):
-        child = accessible.get_child_at_index(index)
-        if child is None:
-            continue
-        seen = look(child, element)
-        if seen is not None:
-            element.children.append(seen)
+def shown_children(accessible, parent=None):
+    """What is shown of the element's children, without looking into them."""
+    found = (accessible.get_child_at_index(at) for at in range(accessible.get_child_count()))
+    children = [Element(child, parent) for child in found if child is not None]
+    return [child for child in children if child.is_showing]
+
+
+def look_into(element):
+    """The element with the tree of what is shown in it."""
+    element.children = shown_children(element.accessible, element)
+    for child in element.children:
+        look_into(child)
     return element
 
 
@@ -151,7 +150,7 @@ class Reader:
 
     def _on_event(self, event):
         try:
-            self.renamed.append((event.source.get_role_name(), event.any_data))
+            self.renamed.append((event.source.get_role_name(), event.source.get_name()))
         except GLib.Error:
             pass  # it is gone already
 
@@ -168,18 +167,23 @@ class Reader:
             if found:
                 return found
             time.sleep(MOMENT)
-        seen = "\n".join(str(element) for element in look(self.application).all() if element.name)
+        seen = "\n".join(str(element) for window in self.windows() for element in look_into(window).all())
         raise AssertionError(f"{what} did not come within {PATIENCE} s; there is\n{seen}")
 
     def windows(self):
-        return look(self.application).children
+        """The open windows, without what is in them."""
+        return shown_children(self.application)
+
+    def boxes(self):
+        """The open message boxes."""
+        return [window for window in self.windows() if window.role == "alert"]
 
     def window(self, name):
         """The window of this title, once it is open."""
 
         def find():
             named = [window for window in self.windows() if window.name == name]
-            return named[0] if named else None
+            return look_into(named[0]) if named else None
 
         return self.wait(f"the window '{name}'", find)
 
