@@ -1,5 +1,6 @@
 #include "ui/form_egk_info.h"
 
+#include <QButtonGroup>
 #include <QGroupBox>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -87,10 +88,12 @@ Form_egK_Info::Form_egK_Info(EgkInfo info, QWidget* parent)
 QWidget* Form_egK_Info::NewListView() {
   auto* view = new QWidget(views_);
   auto* kindRow = new QHBoxLayout;
+  auto* group = new QButtonGroup(view);
   for (const VsdKind kind : VsdKinds) {
     const VsdKindTexts& texts = VsdTexts[kind];
     auto* button = new QToolButton(view);
-    button->setAutoExclusive(true);  // told by its role, so before anything else is
+    // The group makes it exclusive; this tells so, and before anything else is told of the button.
+    button->setAutoExclusive(true);
     button->setObjectName(MemberName(u"CmdB_VsdKind", static_cast<int>(kind)));
     button->setText(texts.abbreviation.toString());
     button->setToolTip(texts.title.toString());
@@ -102,6 +105,7 @@ QWidget* Form_egK_Info::NewListView() {
     });
     // Dark styles hardly show which button is pressed.
     connect(button, &QToolButton::toggled, button, [button](bool on) { SetBold(button, on); });
+    group->addButton(button);
     kindRow->addWidget(button);
     kinds_[kind] = button;
   }
@@ -172,6 +176,7 @@ QLabel* Form_egK_Info::NewInfoLine(int number, QWidget* parent) {
 
 void Form_egK_Info::AddCommands(QVBoxLayout* layout) {
   auto* row = new QHBoxLayout;
+  auto* views = new QButtonGroup(this);
   QPushButton* lists = NewCommand(1, u"Elementliste", u"element_list", row);
   connect(lists, &QPushButton::toggled, this, [this](bool on) {
     if (on) ShowList(kind_);
@@ -188,6 +193,7 @@ void Form_egK_Info::AddCommands(QVBoxLayout* layout) {
   for (QPushButton* command : {lists, texts, facts}) {
     command->setCheckable(true);
     command->setAutoExclusive(true);
+    views->addButton(command);
   }
   lists->setChecked(true);
   row->addStretch();

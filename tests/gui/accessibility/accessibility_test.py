@@ -228,8 +228,8 @@ class Visit:
 
 def main(program, scenario):
     reader = Reader(program, "--simulate", scenario)
+    visit = Visit(reader)
     try:
-        visit = Visit(reader)
         visit.start()
         visit.about()
         visit.scan()
@@ -243,9 +243,9 @@ def main(program, scenario):
         visit.quit()
     finally:
         reader.close()
-    print("visited:", ", ".join(visit.visited))
-    for fault in visit.faults:
-        print(fault, file=sys.stderr)
+        print("visited:", ", ".join(visit.visited))
+        for fault in visit.faults:
+            print(fault, file=sys.stderr)
     return 1 if visit.faults else 0
 
 
