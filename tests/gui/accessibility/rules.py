@@ -22,7 +22,7 @@ def faults_of_element(element):
         yield "looks as if it could be changed"
     if element.role == "text" and not element.text() and element.description != "leer":
         yield "is empty and does not say so"
-    is_button = element.role in ("push button", "button") and "enabled" in element.states
+    is_button = element.role == "push button" and "enabled" in element.states
     if is_button and "Press" not in element.actions():
         yield "cannot be pressed"
     if element.role in ("list", "table") and element.is_focusable and not element.children:

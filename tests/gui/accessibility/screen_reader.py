@@ -24,7 +24,9 @@ class Element:
     def __init__(self, accessible, parent=None):
         self.accessible = accessible
         self.parent = parent
-        self.role = accessible.get_role_name()
+        # Newer versions of the library say "button".
+        role = accessible.get_role_name()
+        self.role = "push button" if role == "button" else role
         self.name = accessible.get_name() or ""
         self.description = accessible.get_description() or ""
         self.states = {state.value_nick for state in accessible.get_state_set().get_states()}
