@@ -15,6 +15,7 @@ test_packages=(
   clang libclang-rt-dev clang-format-19 clang-tidy gcovr
   libxml2-utils fonts-dejavu-core fonts-liberation fonts-cantarell
   pcscd vsmartcard-vpcd
+  xvfb dbus at-spi2-core gir1.2-atspi-2.0 python3-gi
 )
 
 packages=("${run_packages[@]}")

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "ui/accessible_roles.h"
 #include "ui/picture.h"
 #include "ui/plain_label.h"
 
@@ -36,6 +37,7 @@ constexpr int PictureSize = 40;
 }  // namespace
 
 ButtonPanel::ButtonPanel(QWidget* parent) : QFrame(parent) {
+  InstallAccessibleRoles();
   setObjectName(QStringLiteral("Pict_MKT_Test"));
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -48,7 +50,6 @@ ButtonPanel::ButtonPanel(QWidget* parent) : QFrame(parent) {
     button->setText(description.caption.toString());
     button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     button->setToolTip(description.tooltip.toString());
-    button->setAccessibleName(description.tooltip.toString());
     button->setFocusPolicy(Qt::StrongFocus);
     connect(button, &QToolButton::clicked, this, [this, index] { Q_EMIT Pressed(index); });
     layout->addWidget(button);

@@ -53,6 +53,7 @@ ElementGrid::ElementGrid(QWidget* parent) : QTableWidget(0, 2, parent) {
   horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   setColumnWidth(NameColumn, NameColumnTwips / TwipsPerPixel);
   setColumnWidth(ValueColumn, ValueColumnTwips / TwipsPerPixel);
+  setFocusPolicy(Qt::NoFocus);
   AddCommands();
 }
 
@@ -87,6 +88,8 @@ void ElementGrid::ShowList(const ElementList& list) {
   setColumnWidth(NameColumn,
                  std::max(NameColumnTwips / TwipsPerPixel, sizeHintForColumn(NameColumn)));
   scrollToTop();
+  // An empty list has nothing to show the focus on.
+  setFocusPolicy(rowCount() == 0 ? Qt::NoFocus : Qt::StrongFocus);
 }
 
 void ElementGrid::CopySelection() {

@@ -24,6 +24,7 @@ FieldGrid::FieldGrid(int rows, const QString& labelName, const QString& valueNam
   for (int row = 0; row < rows; ++row) {
     QLabel* label = PlainLabel(MemberName(labelName, row), QString(), this);
     auto* value = new ValueField(MemberName(valueName, row), this);
+    label->setBuddy(value);
     layout->addWidget(label, row, 0);
     layout->addWidget(value, row, 1);
     rows_.push_back({label, value});

@@ -10,6 +10,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "ui/accessible_roles.h"
 #include "ui/content_area.h"
 #include "ui/element_grid.h"
 #include "ui/fixed_pitch_font.h"
@@ -54,6 +55,7 @@ void SetBold(QWidget* widget, bool bold) {
 
 Form_egK_Info::Form_egK_Info(EgkInfo info, QWidget* parent)
     : QDialog(parent), info_(std::move(info)), boxes_(*this) {
+  InstallAccessibleRoles();
   setObjectName(QStringLiteral("Form_egK_Info"));
   setWindowTitle(QStringLiteral("Info eGK Daten"));
   setWindowFlag(Qt::WindowMaximizeButtonHint);
@@ -89,13 +91,17 @@ QWidget* Form_egK_Info::NewListView() {
   for (const VsdKind kind : VsdKinds) {
     const VsdKindTexts& texts = VsdTexts[kind];
     auto* button = new QToolButton(view);
+    // The group makes it exclusive; this tells so, and before anything else is told of the button.
+    button->setAutoExclusive(true);
     button->setObjectName(MemberName(u"CmdB_VsdKind", static_cast<int>(kind)));
     button->setText(texts.abbreviation.toString());
     button->setToolTip(texts.title.toString());
-    button->setAccessibleName(texts.title.toString());
     button->setCheckable(true);
     button->setFocusPolicy(Qt::StrongFocus);
-    connect(button, &QToolButton::clicked, this, [this, kind] { ShowList(kind); });
+    // Screen readers mark a button without a click.
+    connect(button, &QToolButton::toggled, this, [this, kind](bool on) {
+      if (on) ShowList(kind);
+    });
     // Dark styles hardly show which button is pressed.
     connect(button, &QToolButton::toggled, button, [button](bool on) { SetBold(button, on); });
     group->addButton(button);
@@ -172,14 +178,21 @@ void Form_egK_Info::AddCommands(QVBoxLayout* layout) {
   auto* row = new QHBoxLayout;
   auto* views = new QButtonGroup(this);
   QPushButton* lists = NewCommand(1, u"Elementliste", u"element_list", row);
-  connect(lists, &QPushButton::clicked, this, [this] { ShowList(kind_); });
+  connect(lists, &QPushButton::toggled, this, [this](bool on) {
+    if (on) ShowList(kind_);
+  });
   QPushButton* texts = NewCommand(2, u"XML-Texte", u"xml_text", row);
-  connect(texts, &QPushButton::clicked, this, [this] { ShowXmlTexts(); });
+  connect(texts, &QPushButton::toggled, this, [this](bool on) {
+    if (on) ShowXmlTexts();
+  });
   QPushButton* facts = NewCommand(4, info_.infoCommand, u"chip_info", row);
   facts->setToolTip(info_.infoCommandToolTip.toString());
-  connect(facts, &QPushButton::clicked, this, [this] { ShowInfo(); });
+  connect(facts, &QPushButton::toggled, this, [this](bool on) {
+    if (on) ShowInfo();
+  });
   for (QPushButton* command : {lists, texts, facts}) {
     command->setCheckable(true);
+    command->setAutoExclusive(true);
     views->addButton(command);
   }
   lists->setChecked(true);
@@ -209,12 +222,14 @@ void Form_egK_Info::ShowList(VsdKind kind) {
   SetLines(Label1, list.heading);
   SetLines(Label8, list.validationText);
   MSFlexGrid1->ShowList(list);
+  Label1->setBuddy(MSFlexGrid1);
   Label1->show();
   views_->setCurrentIndex(static_cast<int>(View::List));
 }
 
 void Form_egK_Info::ShowXmlTexts() {
   SetLines(Label1, XmlTextsHeading.toString());
+  Label1->setBuddy(Text1);
   Label1->show();
   views_->setCurrentIndex(static_cast<int>(View::Xml));
 }

@@ -56,7 +56,7 @@ Form_FirstUser::Form_FirstUser(QWidget* parent) : QDialog(parent) {
   frame->setFrameShape(QFrame::StyledPanel);
   RichTextBox1 = new DocumentView(frame);
   RichTextBox1->setObjectName(QStringLiteral("RichTextBox1"));
-  RichTextBox1->setAccessibleName(windowTitle());
+  RichTextBox1->setAccessibleName(QStringLiteral("Benutzer Information"));
   RichTextBox1->setFrameShape(QFrame::NoFrame);
   RichTextBox1->document()->setDocumentMargin(TextMargin);
   RichTextBox1->setReadOnly(true);

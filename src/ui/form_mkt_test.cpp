@@ -125,7 +125,8 @@ void Form_MKT_Test::CreateFileMenu() {
   QAction* quit = AddEntry(file, QStringLiteral("mnuBeenden"), QStringLiteral("&Beenden"));
   // Not every desktop has a standard key for this.
   quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
-  connect(quit, &QAction::triggered, this, &QWidget::close);
+  // A screen reader that chose the entry is answered before the question comes.
+  connect(quit, &QAction::triggered, this, &QWidget::close, Qt::QueuedConnection);
 }
 
 void Form_MKT_Test::CreateHelpMenu() {
@@ -227,7 +228,6 @@ void Form_MKT_Test::CreateFrames() {
   cmdeGK = new QPushButton(QStringLiteral("Info eGK Daten"), content);
   cmdeGK->setObjectName(QStringLiteral("cmdeGK"));
   cmdeGK->setToolTip(QStringLiteral("Anzeige weiterer Daten der elektronischen Gesundheitskarte."));
-  cmdeGK->setAccessibleName(cmdeGK->text());
   connect(cmdeGK, &QPushButton::clicked, this, [this] { ShowEgkInfo(); });
 
   wait_ = new WaitFrame(content);
@@ -282,6 +282,9 @@ void Form_MKT_Test::CreateStatusBar(bool simulation) {
       new WrappingLabel(QStringLiteral("Labl_StatusText"), MostStatusCharacters, this);
   MakeSelectable(*Labl_StatusText, Qt::TextSelectableByMouse);
   Labl_StatusText->setMaximumHeight(fontMetrics().lineSpacing() * MostStatusLines);
+  // Not the tool tip, which says the same again.
+  Labl_StatusText->setAccessibleDescription(QStringLiteral(" "));
+  caption->setBuddy(Labl_StatusText);
   statusBar()->addWidget(caption);
   statusBar()->addWidget(Labl_StatusText, 1);
   if (simulation) {

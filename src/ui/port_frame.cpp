@@ -7,6 +7,7 @@
 #include <QRadioButton>
 #include <QSignalBlocker>
 
+#include "ui/accessible_roles.h"
 #include "ui/plain_label.h"
 #include "ui/value_field.h"
 
@@ -43,6 +44,7 @@ class OptionLabel final : public QLabel {
 }  // namespace
 
 PortFrame::PortFrame(QWidget* parent) : QGroupBox(QStringLiteral("Schnittstellen"), parent) {
+  InstallAccessibleRoles();
   setObjectName(QStringLiteral("Fram_Comx"));
   portEnabled_.fill(true);
 
@@ -115,6 +117,7 @@ void PortFrame::AddOption(int member) {
   label->setObjectName(MemberName(u"Labe_Comx", member));
   label->setTextFormat(Qt::PlainText);
   label->setText(text);
+  label->setBuddy(option);
 
   auto* rows = static_cast<QGridLayout*>(layout());
   rows->addWidget(option, member, 0);

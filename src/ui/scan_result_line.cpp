@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "ui/accessible_roles.h"
 #include "ui/picture.h"
 #include "ui/plain_label.h"
 
@@ -43,6 +44,7 @@ ScanResultLine::ScanResultLine(int row, QWidget* parent)
       Labe_DatenInfo1(PlainLabel(MemberName(u"Labe_DatenInfo1", row), QString(), this)),
       Labe_DatenInfo2(PlainLabel(MemberName(u"Labe_DatenInfo2", row), QString(), this)),
       Imag_DatenInfo1(new QLabel(this)) {
+  InstallAccessibleRoles();
   Imag_DatenInfo1->setObjectName(MemberName(u"Imag_DatenInfo1", row));
   Imag_DatenInfo1->setScaledContents(true);
   Imag_DatenInfo1->setPixmap(PicturePixmap(u"key"));
@@ -68,7 +70,7 @@ void ScanResultLine::ShowRow(const ScanResultRow& row) {
   if (row.showsKey) {
     spoken.replace(BeforeKey.toString() + u' ', BeforeKey + QStringLiteral(" der grünen "));
   }
-  Labe_DatenInfo1->setAccessibleName(spoken.simplified());
+  setAccessibleName(spoken.simplified());
   PlaceOverGaps();
 }
 

@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "ui/accessible_roles.h"
+
 namespace kartocheck {
 
 namespace {
@@ -43,6 +45,7 @@ QPainterPath Hourglass() {
 
 StatusLamp::StatusLamp(const QString& name, const QString& caption, QWidget* parent)
     : QWidget(parent), caption_(caption) {
+  InstallAccessibleRoles();
   setObjectName(name);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   SetState(LampState::Off);

@@ -23,7 +23,9 @@ TerminalAccessFrame::TerminalAccessFrame(QWidget* parent)
     Shap_Lampe.at(index) = new StatusLamp(MemberName(u"Shap_Lampe", lamp), text, this);
     if (lamp > 0) layout->addSpacing(layout->spacing());
     layout->addWidget(Shap_Lampe.at(index));
-    layout->addWidget(PlainLabel(MemberName(u"Labe_Lampe", lamp), text, this));
+    QLabel* label = PlainLabel(MemberName(u"Labe_Lampe", lamp), text, this);
+    label->setBuddy(Shap_Lampe.at(index));
+    layout->addWidget(label);
   }
 }
 

@@ -24,7 +24,6 @@ TerminalStatusFrame::TerminalStatusFrame(QWidget* parent)
     : QWidget(parent), TabStrip1(new QTabWidget(this)) {
   TabStrip1->setObjectName(QStringLiteral("TabStrip1"));
   TabStrip1->setAccessibleName(QStringLiteral("MKT Status je Schnittstelle"));
-  TabStrip1->tabBar()->setAccessibleName(TabStrip1->accessibleName());
   for (int tab = 0; tab < SlotCount; ++tab) {
     TabStrip1->addTab(NewTab(tab), TabTitles.at(static_cast<std::size_t>(tab)).toString());
   }

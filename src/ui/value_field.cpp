@@ -1,9 +1,11 @@
 #include "ui/value_field.h"
 
+#include <QAccessible>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QPainter>
 
+#include "ui/accessible_roles.h"
 #include "ui/contrast.h"
 
 namespace kartocheck {
@@ -18,6 +20,7 @@ constexpr int UsualCharacters = 60;
 }  // namespace
 
 ValueField::ValueField(const QString& name, QWidget* parent) : TextLabel(parent, TextMargin) {
+  InstallAccessibleRoles();
   setObjectName(name);
   setTextFormat(Qt::PlainText);
   setWordWrap(true);
@@ -31,23 +34,23 @@ ValueField::ValueField(const QString& name, QWidget* parent) : TextLabel(parent,
 }
 
 void ValueField::SetCaption(const QString& caption) {
-  caption_ = caption;
-  UpdateAccessibleName();
+  setAccessibleName(caption);
 }
 
 void ValueField::ShowValue(const QString& value) {
+  const QString before = text();
+  if (value == before) return;
   setText(value);
-  UpdateAccessibleName();
+  QAccessibleTextUpdateEvent change(this, 0, before, value);
+  QAccessible::updateAccessibility(&change);
+  // An empty field says so in its description.
+  QAccessibleEvent description(this, QAccessible::DescriptionChanged);
+  QAccessible::updateAccessibility(&description);
 }
 
 QSize ValueField::sizeHint() const {
   const int width = fontMetrics().averageCharWidth() * UsualCharacters;
   return {width, heightForWidth(width)};
-}
-
-// A label's accessible name replaces its text for a screen reader, so it holds both.
-void ValueField::UpdateAccessibleName() {
-  setAccessibleName(text().isEmpty() ? caption_ : caption_ + u' ' + text());
 }
 
 void ValueField::focusInEvent(QFocusEvent* event) {

@@ -12,7 +12,7 @@ class ValueField final : public TextLabel {
  public:
   ValueField(const QString& name, QWidget* parent);
 
-  // What the field holds, as the label beside it says; screen readers tell it with the value.
+  // What the field holds, as the label beside it says: the field's name for screen readers.
   void SetCaption(const QString& caption);
   void ShowValue(const QString& value);
 
@@ -23,11 +23,6 @@ class ValueField final : public TextLabel {
   void focusOutEvent(QFocusEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
-
- private:
-  void UpdateAccessibleName();
-
-  QString caption_;
 };
 
 }  // namespace kartocheck

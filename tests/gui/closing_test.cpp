@@ -55,9 +55,10 @@ TEST(ClosingTest, MenuEntryAsksLikeTheCloseBox) {
   auto* quit = program.window.findChild<QAction*>(QStringLiteral("mnuBeenden"));
   BoxAnswerer user({PressButton(QMessageBox::No), PressButton(QMessageBox::Yes)});
   quit->trigger();
+  EXPECT_TRUE(WaitUntil([&] { return user.seen.size() == 1; }));
   EXPECT_TRUE(program.window.isVisible());
   quit->trigger();
-  EXPECT_FALSE(program.window.isVisible());
+  EXPECT_TRUE(WaitUntil([&] { return !program.window.isVisible(); }));
   ASSERT_EQ(user.seen.size(), 2U);
   ExpectExitQuestion(user.seen[0]);
   ExpectExitQuestion(user.seen[1]);

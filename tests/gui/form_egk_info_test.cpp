@@ -1,5 +1,6 @@
 #include "ui/form_egk_info.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
@@ -448,8 +449,36 @@ TEST(EgkWindowTest, TheTabKeyLeavesGridAndText) {
 TEST(EgkWindowTest, EveryControlHasAnAccessibleName) {
   EgkWindow shown(InfoOf(Card()));
   for (const auto* name : {u"MSFlexGrid1", u"Text1", u"CmdB_VsdKind_0", u"CmdB_VsdKind_2"}) {
-    EXPECT_FALSE(shown.screen.Find(QStringView(name).toString()).accessibleName().isEmpty());
+    QWidget& control = shown.screen.Find(QStringView(name).toString());
+    const auto* accessible = QAccessible::queryAccessibleInterface(&control);
+    EXPECT_FALSE(accessible->text(QAccessible::Name).isEmpty());
   }
+}
+
+TEST(EgkWindowTest, OneViewAndOneDocumentAreChosen) {
+  EgkWindow shown(InfoOf(Card()));
+  const auto isChosen = [&](const char16_t* name) {
+    QWidget& button = shown.screen.Find(QStringView(name).toString());
+    const auto* accessible = QAccessible::queryAccessibleInterface(&button);
+    EXPECT_EQ(accessible->role(), QAccessible::RadioButton);
+    return accessible->state().checked != 0;
+  };
+  shown.screen.Click(QStringLiteral("CmdB_VsdKind_1"));
+  shown.Command(2);
+  EXPECT_FALSE(isChosen(u"CmdB_VsdKind_0"));
+  EXPECT_TRUE(isChosen(u"CmdB_VsdKind_1"));
+  EXPECT_FALSE(isChosen(u"CmdB_VsdKind_2"));
+  EXPECT_FALSE(isChosen(u"Command1"));
+  EXPECT_TRUE(isChosen(u"Command2"));
+  EXPECT_FALSE(isChosen(u"Command4"));
+}
+
+TEST(EgkWindowTest, AnEmptyListIsNoTabStop) {
+  EgkWindow shown(InfoOf(Card()));
+  EXPECT_NE(shown.Grid().focusPolicy() & Qt::TabFocus, 0);
+  EgkWindow empty({});
+  EXPECT_EQ(empty.Grid().rowCount(), 0);
+  EXPECT_EQ(empty.Grid().focusPolicy(), Qt::NoFocus);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "ui/status_lamp.h"
 
+#include <QAccessible>
 #include <QColor>
 #include <QImage>
 
@@ -66,6 +67,10 @@ TEST_F(StatusLampTest, TellsItsStateInWords) {
     lamp.SetState(AllStates.at(state));
     EXPECT_EQ(lamp.accessibleName(), texts.at(state));
     EXPECT_EQ(lamp.toolTip(), texts.at(state));
+    const auto* accessible = QAccessible::queryAccessibleInterface(&lamp);
+    EXPECT_EQ(accessible->role(), QAccessible::Graphic);
+    EXPECT_EQ(accessible->text(QAccessible::Name), texts.at(state));
+    EXPECT_EQ(accessible->text(QAccessible::Description), QString()) << "it would be told twice";
   }
 }
 

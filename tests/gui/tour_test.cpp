@@ -2,6 +2,7 @@
 #include <QClipboard>
 #include <QGroupBox>
 #include <QLabel>
+#include <QMenu>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -12,8 +13,8 @@
 #include "support/printing.h"
 #include "ui/main_window/data_frame.h"
 
-// A tour with the keyboard alone: scan, read, copy, eGK window, exit. No control is named to press
-// it; the keys go to whatever has the focus.
+// A tour with the keyboard alone: scan, choose, read, copy, eGK window, diagnosis, report, exit. No
+// control is named to press it; the keys go to whatever has the focus.
 
 namespace kartocheck::test {
 namespace {
@@ -42,7 +43,21 @@ void PressYes(QMessageBox& box) {
   EXPECT_TRUE(WaitUntil([&] { return !box.isVisible(); }));
 }
 
-TEST(KeyboardTourTest, ScanReadCopyEgkWindowExit) {
+// Opens the menu and walks with the arrow keys to the entry that copies the report.
+void ChooseReport(SimulatedProgram& program) {
+  const auto* entry = program.window.findChild<QAction*>(QStringLiteral("mnuPruefbericht"));
+  Press(Qt::Key_H, Qt::AltModifier);
+  ASSERT_TRUE(WaitUntil([] { return QApplication::activePopupWidget() != nullptr; }));
+  const auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_NE(menu, nullptr);
+  for (qsizetype step = 0; step < menu->actions().size() && menu->activeAction() != entry; ++step) {
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Down);
+  }
+  ASSERT_EQ(menu->activeAction(), entry);
+  QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Return);
+}
+
+TEST(KeyboardTourTest, ScanChooseReadCopyEgkWindowDiagnosisReportQuit) {
   SimulatedProgram program(QStringLiteral("praxis"));
   const auto isIdle = [&] { return !program.module.Busy; };
 
@@ -90,9 +105,19 @@ TEST(KeyboardTourTest, ScanReadCopyEgkWindowExit) {
     EXPECT_FALSE(window.isVisible());
   }
 
+  {
+    const BoxAnswerer user({PressYes, PressYes, PressYes, PressYes, PressKey(Qt::Key_Return)});
+    Press(Qt::Key_G, Qt::AltModifier);
+    ASSERT_TRUE(WaitUntil([&] { return user.seen.size() == 5 && isIdle(); }));
+  }
+  EXPECT_EQ(program.Text(QStringLiteral("Labl_StatusText")), u"Der MKT Status wird angezeigt");
+
+  ChooseReport(program);
+  EXPECT_EQ(QApplication::clipboard()->text(), program.Report());
+
   BoxAnswerer user({PressKey(Qt::Key_Return)});
   Press(Qt::Key_Q, Qt::ControlModifier);
-  EXPECT_FALSE(program.window.isVisible());
+  EXPECT_TRUE(WaitUntil([&] { return !program.window.isVisible(); }));
 }
 
 TEST(KeyboardTourTest, TheMenusOpenWithTheirMnemonics) {

@@ -1,5 +1,6 @@
 #include "ui/value_field.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QLabel>
@@ -106,11 +107,42 @@ TEST_F(ValueFieldTest, UpAndDownWalkThroughTheFields) {
 }
 
 TEST_F(ValueFieldTest, ScreenReadersHearCaptionAndValue) {
-  EXPECT_EQ(Field(7).accessibleName(), u"Vorname:");
+  QAccessibleInterface* field = QAccessible::queryAccessibleInterface(&Field(7));
+  EXPECT_EQ(field->role(), QAccessible::EditableText);
+  EXPECT_TRUE(field->state().readOnly);
+  EXPECT_EQ(field->text(QAccessible::Name), u"Vorname:");
+  EXPECT_EQ(field->text(QAccessible::Description), u"leer");
   Field(7).ShowValue(QStringLiteral("Änne"));
-  EXPECT_EQ(Field(7).accessibleName(), u"Vorname: Änne");
+  EXPECT_EQ(field->text(QAccessible::Name), u"Vorname:");
+  EXPECT_EQ(field->text(QAccessible::Description), QString());
+  ASSERT_NE(field->textInterface(), nullptr);
+  EXPECT_EQ(field->textInterface()->text(0, field->textInterface()->characterCount()), u"Änne");
   Field(7).SetCaption(QStringLiteral("Anderer Name:"));
-  EXPECT_EQ(Field(7).accessibleName(), u"Anderer Name: Änne");
+  EXPECT_EQ(field->text(QAccessible::Name), u"Anderer Name:");
+}
+
+TEST_F(ValueFieldTest, TheLabelBesideItIsItsLabel) {
+  QAccessibleInterface* field = QAccessible::queryAccessibleInterface(&Field(7));
+  const auto labels = field->relations(QAccessible::Label);
+  ASSERT_FALSE(labels.isEmpty());
+  EXPECT_EQ(labels.first().first->object(), &program.Find(QStringLiteral("Labl_Name_7")));
+}
+
+TEST_F(ValueFieldTest, AScreenReaderSelectsInIt) {
+  Field(7).ShowValue(QStringLiteral("Anna Maria"));
+  QAccessibleTextInterface* text =
+      QAccessible::queryAccessibleInterface(&Field(7))->textInterface();
+  text->setSelection(0, 5, 10);
+  EXPECT_EQ(Field(7).selectedText(), u"Maria");
+  int start = 0;
+  int end = 0;
+  text->selection(0, &start, &end);
+  EXPECT_EQ(start, 5);
+  EXPECT_EQ(end, 10);
+  text->removeSelection(0);
+  EXPECT_EQ(text->selectionCount(), 0);
+  text->setSelection(0, 5, 11);
+  EXPECT_EQ(text->selectionCount(), 0) << "there is no such end";
 }
 
 TEST_F(ValueFieldTest, ALongValueIsWrapped) {

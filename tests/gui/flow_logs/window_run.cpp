@@ -86,7 +86,10 @@ void WindowRun::ClickListEntry(int row) {
 }
 
 void WindowRun::Trigger(const QString& menuEntry) {
-  Step(u"menu " + menuEntry, [&] { program_.Find<QAction>(menuEntry).trigger(); });
+  Step(u"menu " + menuEntry, [&] {
+    program_.Find<QAction>(menuEntry).trigger();
+    QCoreApplication::sendPostedEvents(&program_.window, QEvent::MetaCall);
+  });
 }
 
 void WindowRun::LookAtEgk() {

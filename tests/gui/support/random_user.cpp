@@ -175,6 +175,8 @@ void RandomUser::ChooseEntry(bool isIdle) {
   Note(u"chooses " + entry.objectName());
   if (!isIdle && entry.objectName() == u"mnuBeenden") hasEnded_ = true;
   entry.trigger();
+  // The entry that ends the program asks when the menu is done.
+  QCoreApplication::sendPostedEvents(&window_, QEvent::MetaCall);
 }
 
 void RandomUser::Close() {
