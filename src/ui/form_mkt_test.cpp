@@ -321,6 +321,10 @@ void Form_MKT_Test::CreateLayout() {
   layout->addLayout(left, 1, 0);
   for (QWidget* frame : Fram_Show) layout->addWidget(frame, 1, 1);
   layout->addWidget(Labl_Meldung, 2, 0, 1, 2);
+  // A screen reader tells the parts in the order in which they lie on one another.
+  for (QWidget* part : std::initializer_list<QWidget*>{top, ports, cmdeGK}) part->raise();
+  for (QWidget* frame : Fram_Show) frame->raise();
+  Labl_Meldung->raise();
   layout->setColumnStretch(1, 1);
   layout->setRowStretch(1, 1);
 }

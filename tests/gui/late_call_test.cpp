@@ -48,7 +48,8 @@ class Refuser {
 
 class LateCallTest : public testing::Test, public LibraryProgram {
  protected:
-  LateCallTest() : LibraryProgram(MISBEHAVING_LIBRARY, milliseconds(50)) {
+  explicit LateCallTest(milliseconds patience = milliseconds(50))
+      : LibraryProgram(MISBEHAVING_LIBRARY, patience) {
     ::setenv("ASAN_OPTIONS", SanitizersLookAway, 1);
     ::setenv("KARTOCHECK_SCENARIO", KARTOCHECK_SCENARIOS "/kvk-60.json", 1);
   }
@@ -118,6 +119,31 @@ TEST_F(LateCallTest, TheWaitFrameHasAButtonForIt) {
   });
   screen.Click(FullScan);
   EXPECT_FALSE(screen.Find(GiveUpInWaitFrame).isVisible());
+}
+
+// No call is late here.
+class PatientTest : public LateCallTest {
+ protected:
+  PatientTest() : LateCallTest(std::chrono::minutes(1)) {}
+};
+
+// Without waiting for the port that the search is at.
+TEST_F(PatientTest, EscapeEndsASearchAtOnce) {
+  Misbehave("init 1 wait");
+  const Refuser user;
+  QString result;
+  const WindowVisitor visitor(QStringLiteral("Form_DatenInfo"), [&](QWidget& shown) {
+    result = Screen(shown).Text(QStringLiteral("Labe_DatenInfo1_1"));
+  });
+  QTimer::singleShot(milliseconds(100), &window, [&] { QTest::keyClick(&window, Qt::Key_Escape); });
+  screen.Click(FullScan);
+  EXPECT_EQ(result, u"Die Suche wurde beendet, bevor etwas gefunden war.");
+  EXPECT_FALSE(module.PortOf(1).IsChecked);
+
+  // The next open starts the library anew.
+  Misbehave("none 0 none");
+  screen.Click(Read);
+  EXPECT_EQ(screen.Text(QStringLiteral("Labl_Wert_9")), u"Größl");
 }
 
 TEST_F(LateCallTest, AnAnswerThatComesAllTheSameIsTaken) {
