@@ -42,7 +42,7 @@ std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv) 
     const NoDisplayWatch watch;
     return std::make_unique<QApplication>(argc, argv);
   }();
-  QApplication::setStyle(new ReadableStyle);
+  InstallReadableStyle();
   InstallGermanTexts(*application);
   // Desktops find the entry of their menu, and the icon, by this name.
   QGuiApplication::setDesktopFileName(QStringLiteral("kartocheck"));

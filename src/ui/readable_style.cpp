@@ -1,7 +1,10 @@
 #include "ui/readable_style.h"
 
+#include <QApplication>
 #include <QPainter>
 #include <QStyleOption>
+
+#include <memory>
 
 #include "ui/contrast.h"
 #include "ui/text_label.h"
@@ -40,8 +43,6 @@ QColor OutlineColour(const QStyleOption& option) {
 }
 
 }  // namespace
-
-ReadableStyle::ReadableStyle() = default;
 
 ReadableStyle::ReadableStyle(const QString& base) : QProxyStyle(base) {}
 
@@ -82,6 +83,11 @@ QSize ReadableStyle::sizeFromContents(ContentsType type, const QStyleOption* opt
   const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(option);
   if (type != CT_ItemViewItem || item == nullptr) return wanted;
   return wanted + QSize(0, 2 * RoomAroundLine(item->font));
+}
+
+void InstallReadableStyle(const QString& base) {
+  auto style = std::make_unique<ReadableStyle>(base);
+  QApplication::setStyle(style.release());
 }
 
 }  // namespace kartocheck

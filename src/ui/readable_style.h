@@ -12,7 +12,7 @@ class ReadableStyle final : public QProxyStyle {
   Q_OBJECT
 
  public:
-  ReadableStyle();
+  // base: name of the style below it; the desktop's own where it is empty.
   explicit ReadableStyle(const QString& base);
 
   using QProxyStyle::polish;
@@ -22,5 +22,8 @@ class ReadableStyle final : public QProxyStyle {
   [[nodiscard]] QSize sizeFromContents(ContentsType type, const QStyleOption* option,
                                        const QSize& size, const QWidget* widget) const override;
 };
+
+// Makes it the style of the application, over the desktop's own or another one.
+void InstallReadableStyle(const QString& base = {});
 
 }  // namespace kartocheck

@@ -35,7 +35,7 @@ int main(int argc, char** argv) {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   qInstallMessageHandler(FailOnWarning);
   QApplication application(argc, argv);
-  QApplication::setStyle(new kartocheck::ReadableStyle(QStringLiteral("fusion")));
+  kartocheck::InstallReadableStyle(QStringLiteral("fusion"));
   // The tests of a program that is about to close go on after its last window.
   QApplication::setQuitOnLastWindowClosed(false);
   kartocheck::InstallGermanTexts(application);

@@ -289,7 +289,7 @@ int Run(const QStringList& arguments) {
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  QApplication::setStyle(new kartocheck::ReadableStyle(QStringLiteral("fusion")));
+  kartocheck::InstallReadableStyle(QStringLiteral("fusion"));
   kartocheck::InstallGermanTexts(application);
   return kartocheck::test::Run(QApplication::arguments());
 }
