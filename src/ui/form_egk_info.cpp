@@ -176,7 +176,6 @@ QLabel* Form_egK_Info::NewInfoLine(int number, QWidget* parent) {
 
 void Form_egK_Info::AddCommands(QVBoxLayout* layout) {
   auto* row = new QHBoxLayout;
-  auto* views = new QButtonGroup(this);
   QPushButton* lists = NewCommand(1, u"Elementliste", u"element_list", row);
   connect(lists, &QPushButton::toggled, this, [this](bool on) {
     if (on) ShowList(kind_);
@@ -193,7 +192,6 @@ void Form_egK_Info::AddCommands(QVBoxLayout* layout) {
   for (QPushButton* command : {lists, texts, facts}) {
     command->setCheckable(true);
     command->setAutoExclusive(true);
-    views->addButton(command);
   }
   lists->setChecked(true);
   row->addStretch();

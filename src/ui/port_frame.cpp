@@ -209,7 +209,7 @@ void PortFrame::GiveHintRoom() {
 // An arrow key marks the next option button and clicks it.
 bool PortFrame::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
-    QMetaObject::invokeMethod(this, &PortFrame::ShowFacts, Qt::QueuedConnection);
+    ShowFacts();
   }
   if (event->type() == QEvent::KeyPress) {
     const int key = static_cast<QKeyEvent*>(event)->key();

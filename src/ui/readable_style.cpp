@@ -85,9 +85,11 @@ QSize ReadableStyle::sizeFromContents(ContentsType type, const QStyleOption* opt
   return wanted + QSize(0, 2 * RoomAroundLine(item->font));
 }
 
+// NOLINTBEGIN(clang-analyzer-cplusplus.NewDeleteLeaks): the application owns its style
 void InstallReadableStyle(const QString& base) {
   auto style = std::make_unique<ReadableStyle>(base);
   QApplication::setStyle(style.release());
 }
+// NOLINTEND(clang-analyzer-cplusplus.NewDeleteLeaks)
 
 }  // namespace kartocheck
