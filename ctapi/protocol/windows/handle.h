@@ -1,7 +1,8 @@
 #pragma once
 
-#include <utility>
 #include <windows.h>
+
+#include <utility>
 
 namespace ctapi {
 
