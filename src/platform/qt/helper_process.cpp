@@ -6,6 +6,8 @@
 
 #include <utility>
 
+#include "platform/system_names.h"
+
 namespace kartocheck {
 
 namespace {
@@ -102,10 +104,11 @@ bool HelperProcess::WaitInEventLoop(PendingCall& pending) {
 }
 
 void HelperProcess::TellOfEnd() {
-  const bool bySignal = process_.exitStatus() == QProcess::CrashExit;
+  const int status = process_.exitCode();
+  const bool bySignal = process_.exitStatus() == QProcess::CrashExit || IsCrashStatus(status);
   throw LibraryUnusable(
       {.Kind = bySignal ? LibraryFaultKind::EndedBySignal : LibraryFaultKind::EndedWithStatus,
-       .Number = process_.exitCode()});
+       .Number = status});
 }
 
 }  // namespace kartocheck
