@@ -1,5 +1,6 @@
 #include "main/outside.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <stdexcept>
@@ -29,8 +30,11 @@ QStringList SchemaDirectoriesOf(const CommandLine& line, const QString& programD
 }
 
 QStringList Candidates(const CommandLine& line, const QString& programDirectory) {
-  if (line.ctApi) return {NamedLibrary(*line.ctApi)};
-  return CtApiCandidates(programDirectory, CtApiLibrary::FileName);
+  QStringList candidates =
+      line.ctApi ? QStringList{NamedLibrary(*line.ctApi)} : CtApiCandidates(programDirectory);
+  // As the system's loader takes them, and its users read them.
+  for (QString& candidate : candidates) candidate = QDir::toNativeSeparators(candidate);
+  return candidates;
 }
 
 }  // namespace
@@ -55,7 +59,9 @@ void Outside::Simulate(const QString& scenario, const QString& programDirectory)
   api_ = std::make_unique<CtApiSimulated>(practice_);
   serial_ = std::make_unique<SerialPortSimulated>(practice_);
   directory_ = std::make_unique<PortDirectorySimulated>(practice_);
-  libraryText_ = [text = QString(u"Simulation (" + *file + u')')] { return text; };
+  libraryText_ = [text = QString(u"Simulation (" + QDir::toNativeSeparators(*file) + u')')] {
+    return text;
+  };
 }
 
 void Outside::UseMachine(const CommandLine& line, const QString& programDirectory) {
