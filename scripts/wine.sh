@@ -34,8 +34,10 @@ enter() {
       </dev/null >"$home/prefix.log" 2>&1
     touch "$home/prefix/kartocheck-ready"
   fi
-  # The server stays, so that a program starts in a tenth of a second. What is started here is given
-  # none of our streams, which the services that Wine starts first would keep open.
-  enter sh -c 'wineserver --persistent && wine cmd /c exit' </dev/null >/dev/null 2>&1 9>&-
+  # The server stays, so that a program starts in a tenth of a second; it fails where one runs
+  # already. What is started here is given none of our streams, which the services that Wine starts
+  # first would keep open.
+  enter sh -c 'if wineserver --persistent; then wine cmd /c exit; fi' \
+    </dev/null >/dev/null 2>&1 9>&-
 ) 9>"/tmp/kartocheck-wine.lock"
 enter wine "$@"
