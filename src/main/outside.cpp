@@ -9,8 +9,8 @@
 
 #include "main/installation.h"
 #include "platform/machine_port_directory.h"
+#include "platform/machine_serial_port.h"
 #include "platform/qt/ct_api_library.h"
-#include "platform/qt/qt_serial_port.h"
 #include "platform/serial_port_directory.h"
 #include "platform/simulated/ct_api_simulated.h"
 #include "platform/simulated/serial_port_simulated.h"
@@ -79,7 +79,7 @@ void Outside::UseMachine(const CommandLine& line, const QString& programDirector
   beginLoading_ = [&loaded] { loaded.BeginLoading(); };
   libraryText_ = [&loaded] { return loaded.LoadedFile(); };
   api_ = std::move(library);
-  serial_ = std::make_unique<QtSerialPort>(table);
+  serial_ = MachineSerialPort(table);
   directory_ =
       std::make_unique<MachinePortDirectory>(std::make_unique<SerialPortDirectory>(devices, table),
                                              [&loaded](int pn) { return loaded.InfoOf(pn); });

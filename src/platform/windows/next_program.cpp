@@ -1,12 +1,12 @@
 #include "platform/next_program.h"
 
 #include <QDir>
+#include <windows.h>
 
 #include <string>
 #include <string_view>
-#include <windows.h>
 
-#include "platform/windows/handle.h"
+#include "protocol/windows/handle.h"
 
 namespace kartocheck {
 
@@ -53,13 +53,13 @@ std::optional<int> GoOnAs(const QString& file, char** /*arguments*/) {
                        nullptr, &startup, &started) == 0) {
     return std::nullopt;
   }
-  const Handle process(started.hProcess);
-  const Handle thread(started.hThread);
+  const ctapi::Handle process(started.hProcess);
+  const ctapi::Handle thread(started.hThread);
   ::SetConsoleCtrlHandler(&LeaveToNextProgram, TRUE);
   ::AllowSetForegroundWindow(started.dwProcessId);
-  ::WaitForSingleObject(process.get(), INFINITE);
+  ::WaitForSingleObject(process.Get(), INFINITE);
   DWORD status = 0;
-  ::GetExitCodeProcess(process.get(), &status);
+  ::GetExitCodeProcess(process.Get(), &status);
   return static_cast<int>(status);
 }
 

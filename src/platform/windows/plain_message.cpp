@@ -1,10 +1,11 @@
 #include "platform/plain_message.h"
 
-#include <iostream>
 #include <windows.h>
 
+#include <iostream>
+
 #include "platform/windows/console_streams.h"
-#include "platform/windows/handle.h"
+#include "protocol/windows/handle.h"
 
 namespace kartocheck {
 
@@ -20,11 +21,11 @@ bool IsThere(StandardStream stream) {
 // with a window: its prompt is on the line already.
 bool TellAtCallersConsole(const QString& text) {
   if (::AttachConsole(ATTACH_PARENT_PROCESS) == 0) return false;
-  const Handle console = FileHandle(::CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE,
-                                                  FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                                  OPEN_EXISTING, 0, nullptr));
-  if (console == nullptr) return false;
-  ConsoleOutput buffer(console.get());
+  const ctapi::Handle console(::CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE,
+                                            FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                            OPEN_EXISTING, 0, nullptr));
+  if (!console.IsOpen()) return false;
+  ConsoleOutput buffer(console.Get());
   std::ostream(&buffer) << '\n' << text.toStdString() << std::endl;
   return true;
 }

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QUuid>
+#include <windows.h>
 
 #include <cstdint>
 #include <fcntl.h>
@@ -10,12 +11,12 @@
 #include <string>
 #include <utility>
 #include <vector>
-#include <windows.h>
 
 // Needs the types of windows.h.
 #include <sddl.h>
 
-#include "platform/windows/handle.h"
+#include "platform/windows/local_memory.h"
+#include "protocol/windows/handle.h"
 
 namespace kartocheck {
 
@@ -25,12 +26,12 @@ namespace {
 std::wstring UserIdentifier() {
   HANDLE opened = nullptr;
   if (::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY, &opened) == 0) return {};
-  const Handle token(opened);
+  const ctapi::Handle token(opened);
   DWORD size = 0;
-  ::GetTokenInformation(token.get(), TokenUser, nullptr, 0, &size);
+  ::GetTokenInformation(token.Get(), TokenUser, nullptr, 0, &size);
   if (size == 0) return {};
   std::vector<std::max_align_t> user(size / sizeof(std::max_align_t) + 1);
-  if (::GetTokenInformation(token.get(), TokenUser, user.data(), size, &size) == 0) return {};
+  if (::GetTokenInformation(token.Get(), TokenUser, user.data(), size, &size) == 0) return {};
   wchar_t* text = nullptr;
   const PSID identifier = reinterpret_cast<const TOKEN_USER*>(user.data())->User.Sid;
   if (::ConvertSidToStringSidW(identifier, &text) == 0) return {};
@@ -68,36 +69,31 @@ std::wstring NewDirectoryName() {
   return QDir::toNativeSeparators(name).toStdWString();
 }
 
-bool WriteAll(const Handle& file, QByteArrayView bytes) {
-  if (bytes.size() > std::numeric_limits<std::int32_t>::max()) return false;
-  DWORD written = 0;
-  const auto size = static_cast<DWORD>(bytes.size());
-  return ::WriteFile(file.get(), bytes.data(), size, &written, nullptr) != 0 && written == size &&
-         ::SetFilePointerEx(file.get(), {}, nullptr, FILE_BEGIN) != 0;
+// Nobody else opens the file while it is there, and closing it is its end.
+std::optional<int> CreateDeletedOnClose(const std::wstring& path, SECURITY_ATTRIBUTES* access) {
+  constexpr DWORD Whole = GENERIC_READ | GENERIC_WRITE | DELETE;
+  const HANDLE file = ::CreateFileW(path.c_str(), Whole, 0, access, CREATE_NEW,
+                                    FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return std::nullopt;
+  const int descriptor =
+      ::_open_osfhandle(reinterpret_cast<std::intptr_t>(file), _O_RDWR | _O_BINARY | _O_NOINHERIT);
+  if (descriptor >= 0) return descriptor;
+  ::CloseHandle(file);
+  return std::nullopt;
 }
 
-// Nobody else opens the file while it is there, and closing it is its end.
-Handle CreateDeletedOnClose(const std::wstring& path, SECURITY_ATTRIBUTES* access) {
-  constexpr DWORD Whole = GENERIC_READ | GENERIC_WRITE | DELETE;
-  return FileHandle(::CreateFileW(path.c_str(), Whole, 0, access, CREATE_NEW,
-                                  FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+bool WriteAll(int descriptor, QByteArrayView bytes) {
+  if (bytes.size() > std::numeric_limits<int>::max()) return false;
+  return ::_write(descriptor, bytes.data(), static_cast<unsigned>(bytes.size())) == bytes.size() &&
+         ::_lseek(descriptor, 0, SEEK_SET) == 0;
 }
 
 // The same of a directory. It goes where it is empty then: the file is opened first and closed
 // first.
-Handle OpenDeletedOnClose(const std::wstring& directory) {
-  return FileHandle(::CreateFileW(directory.c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                  nullptr, OPEN_EXISTING,
-                                  FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
-}
-
-std::optional<int> DescriptorOf(Handle file) {
-  const int descriptor = ::_open_osfhandle(reinterpret_cast<std::intptr_t>(file.get()),
-                                           _O_RDONLY | _O_BINARY | _O_NOINHERIT);
-  if (descriptor < 0) return std::nullopt;
-  // Closed with the descriptor.
-  (void)file.release();
-  return descriptor;
+ctapi::Handle OpenDeletedOnClose(const std::wstring& directory) {
+  return ctapi::Handle(::CreateFileW(
+      directory.c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+      FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
 }
 
 }  // namespace
@@ -107,7 +103,7 @@ class PrivateFile::Content {
   Content() = default;
   ~Content() {
     if (descriptor_) CloseDescriptor(*descriptor_);
-    opened_.reset();
+    opened_ = {};
     if (!directory_.empty()) ::RemoveDirectoryW(directory_.c_str());
   }
   Content(const Content&) = delete;
@@ -121,11 +117,9 @@ class PrivateFile::Content {
       return false;
     }
     directory_ = directory;
-    Handle file = CreateDeletedOnClose(directory + L"\\Daten.xml.gz", owner.Attributes());
-    if (file == nullptr || !WriteAll(file, bytes)) return false;
+    descriptor_ = CreateDeletedOnClose(directory + L"\\Daten.xml.gz", owner.Attributes());
     opened_ = OpenDeletedOnClose(directory);
-    descriptor_ = DescriptorOf(std::move(file));
-    return descriptor_.has_value();
+    return descriptor_ && WriteAll(*descriptor_, bytes);
   }
 
   [[nodiscard]] std::optional<int> TakeDescriptor() {
@@ -134,7 +128,7 @@ class PrivateFile::Content {
 
  private:
   std::wstring directory_;
-  Handle opened_;  // the directory
+  ctapi::Handle opened_;  // the directory
   std::optional<int> descriptor_;
 };
 

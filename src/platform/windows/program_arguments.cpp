@@ -5,7 +5,7 @@
 // Needs the types of windows.h.
 #include <shellapi.h>
 
-#include "platform/windows/handle.h"
+#include "platform/windows/local_memory.h"
 
 namespace kartocheck {
 

@@ -1,42 +1,15 @@
 #include "platform/serial_devices.h"
 
-#include <windows.h>
-
-#include "platform/windows/handle.h"
+#include "protocol/windows/com_line.h"
 
 namespace kartocheck {
 
-namespace {
-
-DeviceState StateOfError(DWORD error) {
-  switch (error) {
-    case ERROR_FILE_NOT_FOUND:
-    case ERROR_PATH_NOT_FOUND:
-      return DeviceState::Absent;
-    // A port has no rights of its own: it is refused because somebody has it.
-    case ERROR_ACCESS_DENIED:
-    case ERROR_SHARING_VIOLATION:
-      return DeviceState::InUse;
-    default:
-      return DeviceState::Failed;
-  }
-}
-
-// In the namespace of devices: COM10 and above are found nowhere else.
-QString DeviceName(const QString& path) {
-  return path.startsWith(u"\\\\") ? path : QString(u"\\\\.\\" + path);
-}
-
-}  // namespace
-
+// A port has no rights of its own: one that is refused is in use.
 DeviceState StateOfDevice(const std::string& path) {
-  const std::wstring name = DeviceName(QString::fromStdString(path)).toStdWString();
-  const Handle device = FileHandle(::CreateFileW(name.c_str(), GENERIC_READ | GENERIC_WRITE, 0,
-                                                 nullptr, OPEN_EXISTING, 0, nullptr));
-  if (device == nullptr) return StateOfError(::GetLastError());
-  DCB settings{};
-  settings.DCBlength = sizeof settings;
-  return ::GetCommState(device.get(), &settings) != 0 ? DeviceState::Free : DeviceState::Failed;
+  const ctapi::OpenedComLine opened = ctapi::ComLine::Open(path);
+  if (opened.Line != nullptr) return DeviceState::Free;
+  if (ctapi::MeansNoComPort(opened.Error)) return DeviceState::Absent;
+  return ctapi::MeansComPortInUse(opened.Error) ? DeviceState::InUse : DeviceState::Failed;
 }
 
 bool IsAllowed(const std::string& /*path*/) {
