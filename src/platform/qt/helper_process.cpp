@@ -6,6 +6,7 @@
 
 #include <utility>
 
+#include "platform/foreground.h"
 #include "platform/system_names.h"
 
 namespace kartocheck {
@@ -43,6 +44,8 @@ void HelperProcess::Kill() {
 
 void HelperProcess::Send(const helper::Message& call) {
   const ctapi::Bytes bytes = helper::Encode(call);
+  // A library may ask its user something.
+  LetComeToFront(process_.processId());
   process_.write(reinterpret_cast<const char*>(bytes.data()), static_cast<qint64>(bytes.size()));
 }
 
