@@ -9,7 +9,7 @@ set(CMAKE_CXX_COMPILER ${triplet}-g++-posix)
 set(CMAKE_RC_COMPILER ${triplet}-windres)
 
 set(libraries "${CMAKE_CURRENT_LIST_DIR}/../build/windows-libraries")
-set(CMAKE_FIND_ROOT_PATH "${libraries}/qt" "${libraries}" /usr/${triplet})
+set(CMAKE_FIND_ROOT_PATH "${libraries}/qt" "${libraries}/libxml2" "${libraries}" /usr/${triplet})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
