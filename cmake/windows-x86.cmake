@@ -8,7 +8,7 @@ set(CMAKE_C_COMPILER ${triplet}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${triplet}-g++-posix)
 set(CMAKE_RC_COMPILER ${triplet}-windres)
 
-set(libraries "${CMAKE_CURRENT_LIST_DIR}/../build/windows-libraries")
+get_filename_component(libraries "${CMAKE_CURRENT_LIST_DIR}/../build/windows-libraries" ABSOLUTE)
 set(CMAKE_FIND_ROOT_PATH "${libraries}/qt" "${libraries}/libxml2" "${libraries}" /usr/${triplet})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
