@@ -11,6 +11,10 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
+if(WIN32)
+  # As programs and DLLs by the toolchain's file: nothing of the compiler's lies beside them.
+  string(APPEND CMAKE_MODULE_LINKER_FLAGS " -static")
+endif()
 
 add_library(kartocheck_flags INTERFACE)
 target_compile_features(kartocheck_flags INTERFACE cxx_std_20)
