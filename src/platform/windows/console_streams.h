@@ -1,13 +1,13 @@
 #pragma once
 
 #include <QStringDecoder>
+#include <windows.h>
 
 #include <chrono>
 #include <memory>
 #include <optional>
 #include <streambuf>
 #include <string>
-#include <windows.h>
 
 namespace kartocheck {
 

@@ -1,11 +1,12 @@
 #include "platform/standard_streams.h"
 
+#include <windows.h>
+
 #include <chrono>
 #include <fcntl.h>
 #include <io.h>
 #include <iostream>
 #include <optional>
-#include <windows.h>
 
 #include "platform/windows/console_streams.h"
 

@@ -1,9 +1,10 @@
 #include "platform/termination_signal.h"
 
+#include <windows.h>
+
 #include <atomic>
 #include <stdexcept>
 #include <utility>
-#include <windows.h>
 
 namespace kartocheck {
 
@@ -56,7 +57,6 @@ class TerminationSignal::Watcher {
  private:
   static constexpr const wchar_t* ClassName = L"KartoCheckTerminationSignal";
 
-  // Not one for messages only: such windows are not told of the session's end.
   static HWND MakeWindow() {
     WNDCLASSW kind{};
     kind.lpfnWndProc = &Receive;
@@ -64,8 +64,15 @@ class TerminationSignal::Watcher {
     kind.lpszClassName = ClassName;
     // Fails where there was a watcher before.
     ::RegisterClassW(&kind);
-    return ::CreateWindowExW(0, ClassName, L"KartoCheck", 0, 0, 0, 0, 0, nullptr, nullptr,
-                             kind.hInstance, nullptr);
+    // One that is for messages only is not told of the session's end; where there is no desktop for
+    // another one, there is no such end.
+    const HWND window = MakeWindowIn(nullptr);
+    return window != nullptr ? window : MakeWindowIn(HWND_MESSAGE);
+  }
+
+  static HWND MakeWindowIn(HWND parent) {
+    return ::CreateWindowExW(0, ClassName, L"KartoCheck", 0, 0, 0, 0, 0, parent, nullptr,
+                             ::GetModuleHandleW(nullptr), nullptr);
   }
 
   static LRESULT CALLBACK Receive(HWND window, UINT message, WPARAM first, LPARAM second) {
