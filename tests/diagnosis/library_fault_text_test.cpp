@@ -1,12 +1,12 @@
 #include "diagnosis/library_fault_text.h"
 
-#include <csignal>
 #include <gtest/gtest.h>
 #include <ostream>
 #include <vector>
 
 #include "support/printing.h"
 #include "support/sentence_name.h"
+#include "support/system.h"
 
 namespace kartocheck::test {
 namespace {
@@ -14,7 +14,7 @@ namespace {
 struct FaultTextRow {
   const char* sentence;
   LibraryFault fault;
-  QStringView text;
+  QString text;
 
   friend std::ostream& operator<<(std::ostream& out, const FaultTextRow& row) {
     return out << row.sentence;
@@ -59,11 +59,11 @@ INSTANTIATE_TEST_SUITE_P(
          u"Die CT-API-Bibliothek hat außerhalb ihres Antwortpuffers geschrieben."},
         {"an exception", {Threw}, u"Die CT-API-Bibliothek hat eine C++-Ausnahme ausgelöst."},
         {"a signal",
-         {EndedBySignal, {}, SIGSEGV},
-         u"Die CT-API-Bibliothek ist abgestürzt (SIGSEGV)."},
+         {EndedBySignal, {}, MemoryFault()},
+         u"Die CT-API-Bibliothek ist abgestürzt (" + NameOfMemoryFault() + u")."},
         {"a signal without a name",
          {EndedBySignal, {}, 4711},
-         u"Die CT-API-Bibliothek ist abgestürzt (Signal 4711)."},
+         u"Die CT-API-Bibliothek ist abgestürzt (" + NameOfUnknownCrash() + u")."},
         {"an exit status",
          {EndedWithStatus, {}, 3},
          u"Die CT-API-Bibliothek hat ihren Prozess beendet (Exit-Status 3)."},

@@ -1,0 +1,24 @@
+#include "support/system.h"
+
+#include <windows.h>
+
+namespace kartocheck::test {
+
+int MemoryFault() {
+  return static_cast<int>(EXCEPTION_ACCESS_VIOLATION);
+}
+
+QString NameOfMemoryFault() {
+  return QStringLiteral("Zugriffsverletzung (0xC0000005)");
+}
+
+QString NameOfUnknownCrash() {
+  return QStringLiteral("0x00001267");
+}
+
+void AskToEnd() {
+  const HWND receiver = ::FindWindowW(L"KartoCheckTerminationSignal", nullptr);
+  ::SendMessageW(receiver, WM_ENDSESSION, TRUE, 0);
+}
+
+}  // namespace kartocheck::test
