@@ -18,9 +18,11 @@ endif()
 
 add_library(kartocheck_flags INTERFACE)
 target_compile_features(kartocheck_flags INTERFACE cxx_std_20)
-target_compile_options(kartocheck_flags INTERFACE
+set(warnings
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
   $<$<BOOL:${KARTOCHECK_WERROR}>:-Werror>)
+# Windows programs have resources as well, whose compiler knows none of them.
+target_compile_options(kartocheck_flags INTERFACE "$<$<COMPILE_LANGUAGE:CXX>:${warnings}>")
 target_compile_definitions(kartocheck_flags INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
   QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_USE_QSTRINGBUILDER QT_NO_KEYWORDS

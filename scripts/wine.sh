@@ -40,4 +40,11 @@ enter() {
   enter sh -c 'if wineserver --persistent; then wine cmd /c exit; fi' \
     </dev/null >/dev/null 2>&1 9>&-
 ) 9>"/tmp/kartocheck-wine.lock"
-enter wine "$@"
+
+# Wine keeps variables that begin with QT_ from its programs; a command interpreter sets them again.
+settings=''
+while IFS= read -r variable; do settings+="set $variable&& "; done < <(env | grep '^QT_' || true)
+if [ -z "$settings" ]; then enter wine "$@"; exit; fi
+program=$(realpath "$1")
+shift
+enter wine cmd /s /c "${settings}Z:${program//\//\\} $*"

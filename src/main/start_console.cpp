@@ -7,6 +7,7 @@
 #include <iostream>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "app/bas_mkt_test.h"
 #include "console/console_run.h"
@@ -41,6 +42,27 @@ void AddPorts(const RunReport& run, TestReport& report) {
   report.hints = run.hints;
 }
 
+// What a person types, until the program is asked to end.
+LineSource AnswersUntil(const bool& isEndRequested, EventLoop& eventLoop) {
+  return [&]() -> std::optional<std::string> {
+    // Whoever asks the program to end does not want to answer first.
+    while (!isEndRequested && !WaitForInput()) eventLoop.Yield();
+    std::string answer;
+    if (isEndRequested || !std::getline(std::cin, answer)) return std::nullopt;
+    // A terminal shows what is typed by itself.
+    if (!IsTerminal(StandardStream::Input)) std::cout << answer << '\n';
+    return answer;
+  };
+}
+
+ConsoleFrontEnd FrontEndOf(const CommandLine& line, LineSource answers) {
+  if (line.diagnose) {
+    return {std::cout, MessageOptionsOn(StandardStream::Output, line), std::move(answers)};
+  }
+  return {std::cerr, MessageOptionsOn(StandardStream::Error, line),
+          line.eraseRecords ? StoredRecords::Erase : StoredRecords::Keep};
+}
+
 }  // namespace
 
 int RunConsoleFrontEnd(const CommandLine& line, Outside& outside,
@@ -55,20 +77,7 @@ int RunConsoleFrontEnd(const CommandLine& line, Outside& outside,
   }
   QtEventLoop eventLoop;
   bool endRequested = false;
-  const LineSource answers = [&]() -> std::optional<std::string> {
-    // Whoever asks the program to end does not want to answer first.
-    while (!endRequested && !WaitForInput()) eventLoop.Yield();
-    std::string answer;
-    if (endRequested || !std::getline(std::cin, answer)) return std::nullopt;
-    // A terminal shows what is typed by itself.
-    if (!IsTerminal(StandardStream::Input)) std::cout << answer << '\n';
-    return answer;
-  };
-  ConsoleFrontEnd frontEnd =
-      line.diagnose
-          ? ConsoleFrontEnd(std::cout, MessageOptionsOn(StandardStream::Output, line), answers)
-          : ConsoleFrontEnd(std::cerr, MessageOptionsOn(StandardStream::Error, line),
-                            line.eraseRecords ? StoredRecords::Erase : StoredRecords::Keep);
+  ConsoleFrontEnd frontEnd = FrontEndOf(line, AnswersUntil(endRequested, eventLoop));
   RunRecorder recorder(frontEnd, frontEnd, [] { return QTime::currentTime(); });
   Bas_MKT_Test module({.api = outside.Api(),
                        .dialogs = recorder,

@@ -1,6 +1,5 @@
 #include "ui/form_egk_info.h"
 
-#include <QButtonGroup>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -87,7 +86,6 @@ Form_egK_Info::Form_egK_Info(EgkInfo info, QWidget* parent)
 QWidget* Form_egK_Info::NewListView() {
   auto* view = new QWidget(views_);
   auto* kindRow = new QHBoxLayout;
-  auto* group = new QButtonGroup(view);
   for (const VsdKind kind : VsdKinds) {
     const VsdKindTexts& texts = VsdTexts[kind];
     auto* button = new QToolButton(view);
@@ -104,7 +102,7 @@ QWidget* Form_egK_Info::NewListView() {
     });
     // Dark styles hardly show which button is pressed.
     connect(button, &QToolButton::toggled, button, [button](bool on) { SetBold(button, on); });
-    group->addButton(button);
+    kindGroup_.addButton(button);
     kindRow->addWidget(button);
     kinds_[kind] = button;
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QButtonGroup>
 #include <QDialog>
 
 #include <array>
@@ -49,6 +50,7 @@ class Form_egK_Info final : public QDialog {
   QLabel* Label8 = nullptr;  // validation text of the shown kind
   QStackedWidget* views_ = nullptr;
   PerVsdKind<QToolButton*> kinds_;
+  QButtonGroup kindGroup_;
   ElementGrid* MSFlexGrid1 = nullptr;
   QPlainTextEdit* Text1 = nullptr;
   QGroupBox* Frame2 = nullptr;

@@ -239,6 +239,8 @@ void Form_MKT_Test::DrawPorts(ViewState& view) {
       terminalStatus_->ShowHint(slot, hint);
     });
   }
+  view.statusTabs[FurtherPortSlot].Watch(
+      [this](const StatusTab& values) { Fram_Comx->ShowDevice(values.back()); });
   view.tabInFront.Watch([this](int slot) { terminalStatus_->ShowTab(slot); });
   view.furtherPortName.Watch(
       [this](const QString& name) { terminalStatus_->NameFurtherPort(name); });

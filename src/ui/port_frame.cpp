@@ -7,6 +7,8 @@
 #include <QRadioButton>
 #include <QSignalBlocker>
 
+#include <algorithm>
+
 #include "ui/accessible_roles.h"
 #include "ui/plain_label.h"
 #include "ui/value_field.h"
@@ -41,6 +43,10 @@ class OptionLabel final : public QLabel {
   QRadioButton& option_;
 };
 
+int RoomAroundLines(const QListWidget& list) {
+  return 2 * (list.frameWidth() + list.fontMetrics().averageCharWidth());
+}
+
 }  // namespace
 
 PortFrame::PortFrame(QWidget* parent) : QGroupBox(QStringLiteral("Schnittstellen"), parent) {
@@ -55,9 +61,9 @@ PortFrame::PortFrame(QWidget* parent) : QGroupBox(QStringLiteral("Schnittstellen
   CreateList();
   layout->addWidget(List1, SlotCount, 0, 1, 2);
   layout->setRowStretch(SlotCount, 1);
-  Labl_Schnittstelle = NewHint(QStringLiteral("Labl_Schnittstelle"), QStringLiteral("Hinweis:"));
+  Labl_Schnittstelle = NewHint(QStringLiteral("Labl_Schnittstelle"));
   layout->addWidget(Labl_Schnittstelle, SlotCount + 1, 0, 1, 2);
-  Labl_Hinweis = NewHint(QStringLiteral("Labl_Hinweis"), QStringLiteral("Hinweis:"));
+  Labl_Hinweis = NewHint(QStringLiteral("Labl_Hinweis"));
   layout->addWidget(Labl_Hinweis, SlotCount + 2, 0, 1, 2);
   UpdateEnabled();
 }
@@ -73,22 +79,19 @@ void PortFrame::CreateList() {
   connect(List1, &QListWidget::itemClicked, this, [this] {
     if (!Opti_Comx[FurtherPortMember]->isChecked()) ReportChosenEntry();
   });
-  const QFontMetrics metrics = List1->fontMetrics();
-  const int frame = 2 * (List1->frameWidth() + metrics.averageCharWidth());
-  List1->setMinimumWidth(metrics.horizontalAdvance(WidestEntry.toString()) + frame);
+  List1->setMinimumWidth(List1->fontMetrics().horizontalAdvance(WidestEntry.toString()) +
+                         RoomAroundLines(*List1));
   SetLeastLines(LeastVisibleLines);
   List1->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
 }
 
 void PortFrame::SetLeastLines(int lines) {
-  const QFontMetrics metrics = List1->fontMetrics();
-  const int frame = 2 * (List1->frameWidth() + metrics.averageCharWidth());
-  List1->setMinimumHeight(metrics.lineSpacing() * lines + frame);
+  List1->setMinimumHeight(List1->fontMetrics().lineSpacing() * lines + RoomAroundLines(*List1));
 }
 
-ValueField* PortFrame::NewHint(const QString& name, const QString& caption) {
+ValueField* PortFrame::NewHint(const QString& name) {
   auto* hint = new ValueField(name, this);
-  hint->SetCaption(caption);
+  hint->SetCaption(QStringLiteral("Hinweis:"));
   // As wide as the list, however long the sentences are.
   QSizePolicy policy = hint->sizePolicy();
   policy.setHorizontalPolicy(QSizePolicy::Ignored);
@@ -139,18 +142,23 @@ void PortFrame::EnablePort(int slot, bool enabled) {
 void PortFrame::ShowPortList(const PortList& list) {
   const QSignalBlocker quiet(List1);
   // The list is the same where an entry of it was just chosen: its items are in use then.
-  if (list.ports != list_.ports) {
+  if (list.ports != listed_) {
+    listed_ = list.ports;
     List1->clear();
-    for (const ListedPort& port : list.ports) {
+    for (const ListedPort& port : listed_) {
       auto* item = new QListWidgetItem(port.line, List1);
       item->setToolTip(PlainToolTip(port.device));
       item->setData(Qt::AccessibleDescriptionRole, port.device);
     }
   }
-  list_ = list;
   // An empty list has nothing to show the focus on.
-  List1->setFocusPolicy(list.ports.empty() ? Qt::NoFocus : Qt::StrongFocus);
+  List1->setFocusPolicy(listed_.empty() ? Qt::NoFocus : Qt::StrongFocus);
   List1->setCurrentRow(list.chosen);
+  ShowFacts();
+}
+
+void PortFrame::ShowDevice(const QString& device) {
+  device_ = device;
   ShowFacts();
 }
 
@@ -174,22 +182,25 @@ void PortFrame::ShowHintsWithoutReader(const QStringList& hints) {
   GiveHintRoom();
 }
 
-// About the port that has the focus, or else the chosen one: the device, and what the hint says.
+// The option button that has the focus, or else the marked one, of which there always is one.
+std::size_t PortFrame::ShownMember() const {
+  auto shown = std::find_if(Opti_Comx.begin(), Opti_Comx.end(),
+                            [](const QRadioButton* option) { return option->hasFocus(); });
+  if (shown == Opti_Comx.end()) {
+    shown = std::find_if(Opti_Comx.begin(), Opti_Comx.end(),
+                         [](const QRadioButton* option) { return option->isChecked(); });
+  }
+  return static_cast<std::size_t>(shown - Opti_Comx.begin());
+}
+
+// The device behind that port, and what the hint says.
 void PortFrame::ShowFacts() {
-  std::size_t member = SlotCount;
-  for (std::size_t option = 0; option < Opti_Comx.size(); ++option) {
-    if (Opti_Comx[option]->hasFocus()) member = option;
-  }
-  for (std::size_t option = 0; option < Opti_Comx.size() && member == SlotCount; ++option) {
-    if (Opti_Comx[option]->isChecked()) member = option;
-  }
+  const std::size_t member = ShownMember();
   QStringList facts;
-  if (member == FurtherPortMember && list_.chosen >= 0) {
-    facts.append(list_.ports.at(static_cast<std::size_t>(list_.chosen)).device);
-  }
+  if (member == FurtherPortMember) facts.append(device_);
   facts.append(hints_.at(member));
   // An empty list says how to fill it.
-  if (list_.ports.empty()) facts.append(hints_[FurtherPortMember]);
+  if (listed_.empty()) facts.append(hints_[FurtherPortMember]);
   facts.removeAll(QString());
   facts.removeDuplicates();
   Labl_Schnittstelle->ShowValue(facts.join(u'\n'));

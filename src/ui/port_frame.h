@@ -24,6 +24,8 @@ class PortFrame final : public QGroupBox {
   // slot: 1 to 5.
   void EnablePort(int slot, bool enabled);
   void ShowPortList(const PortList& list);
+  // How the device behind the chosen further port is called; empty where that is not known.
+  void ShowDevice(const QString& device);
   // Why the port of a slot cannot be used, or what choosing it does: below the list while the port
   // is the chosen one or has the focus, and as a tool tip. Empty where nothing is to be said.
   void ShowPortHint(int slot, const QString& hint);
@@ -48,7 +50,8 @@ class PortFrame final : public QGroupBox {
  private:
   void AddOption(int member);
   void CreateList();
-  ValueField* NewHint(const QString& name, const QString& caption);
+  ValueField* NewHint(const QString& name);
+  [[nodiscard]] std::size_t ShownMember() const;
   void ShowFacts();
   void SetLeastLines(int lines);
   void GiveHintRoom();
@@ -60,7 +63,8 @@ class PortFrame final : public QGroupBox {
   QListWidget* List1 = nullptr;
   ValueField* Labl_Schnittstelle = nullptr;  // about the port that is chosen or has the focus
   ValueField* Labl_Hinweis = nullptr;
-  PortList list_;
+  std::vector<ListedPort> listed_;
+  QString device_;
   std::array<QString, SlotCount> hints_;
   bool isArrowPressed_ = false;
 

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "gui/support/scan_results.h"
 #include "gui/support/screen.h"
 #include "support/printing.h"
 
@@ -15,19 +16,6 @@ namespace {
 
 QString Row(const char16_t* array, int row) {
   return QStringView(array).toString() + u'_' + QString::number(row);
-}
-
-// COM 1 answers at 9600 baud, COM 2 over a virtual port, COM 3 is silent, COM 4 is not there, and
-// there is one further terminal.
-ScanResult EveryCase() {
-  PerSlot<TerminalInfo> terminals;
-  PerSlot<PortEntry> ports;
-  terminals[1].Answered = true;
-  ports[1].BaudText = u"9600";
-  terminals[2].Answered = true;
-  terminals[2].UsbVirtualCom = true;
-  ports[3].ScanResult = -10;
-  return ScanResultOf(terminals, ports, 1);
 }
 
 ScanResult Nothing() {

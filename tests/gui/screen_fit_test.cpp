@@ -13,6 +13,7 @@
 #include "gui/support/box_answerer.h"
 #include "gui/support/layout_checks.h"
 #include "gui/support/program.h"
+#include "gui/support/scan_results.h"
 #include "gui/support/simulated_program.h"
 #include "support/printing.h"
 #include "ui/form_daten_info.h"
@@ -49,18 +50,6 @@ class ScreenFitTest : public testing::TestWithParam<const char*> {
     TerminalInfo info;
     info.Reset95 = true;
     return EgkInfoOf(info, egk);
-  }
-
-  static ScanResult EveryResult() {
-    PerSlot<TerminalInfo> terminals;
-    PerSlot<PortEntry> ports;
-    terminals[1].Answered = true;
-    ports[1].BaudText = u"9600";
-    terminals[2].Answered = true;
-    terminals[2].UsbVirtualCom = true;
-    ports[3].ScanResult = -10;
-    ports[4].ScanResult = -10;
-    return ScanResultOf(terminals, ports, 12);
   }
 
  private:
@@ -169,7 +158,7 @@ TEST_P(ScreenFitTest, TheInfoViewsHaveNoHorizontalScrollBar) {
 }
 
 TEST_P(ScreenFitTest, TheResultWindow) {
-  for (const ScanResult& result : {EveryResult(), ScanResultOf({}, {}, 0)}) {
+  for (const ScanResult& result : {EveryCase(12), ScanResultOf({}, {}, 0)}) {
     Form_DatenInfo window(result, nullptr);
     window.show();
     ExpectUsable(window);

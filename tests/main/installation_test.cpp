@@ -54,7 +54,7 @@ TEST(InstallationTest, ANamedLibraryIsAFileOfTheCurrentDirectoryFirst) {
 }
 
 TEST(InstallationTest, TheLibraryIsLookedForBesideTheProgramFirst) {
-  EXPECT_EQ(CtApiCandidates(QStringLiteral("/opt/bin"), u"libCTNRV32.so"),
+  EXPECT_EQ(CtApiCandidates(QStringLiteral("/opt/bin")),
             (QStringList{QStringLiteral("/opt/bin/libCTNRV32.so"),
                          QStringLiteral("/opt/lib/kartocheck/libCTNRV32.so"),
                          QStringLiteral("libCTNRV32.so")}));

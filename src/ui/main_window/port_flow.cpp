@@ -92,6 +92,11 @@ void PortFlow::SweepFurtherPorts() {
     return !IsSearchEnded();
   });
   isLooking_ = false;
+  // The names are those of the devices that were found, whatever the library can tell later.
+  listed_.clear();
+  for (const Port port : module_.FurtherPorts()) {
+    listed_.push_back({port.Line(), module_.IdentificationOf(port)});
+  }
   // A port that has not been found again leaves nothing behind.
   const std::optional<Port> used = module_.FurtherPort();
   UseFurtherPort(used && LineOf(*used) >= 0 ? used : std::nullopt);
@@ -121,11 +126,7 @@ void PortFlow::ChooseSlot(int slot) {
 
 void PortFlow::UseFurtherPort(std::optional<Port> port) {
   module_.UseFurtherPort(port);
-  PortList list{.ports = {}, .chosen = port ? LineOf(*port) : -1};
-  for (const Port listed : module_.FurtherPorts()) {
-    list.ports.push_back({listed.Line(), module_.IdentificationOf(listed)});
-  }
-  view_.furtherPorts.Set(std::move(list));
+  view_.furtherPorts.Set({.ports = listed_, .chosen = port ? LineOf(*port) : -1});
   view_.furtherPortName.Set(port ? port->Line() : FurtherPorts.toString());
   ShowSlot(FurtherPortSlot);
   if (port) {

@@ -84,6 +84,7 @@ class PortFlow {
   Display& display_;
   ViewState& view_;
   const CtSession::BeforeFatal beforeFatal_;
+  std::vector<ListedPort> listed_;  // what the last sweep found
   bool isSearchEnded_ = false;
   bool isLooking_ = false;  // at a port for a terminal
 };

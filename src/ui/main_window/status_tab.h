@@ -14,7 +14,7 @@ namespace kartocheck {
 class Bas_MKT_Test;
 
 // The rows of a status tab, top to bottom: port, baud rate, model, maker, CT type, software
-// version, output medium, PnP device.
+// version, output medium, PnP device; the last is how the device is called.
 inline constexpr auto StatusRowLabels = std::to_array<QStringView>({
     u"Serielle Schnittstelle:",
     u"Baudrate:",

@@ -76,7 +76,6 @@ QString SchemaState(const ValidationSettings& validation, VsdKind kind) {
 ReportedPort ReportedPortOf(Port port, const PortEntry& entry, const TerminalInfo& info,
                             const QString& identification, const QString& hint) {
   ReportedPort reported{.name = port.IsTested() ? port.Name() : port.Line(),
-                        .isChecked = entry.IsChecked,
                         .presence = Presence(entry),
                         .terminal = TerminalText(info),
                         .finding = {},

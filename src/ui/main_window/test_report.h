@@ -24,7 +24,6 @@ struct ReportField {
 // What the report says of a port.
 struct ReportedPort {
   QString name;
-  bool isChecked = false;
   QString presence;
   QString terminal;  // model, maker and software version; empty where none answered
   QString finding;   // what the check of the port found, and what became of a read

@@ -85,32 +85,28 @@ INSTANTIATE_TEST_SUITE_P(Card, CardVdOffsetsTest,
                          }),
                          SentenceName());
 
+void ExpectVdUnreadable(const ScriptParts& script) {
+  Dialogue dialogue(script.Text().c_str());
+  EgkReading reading(dialogue);
+  EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
+  EXPECT_EQ(reading.Boxes(), Texts({u"Read EF VD war nicht erfolgreich!\r\n"}));
+  EXPECT_EQ(reading.insured, SampleElements(true, false));
+}
+
 // READ BINARY cannot address such a block: the read fails, as that of the container's GVD does.
 TEST(CardVdOffsetsTest, BehindTheLastOffset) {
   for (const auto& [start, end] : {std::pair{0x8000, 0x8100}, {0x8000, 0x8000}, {0xFFFF, 0xFFFF}}) {
-    Dialogue dialogue(CardScript()
-                          .Answering("VdOffsets", Answer({start, end}))
-                          .WithoutRestOfSection("VdOffsets")
-                          .Text()
-                          .c_str());
-    EgkReading reading(dialogue);
-    EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
-    EXPECT_EQ(reading.Boxes(), Texts({u"Read EF VD war nicht erfolgreich!\r\n"}));
-    EXPECT_EQ(reading.insured, SampleElements(true, false));
+    ExpectVdUnreadable(CardScript()
+                           .Answering("VdOffsets", Answer({start, end}))
+                           .WithoutRestOfSection("VdOffsets"));
   }
 }
 
 TEST(CardVdOffsetsTest, AcrossTheLastOffset) {
   const std::string reads = Exchange(CommandAt(0x7FFF - 251, 252), QByteArray(252, 'x'));
-  Dialogue dialogue(CardScript()
-                        .Answering("VdOffsets", Answer({0x7FFF - 251, 0x8000 + 299}))
-                        .Replacing("VdBlock", reads)
-                        .Text()
-                        .c_str());
-  EgkReading reading(dialogue);
-  EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
-  EXPECT_EQ(reading.Boxes(), Texts({u"Read EF VD war nicht erfolgreich!\r\n"}));
-  EXPECT_EQ(reading.insured, SampleElements(true, false));
+  ExpectVdUnreadable(CardScript()
+                         .Answering("VdOffsets", Answer({0x7FFF - 251, 0x8000 + 299}))
+                         .Replacing("VdBlock", reads));
 }
 
 class CardPdLengthTest : public testing::TestWithParam<OffsetRow> {};

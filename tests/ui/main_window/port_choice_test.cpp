@@ -107,6 +107,22 @@ TEST(PortChoiceTest, TheListTellsTheDevicesApart) {
                                                   QStringLiteral("Muster Leser 01 00")}));
 }
 
+// A list whose entries changed while one is being chosen would be made anew under the user's hand.
+TEST(PortChoiceTest, TheListKeepsItsNamesThoughTheLibraryCanTellThemNoMore) {
+  FakePortDirectory machine;
+  machine.identifications[8192] = QStringLiteral("Muster Leser 00 00");
+  machine.identifications[8193] = QStringLiteral("Muster Leser 01 00");
+  SimulatedWindow window(machine);
+  window.practice.Attach(8192, PortOf("omega"));
+  window.practice.Attach(8193, PortOf("omega"));
+  window.flow.ChoosePort(4);
+  const QStringList found = window.frontEnd.devices;
+  machine.identifications.clear();
+  window.flow.ChooseFurtherPort(1);
+  EXPECT_EQ(window.frontEnd.devices, found);
+  EXPECT_EQ(StatusTabOf(window.module, 5).back(), QString()) << "what is known now";
+}
+
 TEST(PortChoiceTest, TheResultSaysWhyAPortThatMayHoldAReaderDidNotAnswer) {
   FakePortDirectory machine;
   machine.troubles[2] = {.Kind = PortTroubleKind::CardHeld};
