@@ -36,7 +36,7 @@ echo "== installer and zip"
     sed 's#/#\\#g; s#.*#RMDir "$INSTDIR\\&"#'
 } >"$packages/remove.nsh"
 makensis -V2 -INPUTCHARSET UTF8 -DVERSION="$version.0" -DSTAGE="$stage" -DLISTS="$packages" \
-  -DICON="$PWD/$build/kartocheck.ico" -DOUTPUT="$packages/KartoCheck-$version-Installation.exe" \
+  -DICON="$PWD/$build/src/main/windows/kartocheck.ico" -DOUTPUT="$packages/KartoCheck-$version-Installation.exe" \
   packaging/windows/kartocheck.nsi
 (cd "$packages" && zip --quiet --recurse-paths -9 "KartoCheck-$version.zip" KartoCheck)
 rm "$packages/remove.nsh"

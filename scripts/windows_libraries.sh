@@ -6,7 +6,6 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-triplet=i686-w64-mingw32
 toolchain=$PWD/cmake/windows-x86.cmake
 cache=${KARTOCHECK_CACHE:-$HOME/.cache/kartocheck}
 
@@ -14,7 +13,7 @@ version_of() { dpkg-query --show --showformat='${Version}' "$1"; }
 # Sources of the versions that the host's own tools (moc, rcc, uic) are of.
 qt_version=$(version_of qt6-base-dev)
 libxml_version=$(version_of libxml2-dev)
-key=$( { cat "$0" "$toolchain"; echo "$qt_version $libxml_version"
+key=$( { cat scripts/windows_libraries.sh "$toolchain"; echo "$qt_version $libxml_version"
          version_of "g++-mingw-w64-i686-posix"; version_of nlohmann-json3-dev; } | sha256sum | cut -c 1-16)
 prefix=$cache/windows-x86-$key
 
@@ -62,7 +61,7 @@ on() { for feature in "$@"; do echo "-DFEATURE_$feature=ON"; done; }
 
 echo "== libxml2"
 cmake -S "$work/libxml2" -B "$work/libxml2-build" -G Ninja --toolchain "$toolchain" \
-  -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX=/ -DBUILD_SHARED_LIBS=OFF \
+  -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX=/kartocheck-libxml2 -DBUILD_SHARED_LIBS=OFF \
   $(for part in FTP HTTP PYTHON ICONV LZMA ZLIB MODULES LEGACY DOCB HTML TESTS PROGRAMS; do
       echo "-DLIBXML2_WITH_$part=OFF"; done) \
   -DLIBXML2_WITH_ISO8859X=ON -DLIBXML2_WITH_THREADS=ON -DLIBXML2_WITH_SCHEMAS=ON >/dev/null
@@ -86,12 +85,11 @@ cmake --build "$work/qt6-base-build" >>"$work/qt.log" 2>&1 || { tail -n 50 "$wor
 DESTDIR="$work/stage" cmake --install "$work/qt6-base-build" >/dev/null
 
 mv "$work/stage/kartocheck-qt" "$work/stage/qt"
+mv "$work/stage/kartocheck-libxml2" "$work/stage/libxml2"
 mkdir -p "$work/stage/include"
 cp --recursive /usr/include/nlohmann "$work/stage/include/"
 mkdir -p "$work/stage/share/cmake"
 cp --recursive /usr/share/cmake/nlohmann_json "$work/stage/share/cmake/"
-cp "$work/libxml2/Copyright" "$work/stage/libxml2-Copyright"
-cp --recursive "$work/qt6-base/LICENSES" "$work/stage/qt-LICENSES"
 echo "qt6-base $qt_version
 libxml2 $libxml_version" >"$work/stage/complete"
 rm -rf "$prefix"

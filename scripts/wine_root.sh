@@ -7,7 +7,7 @@ set -euo pipefail
 
 suite=${1:-bookworm}
 cache=${KARTOCHECK_CACHE:-$HOME/.cache/kartocheck}
-key=$(sha256sum "$0" | cut -c 1-16)
+key=$(sha256sum "$(dirname "$0")/wine_root.sh" | cut -c 1-16)
 root=$cache/wine-$suite-$key
 
 as_root=()
