@@ -170,7 +170,7 @@ TEST_F(HintServiceTest, ACardThatAnotherProgramHoldsIsTold) {
                           protocol) == PcscCode::Success;
     }));
     const QJsonObject report = Report();
-    EXPECT_EQ(report[u"ports"][u"8192"][u"hint"], hint) << mode;
+    EXPECT_EQ(report[u"ports"][u"8192"][u"hint"], hint) << static_cast<std::uint32_t>(mode);
     EXPECT_EQ(ReaderHints(report), QJsonArray());
     EXPECT_TRUE(OutputOf("--console --port 8192").contains(Row(hint)));
     const QByteArray messages = OutputOf("--console --verbose --port 8192", "2>&1 >/dev/null");

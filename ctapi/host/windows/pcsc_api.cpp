@@ -1,4 +1,4 @@
-#include "host/pcsc_api.h"
+#include "host/windows/pcsc_api.h"
 
 #include <windows.h>
 
@@ -30,9 +30,9 @@ bool Resolve(HMODULE library, const char* name, Function& into) {
   return into != nullptr;
 }
 
-std::optional<Client> LoadClient() {
+std::optional<Client> LoadClient(const std::wstring& file) {
   // Never unloaded: the client library keeps connections of its own.
-  const HMODULE library = ::LoadLibraryExW(L"winscard.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+  const HMODULE library = ::LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
   if (library == nullptr) return std::nullopt;
   Client client;
   const bool whole = Resolve(library, "SCardEstablishContext", client.EstablishContext) &&
@@ -133,8 +133,16 @@ PcscCode Transmit(const Client& client, PcscCard card, std::uint32_t protocol, B
 
 }  // namespace
 
+// From the system's folder and from nowhere else.
 std::optional<PcscApi> LoadPcscApi() {
-  const std::optional<Client> loaded = LoadClient();
+  constexpr DWORD LongestPath = 32'768;  // characters, the system's limit
+  std::wstring folder(LongestPath, L'\0');
+  folder.resize(::GetSystemDirectoryW(folder.data(), LongestPath));
+  return LoadPcscApiFrom(folder + L"\\winscard.dll");
+}
+
+std::optional<PcscApi> LoadPcscApiFrom(const std::wstring& file) {
+  const std::optional<Client> loaded = LoadClient(file);
   if (!loaded) return std::nullopt;
   const Client client = *loaded;
   PcscApi api;

@@ -20,7 +20,9 @@ bool IsThere(StandardStream stream) {
 // Whoever called the program from a console reads it there. The console does not wait for a program
 // with a window: its prompt is on the line already.
 bool TellAtCallersConsole(const QString& text) {
-  if (::AttachConsole(ATTACH_PARENT_PROCESS) == 0) return false;
+  const bool isThere = ::AttachConsole(ATTACH_PARENT_PROCESS) != 0 ||
+                       ::GetLastError() == ERROR_ACCESS_DENIED;  // there already
+  if (!isThere) return false;
   const ctapi::Handle console(::CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE,
                                             FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                             OPEN_EXISTING, 0, nullptr));
