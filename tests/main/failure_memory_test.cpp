@@ -24,7 +24,8 @@ TEST(FailureMemoryTest, TellsTheNextStartWhenAndWhyTheProgramEnded) {
   }
   QSettings settings(file, QSettings::IniFormat);
   FailureMemory memory(settings);
-  EXPECT_EQ(memory.Text(), u"05.03.2031 09:07:01: Die CT-API-Bibliothek ist abgestürzt (" + NameOfMemoryFault() + u").");
+  EXPECT_EQ(memory.Text(), u"05.03.2031 09:07:01: Die CT-API-Bibliothek ist abgestürzt (" +
+                               NameOfMemoryFault() + u").");
   memory.Keep(QDateTime(QDate(2031, 3, 6), QTime(10, 0)), {LibraryFaultKind::Overrun});
   EXPECT_EQ(memory.Text(),
             u"06.03.2031 10:00:00: Die CT-API-Bibliothek hat außerhalb ihres Antwortpuffers "
