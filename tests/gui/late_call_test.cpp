@@ -179,7 +179,8 @@ TEST_F(LateCallTest, WhatWasReadIsShownBehindTheFatalMessage) {
                           }});
   EXPECT_THROW(flow.Button(static_cast<int>(Action::ReadCard)), Terminated);
   EXPECT_EQ(shown, u"Größl");
-  EXPECT_EQ(fault, (LibraryFault{.Kind = LibraryFaultKind::EndedBySignal, .Number = MemoryFault()}));
+  EXPECT_EQ(fault,
+            (LibraryFault{.Kind = LibraryFaultKind::EndedBySignal, .Number = MemoryFault()}));
 }
 
 }  // namespace
