@@ -29,7 +29,7 @@ constexpr std::array<Crash, 15> Crashes{{
     {0xC000013A, u"von außen beendet"},
     {0xC0000142, u"eine DLL ließ sich nicht starten"},
     {0xC0000374, u"beschädigter Speicher"},
-    {0xC0000409, u"überschriebener Stapel"},
+    {0xC0000409, u"von sich selbst abgebrochen"},
     {0xE06D7363, u"C++-Ausnahme"},
 }};
 
@@ -61,7 +61,7 @@ QString NameOfCrash(int number) {
   const auto* const known = std::find_if(Crashes.begin(), Crashes.end(),
                                          [code](const Crash& crash) { return crash.Code == code; });
   if (known == Crashes.end()) return text;
-  return known->Name + u" (" + text + u')';
+  return known->Name + u", " + text;
 }
 
 // What QProcess takes for crashes ends below the codes of run-time libraries. Others of their size

@@ -21,8 +21,8 @@ constexpr int AccessViolation = static_cast<int>(0xC0000005);
 constexpr int MicrosoftException = static_cast<int>(0xE06D7363);
 
 TEST(CrashTest, IsNamedWithItsCode) {
-  EXPECT_EQ(NameOfCrash(AccessViolation), u"Zugriffsverletzung (0xC0000005)");
-  EXPECT_EQ(NameOfCrash(static_cast<int>(0xC0000374)), u"beschädigter Speicher (0xC0000374)");
+  EXPECT_EQ(NameOfCrash(AccessViolation), u"Zugriffsverletzung, 0xC0000005");
+  EXPECT_EQ(NameOfCrash(static_cast<int>(0xC0000374)), u"beschädigter Speicher, 0xC0000374");
   EXPECT_EQ(NameOfCrash(0x4711), u"0x00004711");
 }
 

@@ -9,7 +9,7 @@ int MemoryFault() {
 }
 
 QString NameOfMemoryFault() {
-  return QStringLiteral("Zugriffsverletzung (0xC0000005)");
+  return QStringLiteral("Zugriffsverletzung, 0xC0000005");
 }
 
 QString NameOfUnknownCrash() {
