@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 // What a test asks of the operating system, and what it expects of it.
 namespace kartocheck::test {
@@ -12,6 +14,12 @@ namespace kartocheck::test {
 
 // What the program calls the crash number 4711, which is none.
 [[nodiscard]] QString NameOfUnknownCrash();
+
+// The platform plugin of Qt on which tests of windows run; empty for the one of every program.
+[[nodiscard]] QByteArray PlatformOfTests();
+
+// What Qt's platform plugin there has to say about itself, by how it begins.
+[[nodiscard]] QStringList HarmlessWarnings();
 
 // Asks this program to end, as the system does at the end of a session.
 void AskToEnd();

@@ -16,6 +16,17 @@ QString NameOfUnknownCrash() {
   return QStringLiteral("Signal 4711");
 }
 
+QByteArray PlatformOfTests() {
+  return "offscreen";
+}
+
+QStringList HarmlessWarnings() {
+  return {QStringLiteral("This plugin does not support propagateSizeHints()"),
+          QStringLiteral("This plugin does not support raise()"),
+          QStringLiteral("This plugin does not support grabbing the keyboard"),
+          QStringLiteral("QStandardPaths: XDG_RUNTIME_DIR not set")};
+}
+
 void AskToEnd() {
   std::raise(SIGTERM);
 }

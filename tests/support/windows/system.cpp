@@ -16,6 +16,19 @@ QString NameOfUnknownCrash() {
   return QStringLiteral("0x00001267");
 }
 
+QByteArray PlatformOfTests() {
+  return {};
+}
+
+// The latter two under Wine.
+QStringList HarmlessWarnings() {
+  return {QStringLiteral("This plugin does not support propagateSizeHints()"),
+          QStringLiteral("This plugin does not support raise()"),
+          QStringLiteral("This plugin does not support grabbing the keyboard"),
+          QStringLiteral("EnableNonClientDpiScaling() failed"),
+          QStringLiteral("QPixmap::fromWinHICON()")};
+}
+
 void AskToEnd() {
   const HWND receiver = ::FindWindowW(L"KartoCheckTerminationSignal", nullptr);
   ::SendMessageW(receiver, WM_ENDSESSION, TRUE, 0);
