@@ -55,8 +55,9 @@ class CallReader {
       : input_(std::move(input)),
         arrived_(::CreateSemaphoreW(nullptr, 0, std::numeric_limits<LONG>::max(), nullptr)) {}
 
-  // Until the pipe is closed, or no message comes out of it.
-  void Run() {
+  // Reads until the pipe is closed, or no message comes out of it. Does not return: the process
+  // ends then, and what a thread does at its own end would meet what the process takes down.
+  [[noreturn]] void Run() {
     for (bool isOpen = true; isOpen;) {
       Bytes bytes;
       while (const std::size_t missing = isOpen ? MissingBytes(bytes) : 0) {
@@ -70,6 +71,7 @@ class CallReader {
       }
       ::ReleaseSemaphore(arrived_.Get(), 1, nullptr);
     }
+    for (;;) ::Sleep(INFINITE);
   }
 
   // Signalled once for each Take.
