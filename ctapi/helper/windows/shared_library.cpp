@@ -17,6 +17,10 @@ std::wstring FullPathOf(const std::wstring& file) {
   return path;
 }
 
+std::wstring FolderOf(const std::wstring& path) {
+  return path.substr(0, path.find_last_of(L"\\/"));
+}
+
 std::wstring InSystemFolder(const std::wstring& name) {
   std::wstring folder(LongestPath, L'\0');
   folder.resize(::GetSystemDirectoryW(folder.data(), LongestPath));
@@ -65,8 +69,9 @@ HMODULE Load(const std::string& file) {
   const bool isBare = IsBareName(file);
   const std::wstring wide = WideText(file);
   const std::wstring path = isBare ? InSystemFolder(wide) : FullPathOf(wide);
-  // The folder that the program was started in belongs to nobody.
-  ::SetDllDirectoryW(L"");
+  // What the library itself loads, now or later, is looked for beside it, too. Any choice here
+  // takes away the folder that the program was started in, which belongs to nobody.
+  ::SetDllDirectoryW(isBare ? L"" : FolderOf(path).c_str());
   const HMODULE library =
       isBare ? ::LoadLibraryExW(wide.c_str(), nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32)
              : ::LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);

@@ -115,6 +115,15 @@ TEST_F(SharedLibraryTest, FindsWhatItNeedsBesideItself) {
   EXPECT_NE(library.Resolve("CTDENRVT1_init"), nullptr);
 }
 
+TEST_F(SharedLibraryTest, FindsWhatItLoadsLaterBesideItself) {
+  const fs::path file = Copy(LATE_LIBRARY, L"late.dll");
+  (void)Copy(NEEDED_LIBRARY, L"part-of-it.dll");
+  const SharedLibrary library(Utf8(file));
+  const auto loadsItsPart = reinterpret_cast<int (*)()>(library.Resolve("LoadsItsPart"));
+  ASSERT_NE(loadsItsPart, nullptr);
+  EXPECT_EQ(loadsItsPart(), 1);
+}
+
 TEST_F(SharedLibraryTest, OfABareNameIsLookedForInTheSystemsFolderOnly) {
   (void)Copy(WINDOW_LIBRARY, L"kartocheck-bare.dll");
   const fs::path before = fs::current_path();
