@@ -21,6 +21,17 @@ namespace kartocheck::test {
 // What Qt's platform plugin there has to say about itself, by how it begins.
 [[nodiscard]] QStringList HarmlessWarnings();
 
+// A program of the system.
+struct ForeignProgram {
+  QString file;
+  QStringList arguments;
+};
+
+// Writes the text to its standard output, and ends.
+[[nodiscard]] ForeignProgram ProgramThatSays(const QString& text);
+// Ends at once.
+[[nodiscard]] ForeignProgram SilentProgram();
+
 // Asks this program to end, as the system does at the end of a session.
 void AskToEnd();
 

@@ -27,6 +27,14 @@ QStringList HarmlessWarnings() {
           QStringLiteral("QStandardPaths: XDG_RUNTIME_DIR not set")};
 }
 
+ForeignProgram ProgramThatSays(const QString& text) {
+  return {QStringLiteral("/bin/echo"), {text}};
+}
+
+ForeignProgram SilentProgram() {
+  return {QStringLiteral("/bin/true"), {}};
+}
+
 void AskToEnd() {
   std::raise(SIGTERM);
 }

@@ -29,6 +29,14 @@ QStringList HarmlessWarnings() {
           QStringLiteral("QPixmap::fromWinHICON()")};
 }
 
+ForeignProgram ProgramThatSays(const QString& text) {
+  return {QStringLiteral("cmd.exe"), {QStringLiteral("/c"), QStringLiteral("echo"), text}};
+}
+
+ForeignProgram SilentProgram() {
+  return {QStringLiteral("cmd.exe"), {QStringLiteral("/c"), QStringLiteral("exit")}};
+}
+
 void AskToEnd() {
   const HWND receiver = ::FindWindowW(L"KartoCheckTerminationSignal", nullptr);
   ::SendMessageW(receiver, WM_ENDSESSION, TRUE, 0);
