@@ -11,16 +11,24 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
+if(WIN32)
+  # As programs and DLLs by the toolchain's file: nothing of the compiler's lies beside them.
+  string(APPEND CMAKE_MODULE_LINKER_FLAGS " -static")
+endif()
 
 add_library(kartocheck_flags INTERFACE)
 target_compile_features(kartocheck_flags INTERFACE cxx_std_20)
-target_compile_options(kartocheck_flags INTERFACE
+set(warnings
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
   $<$<BOOL:${KARTOCHECK_WERROR}>:-Werror>)
+# Windows programs have resources as well, whose compiler knows none of them.
+target_compile_options(kartocheck_flags INTERFACE "$<$<COMPILE_LANGUAGE:CXX>:${warnings}>")
 target_compile_definitions(kartocheck_flags INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
   QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_USE_QSTRINGBUILDER QT_NO_KEYWORDS
-  $<$<NOT:$<CONFIG:Release>>:_GLIBCXX_ASSERTIONS>)
+  $<$<NOT:$<CONFIG:Release>>:_GLIBCXX_ASSERTIONS>
+  # Windows 10 on, its functions for wide characters, and no macros named min and max.
+  $<$<BOOL:${WIN32}>:_WIN32_WINNT=0x0A00;UNICODE;_UNICODE;WIN32_LEAN_AND_MEAN;NOMINMAX>)
 
 # kartocheck_harden(): what makes an error in the programs and libraries of this folder hard to use
 # for somebody else: tables that are read-only once the program runs, guarded stack frames, checked

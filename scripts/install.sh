@@ -2,6 +2,8 @@
 # Installs the Debian packages that are missing. Asks for root only where something is.
 #   scripts/install.sh run    what building and running the program needs
 #   scripts/install.sh test   the same, and what the tests and checks need
+#   scripts/install.sh windows        what building the programs and the installer for Windows needs
+#   scripts/install.sh windows-test   the same, and what testing them needs
 set -euo pipefail
 
 run_packages=(
@@ -17,12 +19,22 @@ test_packages=(
   pcscd vsmartcard-vpcd
   xvfb dbus at-spi2-core gir1.2-atspi-2.0 python3-gi
 )
+windows_packages=(
+  cmake ninja-build ccache dpkg-dev xz-utils
+  g++-mingw-w64-i686-posix libz-mingw-w64-dev
+  qt6-base-dev qt6-base-dev-tools qt6-translations-l10n libgl-dev
+  libxml2-dev nlohmann-json3-dev
+  librsvg2-bin icoutils nsis zip
+)
+windows_test_packages=(googletest debootstrap xvfb)
 
 packages=("${run_packages[@]}")
 case "${1:-run}" in
   run) ;;
   test) packages+=("${test_packages[@]}") ;;
-  *) echo "usage: $0 [run|test]" >&2; exit 2 ;;
+  windows) packages=("${windows_packages[@]}") ;;
+  windows-test) packages=("${windows_packages[@]}" "${windows_test_packages[@]}") ;;
+  *) echo "usage: $0 [run|test|windows|windows-test]" >&2; exit 2 ;;
 esac
 
 missing=()

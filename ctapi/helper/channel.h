@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "helper/message.h"
 
 namespace ctapi::helper {
@@ -10,21 +12,21 @@ namespace ctapi::helper {
 class Channel {
  public:
   Channel();
+  ~Channel();
   Channel(const Channel&) = delete;
   Channel& operator=(const Channel&) = delete;
 
   // Waits for the program's next call. Nothing when the program has closed its end or is gone, or
-  // when what came is no message.
+  // when what came is no message. On Windows the windows of the library are served meanwhile: they
+  // belong to the thread that loads it and calls it.
   [[nodiscard]] std::optional<Message> Receive();
 
   // False where the program is gone.
   [[nodiscard]] bool Send(const Message& message);
 
  private:
-  [[nodiscard]] bool ReadTo(Bytes& bytes, std::size_t length);
-
-  int input_;
-  int output_;
+  struct Ends;
+  std::unique_ptr<Ends> ends_;
 };
 
 }  // namespace ctapi::helper

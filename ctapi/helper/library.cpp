@@ -9,9 +9,10 @@ namespace ctapi::helper {
 
 namespace {
 
+// Paths are UTF-8 on every system.
 bool Exists(const std::string& file) {
   std::error_code error;
-  return std::filesystem::exists(file, error);
+  return std::filesystem::exists(std::u8string(file.begin(), file.end()), error);
 }
 
 }  // namespace

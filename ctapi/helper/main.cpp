@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "helper/arguments.h"
 #include "helper/channel.h"
 #include "helper/library.h"
 #include "helper/process.h"
@@ -52,5 +53,5 @@ int Run(const std::vector<std::string>& candidates) {
 int main(int argc, char** argv) {
   ctapi::KeepMemoryPrivate();
   ctapi::helper::BelongToProgram();
-  return ctapi::helper::Run({argv + 1, argv + argc});
+  return ctapi::helper::Run(ctapi::helper::Arguments(argc, argv));
 }

@@ -19,14 +19,16 @@ struct LoadFailure {
 // data of their own, and taking them down again gains nothing.
 class SharedLibrary {
  public:
-  // A path, or a bare file name, which is looked for on the system's search path and nowhere else.
+  // A path, or a bare file name, which is looked for on the system's search path and nowhere else;
+  // on Windows, whose search path everybody may lengthen, in the system's folder alone. UTF-8.
   // Throws LoadFailure.
   explicit SharedLibrary(const std::string& file);
 
   // Where the file stands.
   [[nodiscard]] const std::string& File() const { return file_; }
 
-  // The address of an exported function; null where there is none of this name.
+  // The address of an exported function; null where there is none of this name, nor, on Windows, of
+  // this name with the marks of the calling convention.
   [[nodiscard]] void* Resolve(const char* name) const;
 
  private:

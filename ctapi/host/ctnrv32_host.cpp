@@ -1,22 +1,17 @@
 #include <algorithm>
 
 #include "ctnrv32.h"
-#include "host/transports.h"
+#include "host/the_library.h"
 
 // The C entry points of CTNRV32 over the serial lines and PC/SC readers of this machine.
 namespace {
 
 namespace code = ctapi::code;
 
-ctapi::host::HostLibrary& TheLibrary() {
-  static ctapi::host::HostLibrary library(ctapi::host::MakeTransports());
-  return library;
-}
-
 template <typename Operation>
 std::int8_t OnLibrary(Operation operation) noexcept {
   try {
-    return operation(TheLibrary());
+    return operation(ctapi::host::TheLibrary());
   } catch (...) {
     return code::HtsiError;
   }

@@ -2,29 +2,31 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
-#include <reader.h>
 #include <utility>
 
 namespace ctapi::host {
 
 namespace {
 
-constexpr DWORD AnyProtocol = SCARD_PROTOCOL_T0 | SCARD_PROTOCOL_T1;
+constexpr std::uint32_t AnyProtocol = card_protocol::T0 | card_protocol::T1;
 // Room for the names of as many readers as pcsc-lite has (16 of 128 characters): being told the
 // length first would cost a question more.
 constexpr std::size_t UsualLengthOfNames = 16 * 128 + 1;
 // Longer than any command of a card takes: readers and drivers end an exchange before that.
 constexpr std::chrono::seconds ExchangeTime{60};
-constexpr DWORD LostStates = SCARD_STATE_UNKNOWN | SCARD_STATE_UNAVAILABLE | SCARD_STATE_IGNORE;
+// The longest answer of a card (ISO 7816-4, extended length), in a command's frame.
+constexpr std::size_t LongestAnswer = 4 + 3 + 65'536 + 3 + 2;
+// Between two questions to a service that does not wait for a change as it is asked to.
+constexpr std::chrono::milliseconds Breath{30};
+constexpr std::uint32_t LostStates =
+    reader_state::Unknown | reader_state::Unavailable | reader_state::Ignore;
 
-ReaderState StateOf(const SCARD_READERSTATE& told) {
-  const DWORD raw = told.dwEventState;
-  const std::size_t atrLength = std::min<std::size_t>(told.cbAtr, std::size(told.rgbAtr));
-  return {.HasCard = (raw & SCARD_STATE_PRESENT) != 0,
-          .IsHeld = (raw & (SCARD_STATE_EXCLUSIVE | SCARD_STATE_INUSE)) != 0,
-          .Atr = Bytes(told.rgbAtr, told.rgbAtr + atrLength),
-          .Raw = raw & ~static_cast<DWORD>(SCARD_STATE_CHANGED)};
+ReaderState StateOf(const ReaderStatus& told) {
+  const std::uint32_t raw = told.Now;
+  return {.HasCard = (raw & reader_state::Present) != 0,
+          .IsHeld = (raw & (reader_state::Exclusive | reader_state::InUse)) != 0,
+          .Atr = told.Atr,
+          .Raw = raw & ~reader_state::Changed};
 }
 
 // Names one behind the other, each ended by a zero, the last by two.
@@ -38,58 +40,60 @@ std::vector<std::string> SplitNames(const std::string& multiString) {
 }
 
 struct Established {
-  LONG Code = SCARD_F_INTERNAL_ERROR;
-  SCARDCONTEXT Context = 0;
+  PcscCode Code = PcscCode::InternalError;
+  PcscContext Context = 0;
 };
 
 Established EstablishWith(const PcscApi& api) {
   Established established;
-  established.Code =
-      api.EstablishContext(SCARD_SCOPE_SYSTEM, nullptr, nullptr, &established.Context);
+  established.Code = api.EstablishContext(established.Context);
   return established;
 }
 
 void ReleaseWith(const PcscApi& api, const Established& established) {
-  if (established.Code == SCARD_S_SUCCESS) (void)api.ReleaseContext(established.Context);
+  if (established.Code == PcscCode::Success) (void)api.ReleaseContext(established.Context);
 }
 
 struct Connected {
-  LONG Code = SCARD_F_INTERNAL_ERROR;
+  PcscCode Code = PcscCode::InternalError;
   CardConnection::Handle Handle{};
 };
 
-Connected ConnectWith(const PcscApi& api, SCARDCONTEXT context, const std::string& reader,
-                      DWORD mode, DWORD protocols) {
+Connected ConnectWith(const PcscApi& api, PcscContext context, const std::string& reader,
+                      CardSharing sharing, std::uint32_t protocols) {
   Connected connected{.Handle = {.Context = context}};
-  connected.Code = api.Connect(context, reader.c_str(), mode, protocols, &connected.Handle.Card,
-                               &connected.Handle.Protocol);
+  connected.Code = api.Connect(context, reader, sharing, protocols, connected.Handle.Card,
+                               connected.Handle.Protocol);
   return connected;
 }
 
-void DisconnectWith(const PcscApi& api, const Connected& connected, DWORD disposition) {
-  if (connected.Code == SCARD_S_SUCCESS) (void)api.Disconnect(connected.Handle.Card, disposition);
+void DisconnectWith(const PcscApi& api, const Connected& connected, CardDisposition disposition) {
+  if (connected.Code == PcscCode::Success) (void)api.Disconnect(connected.Handle.Card, disposition);
 }
 
 // Another program that connects while we power the card down can leave the service in two minds:
 // it takes the card for powered, powers it up no more, and refuses it as unpowered. To power it
 // down once more settles that.
-Connected ConnectAlone(const PcscApi& api, SCARDCONTEXT context, const std::string& reader) {
-  const Connected connected = ConnectWith(api, context, reader, SCARD_SHARE_EXCLUSIVE, AnyProtocol);
-  if (connected.Code != SCARD_W_UNPOWERED_CARD) return connected;
-  DisconnectWith(api, ConnectWith(api, context, reader, SCARD_SHARE_DIRECT, 0), SCARD_UNPOWER_CARD);
-  return ConnectWith(api, context, reader, SCARD_SHARE_EXCLUSIVE, AnyProtocol);
+Connected ConnectAlone(const PcscApi& api, PcscContext context, const std::string& reader) {
+  const Connected connected =
+      ConnectWith(api, context, reader, CardSharing::Exclusive, AnyProtocol);
+  if (connected.Code != PcscCode::UnpoweredCard) return connected;
+  DisconnectWith(api, ConnectWith(api, context, reader, CardSharing::Direct, card_protocol::None),
+                 CardDisposition::Unpower);
+  return ConnectWith(api, context, reader, CardSharing::Exclusive, AnyProtocol);
 }
 
-std::optional<std::uint32_t> VersionWith(const PcscApi& api, SCARDCONTEXT context,
+std::optional<std::uint32_t> VersionWith(const PcscApi& api, PcscContext context,
                                          const std::string& reader) {
-  const Connected connected = ConnectWith(api, context, reader, SCARD_SHARE_DIRECT, 0);
-  if (connected.Code != SCARD_S_SUCCESS) return std::nullopt;
+  const Connected connected =
+      ConnectWith(api, context, reader, CardSharing::Direct, card_protocol::None);
+  if (connected.Code != PcscCode::Success) return std::nullopt;
   std::array<std::uint8_t, 4> version{};
-  DWORD length = version.size();
-  const LONG code =
-      api.GetAttrib(connected.Handle.Card, SCARD_ATTR_VENDOR_IFD_VERSION, version.data(), &length);
-  DisconnectWith(api, connected, SCARD_LEAVE_CARD);
-  if (code != SCARD_S_SUCCESS || length != version.size()) return std::nullopt;
+  std::uint32_t length = 0;
+  const PcscCode code =
+      api.GetAttrib(connected.Handle.Card, DriverVersionAttribute, version, length);
+  DisconnectWith(api, connected, CardDisposition::Leave);
+  if (code != PcscCode::Success || length != version.size()) return std::nullopt;
   // A number of the machine, that is with its lowest byte first.
   return static_cast<std::uint32_t>(version[3]) << 24 |
          static_cast<std::uint32_t>(version[2]) << 16 |
@@ -97,44 +101,45 @@ std::optional<std::uint32_t> VersionWith(const PcscApi& api, SCARDCONTEXT contex
 }
 
 // A service that is there and ends the conversation at once does not serve this user.
-PcscResult ResultOfContext(LONG code) {
-  const bool isRefused = code == SCARD_F_COMM_ERROR || ResultOf(code) == PcscResult::Refused;
+PcscResult ResultOfContext(PcscCode code) {
+  const bool isRefused =
+      code == PcscCode::CommunicationError || ResultOf(code) == PcscResult::Refused;
   return isRefused ? PcscResult::Refused : PcscResult::NoService;
 }
 
 }  // namespace
 
-PcscResult ResultOf(LONG code) {
+PcscResult ResultOf(PcscCode code) {
   switch (code) {
-    case SCARD_S_SUCCESS:
+    case PcscCode::Success:
       return PcscResult::Ok;
-    case SCARD_E_NO_SERVICE:
-    case SCARD_E_SERVICE_STOPPED:
-    case SCARD_E_SERVER_TOO_BUSY:
-    case SCARD_F_COMM_ERROR:
+    case PcscCode::NoService:
+    case PcscCode::ServiceStopped:
+    case PcscCode::ServerTooBusy:
+    case PcscCode::CommunicationError:
       return PcscResult::NoService;
-    case SCARD_W_SECURITY_VIOLATION:
-    case SCARD_E_NO_ACCESS:
+    case PcscCode::SecurityViolation:
+    case PcscCode::NoAccess:
       return PcscResult::Refused;
-    case SCARD_E_UNKNOWN_READER:
-    case SCARD_E_READER_UNAVAILABLE:
-    case SCARD_E_NO_READERS_AVAILABLE:
+    case PcscCode::UnknownReader:
+    case PcscCode::ReaderUnavailable:
+    case PcscCode::NoReadersAvailable:
       return PcscResult::NoReader;
-    case SCARD_E_NO_SMARTCARD:
-    case SCARD_W_REMOVED_CARD:
+    case PcscCode::NoSmartcard:
+    case PcscCode::RemovedCard:
       return PcscResult::NoCard;
-    case SCARD_W_UNRESPONSIVE_CARD:
-    case SCARD_W_UNPOWERED_CARD:
-    case SCARD_W_UNSUPPORTED_CARD:
-    case SCARD_E_PROTO_MISMATCH:
+    case PcscCode::UnresponsiveCard:
+    case PcscCode::UnpoweredCard:
+    case PcscCode::UnsupportedCard:
+    case PcscCode::ProtocolMismatch:
       return PcscResult::Mute;
-    case SCARD_E_SHARING_VIOLATION:
+    case PcscCode::SharingViolation:
       return PcscResult::Held;
-    case SCARD_W_RESET_CARD:
+    case PcscCode::ResetCard:
       return PcscResult::CardReset;
-    case SCARD_E_INSUFFICIENT_BUFFER:
+    case PcscCode::InsufficientBuffer:
       return PcscResult::TooLong;
-    case SCARD_E_TIMEOUT:
+    case PcscCode::Timeout:
       return PcscResult::Timeout;
     default:
       return PcscResult::Broken;
@@ -148,9 +153,9 @@ PcscService::~PcscService() {
 template <typename Result>
 std::optional<Result> PcscService::Call(
     std::chrono::milliseconds longest,
-    std::function<Result(const PcscApi& api, SCARDCONTEXT context)> call) {
+    std::function<Result(const PcscApi& api, PcscContext context)> call) {
   const auto api = api_;
-  const SCARDCONTEXT context = *context_;
+  const PcscContext context = *context_;
   std::optional<Result> result = caller_->CallWithin<Result>(
       longest, [=] { return call(*api, context); },
       [=](const Result&) { (void)api->ReleaseContext(context); });
@@ -167,22 +172,22 @@ PcscResult PcscService::EstablishForCard() {
   return *forCard_ ? PcscResult::Ok : EstablishInto(*forCard_);
 }
 
-PcscResult PcscService::EstablishInto(std::optional<SCARDCONTEXT>& context) {
+PcscResult PcscService::EstablishInto(std::optional<PcscContext>& context) {
   const auto established = caller_->CallWithin<Established>(
       answerTime_, [api = api_] { return EstablishWith(*api); },
       [api = api_](const Established& late) { ReleaseWith(*api, late); });
   if (!established) return PcscResult::NoService;
-  if (established->Code != SCARD_S_SUCCESS) return ResultOfContext(established->Code);
+  if (established->Code != PcscCode::Success) return ResultOfContext(established->Code);
   context = established->Context;
   return PcscResult::Ok;
 }
 
 void PcscService::Release() {
-  for (std::optional<SCARDCONTEXT>* const context : {&context_, forCard_.get()}) {
+  for (std::optional<PcscContext>* const context : {&context_, forCard_.get()}) {
     if (!*context) continue;
-    (void)caller_->CallWithin<LONG>(
+    (void)caller_->CallWithin<PcscCode>(
         answerTime_, [api = api_, each = **context] { return api->ReleaseContext(each); },
-        [](const LONG&) {});
+        [](const PcscCode&) {});
     context->reset();
   }
 }
@@ -205,13 +210,13 @@ PcscResult PcscService::ListOnce(std::vector<std::string>& names) {
   // Readers may come between being told the length and asking for the names with it.
   for (int attempt = 0; attempt < 3; ++attempt) {
     struct Listed {
-      LONG Code = SCARD_F_INTERNAL_ERROR;
+      PcscCode Code = PcscCode::InternalError;
       std::string Text{};
-      DWORD Length = 0;
+      std::uint32_t Length = 0;
     };
-    const auto listed = Call<Listed>(answerTime_, [room](const PcscApi& api, SCARDCONTEXT context) {
-      Listed told{.Text = std::string(room, '\0'), .Length = static_cast<DWORD>(room)};
-      told.Code = api.ListReaders(context, nullptr, told.Text.data(), &told.Length);
+    const auto listed = Call<Listed>(answerTime_, [room](const PcscApi& api, PcscContext context) {
+      Listed told{.Text = std::string(room, '\0')};
+      told.Code = api.ListReaders(context, told.Text, told.Length);
       return told;
     });
     if (!listed) return PcscResult::NoService;
@@ -238,24 +243,25 @@ PcscResult PcscService::AwaitChange(const std::string& reader, const ReaderState
                                     std::chrono::milliseconds longest, ReaderState& state) {
   if (!context_) return PcscResult::NoService;
   struct Told {
-    LONG Code = SCARD_F_INTERNAL_ERROR;
-    SCARD_READERSTATE State{};
+    PcscCode Code = PcscCode::InternalError;
+    ReaderStatus Status{};
   };
-  const auto told =
-      Call<Told>(longest + answerTime_,
-                 [reader, raw = known.Raw, longest](const PcscApi& api, SCARDCONTEXT context) {
-                   Told now;
-                   now.State.szReader = reader.c_str();
-                   now.State.dwCurrentState = raw;
-                   const auto milliseconds = static_cast<DWORD>(longest.count());
-                   now.Code = api.GetStatusChange(context, milliseconds, &now.State, 1);
-                   return now;
-                 });
+  const auto begin = api_->Now();
+  const auto told = Call<Told>(longest + answerTime_, [reader, raw = known.Raw, longest](
+                                                          const PcscApi& api, PcscContext context) {
+    Told now{.Status = {.Reader = reader, .Known = raw}};
+    const auto milliseconds = static_cast<std::uint32_t>(longest.count());
+    now.Code = api.GetStatusChange(context, milliseconds, now.Status);
+    return now;
+  });
   if (!told) return PcscResult::NoService;
   const PcscResult result = ResultOf(told->Code);
   if (result == PcscResult::Ok || result == PcscResult::Timeout) {
-    if ((told->State.dwEventState & LostStates) != 0) return PcscResult::NoReader;
-    state = StateOf(told->State);
+    if ((told->Status.Now & LostStates) != 0) return PcscResult::NoReader;
+    const bool isUnchanged = StateOf(told->Status).Raw == known.Raw;
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(begin + longest - api_->Now());
+    if (isUnchanged && left > left.zero()) api_->Pause(std::min(left, Breath));
+    state = StateOf(told->Status);
     return result;
   }
   // Nothing of a card can go wrong here: without a reader's state the service is gone.
@@ -266,11 +272,11 @@ PcscResult PcscService::Connect(const std::string& reader,
                                 std::unique_ptr<CardConnection>& connection) {
   if (!context_) return PcscResult::NoService;
   if (const PcscResult result = EstablishForCard(); result != PcscResult::Ok) return result;
-  const SCARDCONTEXT context = *std::exchange(*forCard_, std::nullopt);
+  const PcscContext context = *std::exchange(*forCard_, std::nullopt);
   const auto connected = caller_->CallWithin<Connected>(
       answerTime_, [api = api_, context, reader] { return ConnectAlone(*api, context, reader); },
       [api = api_, context](const Connected& late) {
-        DisconnectWith(*api, late, SCARD_LEAVE_CARD);
+        DisconnectWith(*api, late, CardDisposition::Leave);
         (void)api->ReleaseContext(context);
       });
   // Nothing else keeps the service from an answer for so long and lets it answer other questions.
@@ -288,7 +294,7 @@ PcscResult PcscService::Connect(const std::string& reader,
 std::optional<std::uint32_t> PcscService::DriverVersion(const std::string& reader) {
   if (!context_ || EstablishForCard() != PcscResult::Ok) return std::nullopt;
   using Version = std::optional<std::uint32_t>;
-  const SCARDCONTEXT context = *std::exchange(*forCard_, std::nullopt);
+  const PcscContext context = *std::exchange(*forCard_, std::nullopt);
   const auto version = caller_->CallWithin<Version>(
       answerTime_, [api = api_, context, reader] { return VersionWith(*api, context, reader); },
       [api = api_, context](const Version&) { (void)api->ReleaseContext(context); });
@@ -300,19 +306,19 @@ CardConnection::~CardConnection() {
   if (handle_) (void)End();
 }
 
-PcscResult CardConnection::EndBy(DWORD disposition) {
+PcscResult CardConnection::EndBy(CardDisposition disposition) {
   if (!handle_) return PcscResult::Timeout;
   const Handle handle = *std::exchange(handle_, std::nullopt);
-  const auto ended = caller_->CallWithin<LONG>(
+  const auto ended = caller_->CallWithin<PcscCode>(
       answerTime_,
       [api = api_, handle, disposition] { return api->Disconnect(handle.Card, disposition); },
-      [api = api_, handle](const LONG&) { (void)api->ReleaseContext(handle.Context); });
+      [api = api_, handle](const PcscCode&) { (void)api->ReleaseContext(handle.Context); });
   if (!ended) return PcscResult::Timeout;
   if (spare_->has_value()) {
-    (void)caller_->CallWithin<LONG>(
+    (void)caller_->CallWithin<PcscCode>(
         answerTime_,
         [api = api_, context = handle.Context] { return api->ReleaseContext(context); },
-        [](const LONG&) {});
+        [](const PcscCode&) {});
   } else {
     *spare_ = handle.Context;
   }
@@ -323,24 +329,21 @@ PcscResult CardConnection::Transmit(ByteView command, Bytes& answer) {
   answer.clear();
   if (!handle_) return PcscResult::Timeout;
   struct Exchanged {
-    LONG Code = SCARD_F_INTERNAL_ERROR;
+    PcscCode Code = PcscCode::InternalError;
     Bytes Answer{};
   };
   const auto exchange = [api = api_, handle = *handle_,
                          sent = Bytes(command.begin(), command.end())] {
-    const SCARD_IO_REQUEST request{handle.Protocol, sizeof(SCARD_IO_REQUEST)};
-    Exchanged exchanged{.Answer = Bytes(MAX_BUFFER_SIZE_EXTENDED)};
-    auto length = static_cast<DWORD>(exchanged.Answer.size());
-    exchanged.Code =
-        api->Transmit(handle.Card, &request, sent.data(), static_cast<DWORD>(sent.size()), nullptr,
-                      exchanged.Answer.data(), &length);
-    const std::size_t told = exchanged.Code == SCARD_S_SUCCESS ? length : 0;
+    Exchanged exchanged{.Answer = Bytes(LongestAnswer)};
+    std::uint32_t length = 0;
+    exchanged.Code = api->Transmit(handle.Card, handle.Protocol, sent, exchanged.Answer, length);
+    const std::size_t told = exchanged.Code == PcscCode::Success ? length : 0;
     exchanged.Answer.resize(std::min(told, exchanged.Answer.size()));
     return exchanged;
   };
   auto exchanged = caller_->CallWithin<Exchanged>(
       ExchangeTime, exchange, [api = api_, handle = *handle_](const Exchanged&) {
-        (void)api->Disconnect(handle.Card, SCARD_UNPOWER_CARD);
+        (void)api->Disconnect(handle.Card, CardDisposition::Unpower);
         (void)api->ReleaseContext(handle.Context);
       });
   if (!exchanged) {

@@ -27,23 +27,23 @@ enum class PcscResult {
   Broken,     // anything else
 };
 
-[[nodiscard]] PcscResult ResultOf(LONG code);
+[[nodiscard]] PcscResult ResultOf(PcscCode code);
 
 struct ReaderState {
   bool HasCard = false;
   bool IsHeld = false;  // a program is connected to the card
   Bytes Atr{};          // the card's answer to reset; empty where it has given none
-  DWORD Raw = SCARD_STATE_UNAWARE;
+  std::uint32_t Raw = reader_state::Unaware;
 
   // Counts how often a card came or went.
-  [[nodiscard]] DWORD Events() const { return Raw >> 16; }
+  [[nodiscard]] std::uint32_t Events() const { return Raw >> 16; }
 };
 
 class CardConnection;
 
 // A context for the next connection to a card, handed back where the last one has ended: to make
 // one costs as much as ten exchanges with a quick card.
-using SpareContext = std::shared_ptr<std::optional<SCARDCONTEXT>>;
+using SpareContext = std::shared_ptr<std::optional<PcscContext>>;
 
 // The PC/SC service over one context, which is renewed where the service was started anew. No call
 // waits without limit: one that does not return in time takes its context with it.
@@ -91,18 +91,18 @@ class PcscService {
   template <typename Result>
   [[nodiscard]] std::optional<Result> Call(
       std::chrono::milliseconds longest,
-      std::function<Result(const PcscApi& api, SCARDCONTEXT context)> call);
+      std::function<Result(const PcscApi& api, PcscContext context)> call);
   [[nodiscard]] PcscResult Establish();
   [[nodiscard]] PcscResult EstablishForCard();
-  [[nodiscard]] PcscResult EstablishInto(std::optional<SCARDCONTEXT>& context);
+  [[nodiscard]] PcscResult EstablishInto(std::optional<PcscContext>& context);
   void Release();
   [[nodiscard]] PcscResult ListOnce(std::vector<std::string>& names);
 
   std::shared_ptr<const PcscApi> api_;  // none: not installed
   std::chrono::milliseconds answerTime_;
   std::shared_ptr<BoundedCaller> caller_ = std::make_shared<BoundedCaller>();
-  std::optional<SCARDCONTEXT> context_;
-  SpareContext forCard_ = std::make_shared<std::optional<SCARDCONTEXT>>();
+  std::optional<PcscContext> context_;
+  SpareContext forCard_ = std::make_shared<std::optional<PcscContext>>();
 };
 
 // A card that this program is connected to, by a context of its own: a call that does not return
@@ -110,9 +110,9 @@ class PcscService {
 class CardConnection {
  public:
   struct Handle {
-    SCARDCONTEXT Context = 0;
-    SCARDHANDLE Card = 0;
-    DWORD Protocol = 0;
+    PcscContext Context = 0;
+    PcscCard Card = 0;
+    std::uint32_t Protocol = 0;
   };
 
   CardConnection(std::shared_ptr<const PcscApi> api, std::shared_ptr<BoundedCaller> caller,
@@ -126,19 +126,19 @@ class CardConnection {
   CardConnection(const CardConnection&) = delete;
   CardConnection& operator=(const CardConnection&) = delete;
 
-  [[nodiscard]] bool UsesT0() const { return handle_ && handle_->Protocol == SCARD_PROTOCOL_T0; }
+  [[nodiscard]] bool UsesT0() const { return handle_ && handle_->Protocol == card_protocol::T0; }
   // Ends the connection and powers the card down.
-  [[nodiscard]] PcscResult End() { return EndBy(SCARD_UNPOWER_CARD); }
+  [[nodiscard]] PcscResult End() { return EndBy(CardDisposition::Unpower); }
   // Ends the connection and resets the card without taking its power away. To stay connected over
   // the reset would be to wait for whoever waits for the card meanwhile.
-  [[nodiscard]] PcscResult EndByReset() { return EndBy(SCARD_RESET_CARD); }
+  [[nodiscard]] PcscResult EndByReset() { return EndBy(CardDisposition::Reset); }
   // Ends the connection and leaves the card as it is.
-  [[nodiscard]] PcscResult Leave() { return EndBy(SCARD_LEAVE_CARD); }
+  [[nodiscard]] PcscResult Leave() { return EndBy(CardDisposition::Leave); }
   // One command as it is, and the card's answer.
   [[nodiscard]] PcscResult Transmit(ByteView command, Bytes& answer);
 
  private:
-  [[nodiscard]] PcscResult EndBy(DWORD disposition);
+  [[nodiscard]] PcscResult EndBy(CardDisposition disposition);
 
   std::shared_ptr<const PcscApi> api_;
   std::shared_ptr<BoundedCaller> caller_;

@@ -60,7 +60,7 @@ class ReaderLink final : public TerminalLink {
   std::optional<PortTroubleKind>& trouble_;
   std::chrono::steady_clock::time_point seenAt_;  // when the service last told of it
   std::unique_ptr<CardConnection> card_;          // none: no active card
-  DWORD eventsAtActivation_ = 0;
+  std::uint32_t eventsAtActivation_ = 0;
   Bytes atr_;
   bool isMemory_ = false;
   bool isCardUsed_ = false;  // since its activation

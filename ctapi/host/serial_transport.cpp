@@ -1,9 +1,8 @@
 #include "host/serial_transport.h"
 
-#include <cstdlib>
-
 #include "host/serial_device.h"
 #include "host/serial_link.h"
+#include "protocol/environment.h"
 
 namespace ctapi::host {
 
@@ -33,7 +32,7 @@ const std::string* SerialTransport::DeviceAt(std::size_t index) {
 }
 
 const ComTable& SerialTransport::Table() {
-  if (const char* const given = std::getenv(ComTableVariable)) {
+  if (const auto given = EnvironmentText(ComTableVariable)) {
     if (text_ != given) {
       text_ = given;
       table_ = ParseComTable(*text_);

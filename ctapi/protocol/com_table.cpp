@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
 #include <set>
 #include <system_error>
 #include <tuple>
@@ -32,12 +31,6 @@ ComTable ParseComTable(std::string_view text) {
     table.emplace(number, entry.substr(sign + 1));
   }
   return table;
-}
-
-std::string DeviceFileOf(const std::string& path) {
-  std::error_code error;
-  const std::filesystem::path file = std::filesystem::canonical(path, error);
-  return error ? path : file.string();
 }
 
 ComTable MakeComTable(const std::vector<ComDevice>& devices, const ComTable& overrides) {

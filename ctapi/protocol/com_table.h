@@ -9,7 +9,8 @@
 // Which serial device is COM n.
 namespace ctapi {
 
-using ComTable = std::map<int, std::string>;  // number from 1 on, device file
+// Number from 1 on, and the device file or, on Windows, the system's name of the port ("COM3").
+using ComTable = std::map<int, std::string>;
 
 // The environment variable by which a program hands its table to the CT-API library.
 inline constexpr const char* ComTableVariable = "KARTOCHECK_COM_PORTS";
@@ -21,16 +22,17 @@ inline constexpr const char* ComTableVariable = "KARTOCHECK_COM_PORTS";
 
 // A serial device of the machine.
 struct ComDevice {
-  std::string Path{};                  // device file
-  std::optional<int> BuiltInNumber{};  // 1 for the first built-in port; none for USB devices
-  std::string Identification{};        // USB vendor, product, serial number and names
+  std::string Path{};  // as in a ComTable
+  // 1 for the first built-in port; none for USB devices, but on Windows, which numbers them all.
+  std::optional<int> BuiltInNumber{};
+  std::string Identification{};  // USB vendor, product, serial number and names
 };
 
 // The devices behind which there is hardware, in no particular order.
 [[nodiscard]] std::vector<ComDevice> FindComDevices();
 
-// The device file that a path leads to: devices are known by links as well. The path itself where
-// there is no such file.
+// The device file that a path leads to: devices are known by links as well, on Windows by names in
+// other letters. The path itself where there is no such file.
 [[nodiscard]] std::string DeviceFileOf(const std::string& path);
 
 // COM n is the built-in port n where there is one; the free numbers from 1 on go to the USB devices

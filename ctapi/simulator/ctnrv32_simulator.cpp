@@ -1,9 +1,10 @@
 #include <cstdio>
-#include <cstdlib>
 #include <exception>
 #include <optional>
+#include <string>
 
 #include "ctnrv32.h"
+#include "protocol/environment.h"
 #include "simulator/scenario.h"
 
 // The C entry points of CTNRV32 over a simulated practice. The environment variable
@@ -13,13 +14,13 @@ namespace {
 constexpr const char* ScenarioVariable = "KARTOCHECK_SCENARIO";
 
 std::optional<ctapi::SimulatedPractice> LoadNamedScenario() {
-  const char* const file = std::getenv(ScenarioVariable);
-  if (file == nullptr || *file == '\0') {
+  const std::string file = ctapi::EnvironmentText(ScenarioVariable).value_or("");
+  if (file.empty()) {
     std::fprintf(stderr, "CTNRV32 (simulator): %s names no scenario file\n", ScenarioVariable);
     return std::nullopt;
   }
   try {
-    return ctapi::LoadScenario(file);
+    return ctapi::LoadScenario(std::u8string(file.begin(), file.end()));
   } catch (const std::exception& error) {
     std::fprintf(stderr, "CTNRV32 (simulator): %s\n", error.what());
     return std::nullopt;

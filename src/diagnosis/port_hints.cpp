@@ -19,26 +19,21 @@ QString PermissionHint(const PortTrouble& trouble) {
          u" aufnehmen und melden Sie sich neu an.";
 }
 
-QString Packages(const SystemNames& names) {
-  return u"die Pakete " + Quoted(names.ServicePackage) + u" und " + Quoted(names.DriverPackage);
-}
-
 }  // namespace
 
 QString PortHint(const PortTrouble& trouble) {
-  const SystemNames names = NamesOfThisSystem();
+  const ReaderServiceAdvice advice = AdviceOfThisSystem();
   switch (trouble.Kind) {
     case PortTroubleKind::None:
       break;
     case PortTroubleKind::NotInstalled:
-      return u"PC/SC ist nicht installiert. Installieren Sie " + Packages(names) + u'.';
+      return advice.NotInstalled;
     case PortTroubleKind::NoService:
-      return u"Der Kartenleser-Dienst läuft nicht. Starten Sie ihn mit " +
-             Quoted(names.StartService) + u"; fehlt er, installieren Sie " + Packages(names) + u'.';
+      return advice.NotRunning;
     case PortTroubleKind::NoReader:
-      return u"Der Kartenleser-Dienst kennt keinen Kartenleser. Stecken Sie den Leser an und "
-             u"installieren Sie seinen Treiber (meist das Paket " +
-             Quoted(names.DriverPackage) + u").";
+      return advice.NoReader;
+    case PortTroubleKind::ServiceRefuses:
+      return advice.Refuses;
     case PortTroubleKind::CardHeld:
       return QStringLiteral(
           "Ein anderes Programm benutzt die Karte im Kartenleser. Beenden Sie es und versuchen Sie "
@@ -53,10 +48,6 @@ QString PortHint(const PortTrouble& trouble) {
       return QStringLiteral(
           "Der Kartenleser wurde während der Benutzung abgezogen. Stecken Sie ihn wieder an und "
           "versuchen Sie es noch einmal.");
-    case PortTroubleKind::ServiceRefuses:
-      return QStringLiteral(
-          "Der Kartenleser-Dienst läuft, weist Sie aber ab. Arbeiten Sie in einer Sitzung am "
-          "Rechner selbst oder bitten Sie Ihre Systemverwaltung um dieses Recht.");
   }
   return {};
 }

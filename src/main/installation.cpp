@@ -3,27 +3,46 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include "platform/system_layout.h"
+
 namespace kartocheck {
 
 namespace {
 
-constexpr QStringView PrivateDirectory = u"/lib/kartocheck";
+QString InDirectory(const QString& programDirectory, QStringView directory) {
+  return QDir::cleanPath(programDirectory + u'/' + directory);
+}
 
 QString InPrivateDirectory(const QString& programDirectory, QStringView fileName) {
-  return QDir::cleanPath(programDirectory + u"/.." + PrivateDirectory + u'/' + fileName);
+  const QStringView directory = LayoutOfThisSystem().PrivateDirectory;
+  return InDirectory(programDirectory, directory) + u'/' + fileName;
 }
 
 // Beside the program where it was built, in its private directory where it is installed.
-QString PartOfProgram(const QString& programDirectory, QStringView fileName) {
-  const QString beside = QDir(programDirectory).filePath(fileName.toString());
+QString PartOfProgram(const QString& programDirectory, QStringView name) {
+  const QString fileName = name + LayoutOfThisSystem().ProgramSuffix;
+  const QString beside = QDir(programDirectory).filePath(fileName);
   return QFileInfo::exists(beside) ? beside : InPrivateDirectory(programDirectory, fileName);
+}
+
+QString LibraryIn(LibraryPlace place, const QString& programDirectory) {
+  const QString fileName = LayoutOfThisSystem().LibraryFile.toString();
+  switch (place) {
+    case LibraryPlace::ProgramDirectory:
+      return QDir(programDirectory).filePath(fileName);
+    case LibraryPlace::PrivateDirectory:
+      return InPrivateDirectory(programDirectory, fileName);
+    case LibraryPlace::SearchPath:
+      break;
+  }
+  return fileName;
 }
 
 }  // namespace
 
 QString ProgramDirectoryOfPart(const QString& directoryOfPart) {
-  if (!directoryOfPart.endsWith(PrivateDirectory)) return directoryOfPart;
-  return directoryOfPart.chopped(PrivateDirectory.size()) + u"/bin";
+  if (!directoryOfPart.endsWith(u"/lib/kartocheck")) return directoryOfPart;
+  return InDirectory(directoryOfPart, LayoutOfThisSystem().ProgramDirectory);
 }
 
 QString HelperProgram(const QString& programDirectory) {
@@ -39,15 +58,16 @@ QString NamedLibrary(const QString& name) {
   return file.isFile() ? file.absoluteFilePath() : name;
 }
 
-QStringList CtApiCandidates(const QString& programDirectory, QStringView fileName) {
-  const QDir directory(programDirectory);
-  return {directory.filePath(fileName.toString()), InPrivateDirectory(programDirectory, fileName),
-          fileName.toString()};
+QStringList CtApiCandidates(const QString& programDirectory) {
+  QStringList candidates;
+  for (const LibraryPlace place : LayoutOfThisSystem().LibraryPlaces) {
+    candidates.append(LibraryIn(place, programDirectory));
+  }
+  return candidates;
 }
 
 QStringList DataDirectories(const QString& programDirectory) {
-  return {programDirectory,
-          QDir::cleanPath(QDir(programDirectory).filePath(QStringLiteral("../share/kartocheck")))};
+  return {programDirectory, InDirectory(programDirectory, LayoutOfThisSystem().DataDirectory)};
 }
 
 std::optional<QString> ScenarioFile(const QString& programDirectory, const QString& nameOrPath) {

@@ -25,9 +25,9 @@ namespace kartocheck {
 // system's search path has its turn where there is none.
 [[nodiscard]] QString NamedLibrary(const QString& name);
 
-// Where the CT-API library is looked for, in this order: the program's directory, its private
-// library directory, the system's search path.
-[[nodiscard]] QStringList CtApiCandidates(const QString& programDirectory, QStringView fileName);
+// Where the CT-API library is looked for, in the order of the system's custom: the program's
+// directory first, then its private library directory and the system's search path.
+[[nodiscard]] QStringList CtApiCandidates(const QString& programDirectory);
 
 // Directories of data files: the program's own, then the installed data directory.
 [[nodiscard]] QStringList DataDirectories(const QString& programDirectory);

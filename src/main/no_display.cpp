@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "console/console_run.h"
+#include "platform/plain_message.h"
 
 namespace kartocheck {
 
@@ -28,8 +29,9 @@ void Take(QtMsgType type, const QMessageLogContext& context, const QString& text
     held.append(qFormatLogMessage(type, context, text));
     return;
   }
-  std::cerr
-      << "KartoCheck: Hier lässt sich kein Fenster öffnen. Ohne Fenster: kartocheck --console\n";
+  TellPlainly(StandardStream::Error,
+              QStringLiteral("KartoCheck: Hier lässt sich kein Fenster öffnen. Ohne Fenster: "
+                             "kartocheck --console"));
   TellHeld();
   std::cerr.flush();
   std::_Exit(exit_status::UsageOrFatal);

@@ -1,5 +1,6 @@
 #include "main/outside.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <stdexcept>
@@ -8,8 +9,8 @@
 
 #include "main/installation.h"
 #include "platform/machine_port_directory.h"
+#include "platform/machine_serial_port.h"
 #include "platform/qt/ct_api_library.h"
-#include "platform/qt/qt_serial_port.h"
 #include "platform/serial_port_directory.h"
 #include "platform/simulated/ct_api_simulated.h"
 #include "platform/simulated/serial_port_simulated.h"
@@ -29,8 +30,11 @@ QStringList SchemaDirectoriesOf(const CommandLine& line, const QString& programD
 }
 
 QStringList Candidates(const CommandLine& line, const QString& programDirectory) {
-  if (line.ctApi) return {NamedLibrary(*line.ctApi)};
-  return CtApiCandidates(programDirectory, CtApiLibrary::FileName);
+  QStringList candidates =
+      line.ctApi ? QStringList{NamedLibrary(*line.ctApi)} : CtApiCandidates(programDirectory);
+  // As the system's loader takes them, and its users read them.
+  for (QString& candidate : candidates) candidate = QDir::toNativeSeparators(candidate);
+  return candidates;
 }
 
 }  // namespace
@@ -55,7 +59,9 @@ void Outside::Simulate(const QString& scenario, const QString& programDirectory)
   api_ = std::make_unique<CtApiSimulated>(practice_);
   serial_ = std::make_unique<SerialPortSimulated>(practice_);
   directory_ = std::make_unique<PortDirectorySimulated>(practice_);
-  libraryText_ = [text = QString(u"Simulation (" + *file + u')')] { return text; };
+  libraryText_ = [text = QString(u"Simulation (" + QDir::toNativeSeparators(*file) + u')')] {
+    return text;
+  };
 }
 
 void Outside::UseMachine(const CommandLine& line, const QString& programDirectory) {
@@ -73,7 +79,7 @@ void Outside::UseMachine(const CommandLine& line, const QString& programDirector
   beginLoading_ = [&loaded] { loaded.BeginLoading(); };
   libraryText_ = [&loaded] { return loaded.LoadedFile(); };
   api_ = std::move(library);
-  serial_ = std::make_unique<QtSerialPort>(table);
+  serial_ = MachineSerialPort(table);
   directory_ =
       std::make_unique<MachinePortDirectory>(std::make_unique<SerialPortDirectory>(devices, table),
                                              [&loaded](int pn) { return loaded.InfoOf(pn); });

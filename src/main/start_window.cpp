@@ -10,6 +10,7 @@
 #include "main/failure_memory.h"
 #include "main/no_display.h"
 #include "platform/qt/qt_event_loop.h"
+#include "platform/system_names.h"
 #include "platform/termination_signal.h"
 #include "ui/form_first_user.h"
 #include "ui/form_mkt_test.h"
@@ -50,7 +51,8 @@ std::unique_ptr<QCoreApplication> MakeWindowApplication(int& argc, char** argv) 
 }
 
 std::unique_ptr<QCoreApplication> MakeFontApplication(int& argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QString platform = PlatformWithoutDisplay();
+  if (!platform.isEmpty()) qputenv("QT_QPA_PLATFORM", platform.toLatin1());
   return std::make_unique<QGuiApplication>(argc, argv);
 }
 

@@ -1,12 +1,12 @@
 #include "diagnosis/library_fault_text.h"
 
-#include <csignal>
 #include <gtest/gtest.h>
 #include <ostream>
 #include <vector>
 
 #include "support/printing.h"
 #include "support/sentence_name.h"
+#include "support/system.h"
 
 namespace kartocheck::test {
 namespace {
@@ -28,6 +28,16 @@ TEST_P(LibraryFaultTextTest, Text) {
 }
 
 using enum LibraryFaultKind;
+
+TEST(CrashTextTest, NamesTheCrash) {
+  EXPECT_EQ(LibraryFaultText({EndedBySignal, {}, MemoryFault()}),
+            u"Die CT-API-Bibliothek ist abgestürzt (" + NameOfMemoryFault() + u").");
+}
+
+TEST(CrashTextTest, TellsTheNumberOfAnUnknownOne) {
+  EXPECT_EQ(LibraryFaultText({EndedBySignal, {}, 4711}),
+            u"Die CT-API-Bibliothek ist abgestürzt (" + NameOfUnknownCrash() + u").");
+}
 
 INSTANTIATE_TEST_SUITE_P(
     Diagnosis, LibraryFaultTextTest,
@@ -58,12 +68,6 @@ INSTANTIATE_TEST_SUITE_P(
          {Overrun},
          u"Die CT-API-Bibliothek hat außerhalb ihres Antwortpuffers geschrieben."},
         {"an exception", {Threw}, u"Die CT-API-Bibliothek hat eine C++-Ausnahme ausgelöst."},
-        {"a signal",
-         {EndedBySignal, {}, SIGSEGV},
-         u"Die CT-API-Bibliothek ist abgestürzt (SIGSEGV)."},
-        {"a signal without a name",
-         {EndedBySignal, {}, 4711},
-         u"Die CT-API-Bibliothek ist abgestürzt (Signal 4711)."},
         {"an exit status",
          {EndedWithStatus, {}, 3},
          u"Die CT-API-Bibliothek hat ihren Prozess beendet (Exit-Status 3)."},

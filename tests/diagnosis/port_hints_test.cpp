@@ -27,17 +27,6 @@ INSTANTIATE_TEST_SUITE_P(
     Diagnosis, PortHintTest,
     testing::Values(
         Row{"nothing is in the way", {}, u""},
-        Row{"PC/SC is not installed",
-            {.Kind = PortTroubleKind::NotInstalled},
-            u"PC/SC ist nicht installiert. Installieren Sie die Pakete \"pcscd\" und \"libccid\"."},
-        Row{"the service does not run",
-            {.Kind = PortTroubleKind::NoService},
-            u"Der Kartenleser-Dienst läuft nicht. Starten Sie ihn mit \"sudo systemctl start "
-            u"pcscd\"; fehlt er, installieren Sie die Pakete \"pcscd\" und \"libccid\"."},
-        Row{"the service knows no reader",
-            {.Kind = PortTroubleKind::NoReader},
-            u"Der Kartenleser-Dienst kennt keinen Kartenleser. Stecken Sie den Leser an und "
-            u"installieren Sie seinen Treiber (meist das Paket \"libccid\")."},
         Row{"the card is held",
             {.Kind = PortTroubleKind::CardHeld},
             u"Ein anderes Programm benutzt die Karte im Kartenleser. Beenden Sie es und versuchen "
@@ -65,11 +54,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"the reader was unplugged",
             {.Kind = PortTroubleKind::ReaderGone},
             u"Der Kartenleser wurde während der Benutzung abgezogen. Stecken Sie ihn wieder an und "
-            u"versuchen Sie es noch einmal."},
-        Row{"the service refuses the user",
-            {.Kind = PortTroubleKind::ServiceRefuses},
-            u"Der Kartenleser-Dienst läuft, weist Sie aber ab. Arbeiten Sie in einer Sitzung am "
-            u"Rechner selbst oder bitten Sie Ihre Systemverwaltung um dieses Recht."}),
+            u"versuchen Sie es noch einmal."}),
     SentenceName());
 
 TEST(PortHintsTest, EveryTroubleHasItsOwn) {

@@ -4,7 +4,6 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
 
@@ -13,6 +12,7 @@
 #include "gui/support/window_visitor.h"
 #include "support/misbehaviour.h"
 #include "support/printing.h"
+#include "support/system.h"
 
 // The window over a library that hangs or dies, see modules/misbehaving_library.cpp of the helper.
 
@@ -50,12 +50,12 @@ class LateCallTest : public testing::Test, public LibraryProgram {
  protected:
   explicit LateCallTest(milliseconds patience = milliseconds(50))
       : LibraryProgram(MISBEHAVING_LIBRARY, patience) {
-    ::setenv("ASAN_OPTIONS", SanitizersLookAway, 1);
-    ::setenv("KARTOCHECK_SCENARIO", KARTOCHECK_SCENARIOS "/kvk-60.json", 1);
+    qputenv("ASAN_OPTIONS", SanitizersLookAway);
+    qputenv("KARTOCHECK_SCENARIO", KARTOCHECK_SCENARIOS "/kvk-60.json");
   }
-  ~LateCallTest() override { ::unsetenv("KARTOCHECK_MISBEHAVIOUR"); }
+  ~LateCallTest() override { qunsetenv("KARTOCHECK_MISBEHAVIOUR"); }
 
-  static void Misbehave(const char* plan) { ::setenv("KARTOCHECK_MISBEHAVIOUR", plan, 1); }
+  static void Misbehave(const char* plan) { qputenv("KARTOCHECK_MISBEHAVIOUR", plan); }
 
   // Does something each time that a call has become late.
   void WhenLate(const std::function<void()>& act) {
@@ -168,7 +168,7 @@ TEST_F(LateCallTest, ClosingTheWindowDoesNotWaitForEver) {
 
 // The data of a stored record stand in the window behind the fatal message.
 TEST_F(LateCallTest, WhatWasReadIsShownBehindTheFatalMessage) {
-  ::setenv("KARTOCHECK_SCENARIO", KARTOCHECK_SCENARIOS "/kvk-gespeichert.json", 1);
+  qputenv("KARTOCHECK_SCENARIO", KARTOCHECK_SCENARIOS "/kvk-gespeichert.json");
   constexpr auto AtErase = "data 11 crash";
   Misbehave(AtErase);
   QString shown;
@@ -179,7 +179,8 @@ TEST_F(LateCallTest, WhatWasReadIsShownBehindTheFatalMessage) {
                           }});
   EXPECT_THROW(flow.Button(static_cast<int>(Action::ReadCard)), Terminated);
   EXPECT_EQ(shown, u"Größl");
-  EXPECT_EQ(fault, (LibraryFault{.Kind = LibraryFaultKind::EndedBySignal, .Number = SIGSEGV}));
+  EXPECT_EQ(fault,
+            (LibraryFault{.Kind = LibraryFaultKind::EndedBySignal, .Number = MemoryFault()}));
 }
 
 }  // namespace

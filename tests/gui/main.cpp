@@ -1,26 +1,19 @@
 #include <QApplication>
 
 #include <algorithm>
-#include <array>
 #include <gtest/gtest.h>
 
+#include "support/system.h"
 #include "ui/german_texts.h"
 #include "ui/readable_style.h"
 
 namespace {
 
-// What Qt's offscreen platform and a machine without a session have to say about themselves.
-constexpr std::array<QStringView, 4> Harmless{
-    u"This plugin does not support propagateSizeHints()",
-    u"This plugin does not support raise()",
-    u"This plugin does not support grabbing the keyboard",
-    u"QStandardPaths: XDG_RUNTIME_DIR not set",
-};
-
 // A warning of Qt is a mistake in how the window uses it.
 void FailOnWarning(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
-  const bool harmless = std::any_of(Harmless.begin(), Harmless.end(),
-                                    [&](QStringView known) { return text.startsWith(known); });
+  static const QStringList known = kartocheck::test::HarmlessWarnings();
+  const bool harmless = std::any_of(known.begin(), known.end(),
+                                    [&](const QString& each) { return text.startsWith(each); });
   if (type != QtDebugMsg && type != QtInfoMsg && !harmless) {
     ADD_FAILURE() << "Qt warns: " << text.toStdString();
   }
@@ -32,7 +25,10 @@ int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   // Whatever the machine's locale is: Qt warns of one that is not UTF-8.
   qputenv("LC_ALL", "C.UTF-8");
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QByteArray platform = kartocheck::test::PlatformOfTests();
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !platform.isEmpty()) {
+    qputenv("QT_QPA_PLATFORM", platform);
+  }
   qInstallMessageHandler(FailOnWarning);
   QApplication application(argc, argv);
   kartocheck::InstallReadableStyle(QStringLiteral("fusion"));

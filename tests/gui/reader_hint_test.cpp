@@ -18,6 +18,7 @@ namespace kartocheck::test {
 namespace {
 
 using ctapi::host::HostLibrary;
+using ctapi::host::PcscCode;
 using ctapi::host::PcscTransport;
 using ctapi::host::ServedPorts;
 using ctapi::host::test::HostLibraryApi;
@@ -58,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(
                    u"\"libccid\"."},
         TroubleRow{"the service does not run",
                    [](auto& pcsc) {
-                     pcsc.Established = SCARD_E_NO_SERVICE;
+                     pcsc.Established = PcscCode::NoService;
                      return pcsc.Api();
                    },
                    u"Der Kartenleser-Dienst läuft nicht. Starten Sie ihn mit \"sudo systemctl "

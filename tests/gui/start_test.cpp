@@ -8,7 +8,6 @@
 #include <QTest>
 #include <QTimer>
 
-#include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
 
@@ -19,6 +18,7 @@
 #include "platform/simulated/serial_port_simulated.h"
 #include "simulator/simulated_practice.h"
 #include "support/printing.h"
+#include "support/system.h"
 
 // The program from its start to its end, with its real event loop.
 
@@ -106,13 +106,13 @@ TEST_F(StartTest, ContinueEscapeAndCloseBoxLeadToTheMainWindow) {
 }
 
 TEST_F(StartTest, TheSystemEndsTheProgramInTheUserInformation) {
-  EXPECT_EQ(Run({{FirstUser, [](QWidget& /*window*/) { std::raise(SIGTERM); }}}), EXIT_SUCCESS);
+  EXPECT_EQ(Run({{FirstUser, [](QWidget& /*window*/) { AskToEnd(); }}}), EXIT_SUCCESS);
   EXPECT_EQ(seen, QStringList{FirstUser});
 }
 
 TEST_F(StartTest, TheSystemEndsTheProgramInTheMainWindow) {
   EXPECT_EQ(Run({{FirstUser, [](QWidget& window) { window.close(); }},
-                 {MainWindow, [](QWidget& /*window*/) { std::raise(SIGTERM); }}}),
+                 {MainWindow, [](QWidget& /*window*/) { AskToEnd(); }}}),
             EXIT_SUCCESS);
 }
 

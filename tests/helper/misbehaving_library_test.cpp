@@ -3,13 +3,11 @@
 
 #include <array>
 #include <chrono>
-#include <csignal>
-#include <cstdlib>
 #include <gtest/gtest.h>
-#include <ostream>
 #include <string>
 #include <vector>
 
+#include "helper/misbehaviours.h"
 #include "protocol/return_code.h"
 #include "support/loaded_library.h"
 #include "support/misbehaviour.h"
@@ -27,11 +25,11 @@ using std::chrono::milliseconds;
 class Misbehaviour {
  public:
   explicit Misbehaviour(const std::string& plan) {
-    ::setenv("ASAN_OPTIONS", SanitizersLookAway, 1);
-    ::setenv("KARTOCHECK_SCENARIO", KVK_SCENARIO, 1);
-    ::setenv("KARTOCHECK_MISBEHAVIOUR", plan.c_str(), 1);
+    qputenv("ASAN_OPTIONS", SanitizersLookAway);
+    qputenv("KARTOCHECK_SCENARIO", KVK_SCENARIO);
+    qputenv("KARTOCHECK_MISBEHAVIOUR", plan.c_str());
   }
-  ~Misbehaviour() { ::unsetenv("KARTOCHECK_MISBEHAVIOUR"); }
+  ~Misbehaviour() { qunsetenv("KARTOCHECK_MISBEHAVIOUR"); }
   Misbehaviour(const Misbehaviour&) = delete;
   Misbehaviour& operator=(const Misbehaviour&) = delete;
 };
@@ -69,16 +67,6 @@ void ExpectThatTheNextStartWorks() {
   EXPECT_EQ(CallAll(library), 0);
 }
 
-struct FaultRow {
-  const char* plan;
-  LibraryFaultKind kind;
-  int number = 0;
-
-  friend std::ostream& operator<<(std::ostream& out, const FaultRow& row) {
-    return out << row.plan;
-  }
-};
-
 class LibraryFaultTest : public testing::TestWithParam<FaultRow> {};
 
 TEST_P(LibraryFaultTest, IsToldWithItsReason) {
@@ -97,53 +85,7 @@ TEST_P(LibraryFaultTest, IsToldWithItsReason) {
   ExpectThatTheNextStartWorks();
 }
 
-constexpr auto BySignal = LibraryFaultKind::EndedBySignal;
-constexpr auto WithStatus = LibraryFaultKind::EndedWithStatus;
-constexpr auto Overrun = LibraryFaultKind::Overrun;
-
-INSTANTIATE_TEST_SUITE_P(Helper, LibraryFaultTest,
-                         testing::ValuesIn(std::vector<FaultRow>{
-                             {"load 1 crash", BySignal, SIGSEGV},
-                             {"load 1 exit-3", WithStatus, 3},
-                             {"load 1 throw", BySignal, SIGABRT},
-                             {"init 1 crash", BySignal, SIGSEGV},
-                             {"baud 1 crash", BySignal, SIGSEGV},
-                             {"data 1 crash", BySignal, SIGSEGV},
-                             {"close 1 crash", BySignal, SIGSEGV},
-                             {"init 1 exit", WithStatus, 0},
-                             {"baud 1 exit", WithStatus, 0},
-                             {"close 1 exit", WithStatus, 0},
-                             {"data 1 abort", BySignal, SIGABRT},
-                             {"data 1 divide", BySignal, SIGFPE},
-                             {"data 1 illegal", BySignal, SIGILL},
-                             {"data 1 bus", BySignal, SIGBUS},
-                             {"data 1 kill", BySignal, SIGKILL},
-                             {"data 1 overflow", BySignal, SIGSEGV},
-                             {"data 1 double-free", BySignal, SIGABRT},
-                             {"data 1 alarm", BySignal, SIGALRM},
-                             {"data 1 exit", WithStatus, 0},
-                             {"data 1 exit-3", WithStatus, 3},
-                             {"data 1 quick-exit", WithStatus, 4},
-                             {"data 1 underscore-exit", WithStatus, 5},
-                             {"data 1 exit-in-thread", WithStatus, 6},
-                             {"data 1 crash-in-thread", BySignal, SIGSEGV},
-                             {"data 1 throw-in-thread", BySignal, SIGABRT},
-                             {"data 1 parent-leaves", WithStatus, 7},
-                             {"data 1 close-descriptors", WithStatus, 0},
-                             {"data 1 close-upper-descriptors", WithStatus, 0},
-                             {"init 1 throw", LibraryFaultKind::Threw},
-                             {"baud 1 throw", LibraryFaultKind::Threw},
-                             {"data 1 throw", LibraryFaultKind::Threw},
-                             {"data 1 throw-int", LibraryFaultKind::Threw},
-                             {"close 1 throw", LibraryFaultKind::Threw},
-                             {"data 1 write-behind", Overrun},
-                             {"data 1 write-far-behind", Overrun},
-                             {"data 1 write-64k", Overrun},
-                             {"data 1 write-before", Overrun},
-                             {"data 1 write-far-before", Overrun},
-                             {"data 1 write-to-all", LibraryFaultKind::Garbled},
-                         }),
-                         SentenceName());
+INSTANTIATE_TEST_SUITE_P(Helper, LibraryFaultTest, testing::ValuesIn(FaultRows()), SentenceName());
 
 class HarmlessLibraryTest : public testing::TestWithParam<const char*> {};
 
@@ -158,13 +100,7 @@ TEST_P(HarmlessLibraryTest, IsNotFeltByTheProgram) {
   ExpectThatTheNextStartWorks();
 }
 
-INSTANTIATE_TEST_SUITE_P(Helper, HarmlessLibraryTest,
-                         testing::Values("data 1 print", "data 1 flood", "data 1 close-output",
-                                         "data 1 fork", "init 1 fork", "data 1 block-signals",
-                                         "data 1 ignore-signals", "data 1 change-directory",
-                                         "data 1 change-locale", "data 1 clear-environment",
-                                         "data 1 change-mask", "data 1 no-more-descriptors",
-                                         "data 1 hang-at-end", "data 1 crash-at-end"),
+INSTANTIATE_TEST_SUITE_P(Helper, HarmlessLibraryTest, testing::ValuesIn(HarmlessDeeds()),
                          SentenceName());
 
 class HangingLibraryTest : public testing::TestWithParam<const char*> {};
@@ -172,7 +108,7 @@ class HangingLibraryTest : public testing::TestWithParam<const char*> {};
 // The event loop runs, the call is told to be late, and given up when asked.
 TEST_P(HangingLibraryTest, IsGivenUp) {
   const Misbehaviour misbehaviour(GetParam());
-  PendingCall pending(milliseconds(60));
+  PendingCall pending(LongestStart());
   CtApiLibrary library = Misbehaving(pending);
   std::vector<bool> seen;
   int ticks = 0;
@@ -194,16 +130,12 @@ TEST_P(HangingLibraryTest, IsGivenUp) {
   EXPECT_EQ(library.Close(1), ctapi::code::HtsiError);
   EXPECT_EQ(library.InfoOf(1).Name, "");
 
-  ::setenv("KARTOCHECK_MISBEHAVIOUR", "none 0 none", 1);
+  qputenv("KARTOCHECK_MISBEHAVIOUR", "none 0 none");
   EXPECT_EQ(CallAll(library), 0) << "the next open starts a new one";
   EXPECT_EQ(seen.size(), 3U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Helper, HangingLibraryTest,
-                         testing::Values("load 1 wait", "init 1 sleep", "init 1 wait",
-                                         "baud 1 wait", "data 1 sleep", "data 1 wait",
-                                         "data 1 spin", "data 1 stop", "data 1 deaf",
-                                         "data 1 read-input-for-ever", "close 1 wait"),
+INSTANTIATE_TEST_SUITE_P(Helper, HangingLibraryTest, testing::ValuesIn(HangingDeeds()),
                          SentenceName());
 
 TEST(PendingCallTest, IsGivenUpByItselfOnceTheProgramIsToEnd) {
@@ -235,7 +167,7 @@ TEST_P(PortInfoFaultTest, LeavesThePortWithoutAName) {
   CtApiLibrary library = Misbehaving(pending);
   ASSERT_EQ(library.Init(1, 1), 0);
   EXPECT_EQ(library.InfoOf(1).Name, "");
-  ::setenv("KARTOCHECK_MISBEHAVIOUR", "none 0 none", 1);
+  qputenv("KARTOCHECK_MISBEHAVIOUR", "none 0 none");
   EXPECT_EQ(CallAll(library), 0);
 }
 

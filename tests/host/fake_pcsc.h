@@ -21,29 +21,32 @@ class FakePcsc {
     bool HasCard = true;
     bool IsMute = false;
     bool IsHeld = false;
-    DWORD OtherState = 0;  // told besides
-    DWORD Events = 1;
+    std::uint32_t OtherState = 0;  // told besides
+    std::uint32_t Events = 1;
     Bytes Atr = *BytesFromHex("3B 80 80 01 01");
-    DWORD Protocol = SCARD_PROTOCOL_T1;
+    std::uint32_t Protocol = card_protocol::T1;
   };
-  using Transmission = std::function<LONG(const Bytes& command, Bytes& answer)>;
+  using Transmission = std::function<PcscCode(const Bytes& command, Bytes& answer)>;
 
   std::map<std::string, Reader> Readers{{"Reader One 00 00", {}}};
-  LONG Established = SCARD_S_SUCCESS;
-  LONG Listed = SCARD_S_SUCCESS;
-  LONG Connected = SCARD_S_SUCCESS;
-  LONG Disconnected = SCARD_S_SUCCESS;
-  LONG StateAsked = SCARD_S_SUCCESS;
-  LONG Attribute = SCARD_S_SUCCESS;
+  PcscCode Established = PcscCode::Success;
+  PcscCode Listed = PcscCode::Success;
+  PcscCode Connected = PcscCode::Success;
+  PcscCode Disconnected = PcscCode::Success;
+  PcscCode StateAsked = PcscCode::Success;
+  PcscCode Attribute = PcscCode::Success;
   Transmission OnTransmit = [](const Bytes&, Bytes& answer) {
     answer = {0x90, 0x00};
-    return SCARD_S_SUCCESS;
+    return PcscCode::Success;
   };
   // Called with each wait; the time has passed already.
   std::function<void()> WhileWaiting = [] {};
 
   std::function<void()> WhileConnecting = [] {};
   std::function<void()> WhileDisconnecting = [] {};
+
+  // A service that does not wait for a change of state.
+  bool ReturnsAtOnce = false;
 
   int StateQuestions = 0;
   int EndlessWaits = 0;            // connections to a reader that another program holds
@@ -52,115 +55,117 @@ class FakePcsc {
   std::vector<Bytes> Sent;
   int Contexts = 0;
   int Released = 0;  // contexts
-  std::vector<DWORD> Waits;
+  std::vector<std::uint32_t> Waits;
   std::chrono::steady_clock::time_point Time{};
 
   [[nodiscard]] PcscApi Api() {
     PcscApi api;
     api.Now = [this] { return Time; };
-    api.EstablishContext = [this](DWORD, LPCVOID, LPCVOID, LPSCARDCONTEXT context) {
-      if (Established != SCARD_S_SUCCESS) return Established;
-      *context = ++Contexts;
-      return SCARD_S_SUCCESS;
+    api.Pause = [this](std::chrono::milliseconds time) { Time += time; };
+    api.EstablishContext = [this](PcscContext& context) {
+      if (Established != PcscCode::Success) return Established;
+      context = static_cast<PcscContext>(++Contexts);
+      return PcscCode::Success;
     };
-    api.ReleaseContext = [this](SCARDCONTEXT) {
+    api.ReleaseContext = [this](PcscContext) {
       ++Released;
-      return SCARD_S_SUCCESS;
+      return PcscCode::Success;
     };
-    api.ListReaders = [this](SCARDCONTEXT, LPCSTR, LPSTR names, LPDWORD length) {
+    api.ListReaders = [this](PcscContext, std::span<char> names, std::uint32_t& length) {
       return List(names, length);
     };
-    api.GetStatusChange = [this](SCARDCONTEXT, DWORD longest, SCARD_READERSTATE* state, DWORD) {
-      return StatusChange(longest, *state);
+    api.GetStatusChange = [this](PcscContext, std::uint32_t longest, ReaderStatus& status) {
+      return StatusChange(longest, status);
     };
-    api.Connect = [this](SCARDCONTEXT, LPCSTR reader, DWORD mode, DWORD, LPSCARDHANDLE handle,
-                         LPDWORD protocol) {
+    api.Connect = [this](PcscContext, const std::string& reader, CardSharing mode, std::uint32_t,
+                         PcscCard& handle, std::uint32_t& protocol) {
       if (const auto wanted = Readers.find(reader);
           wanted != Readers.end() && wanted->second.IsHeld) {
         ++EndlessWaits;
       }
-      if (mode != SCARD_SHARE_DIRECT) {
-        Calls.push_back(mode == SCARD_SHARE_EXCLUSIVE ? "connect alone" : "connect");
-        if (Connected != SCARD_S_SUCCESS) return Connected;
+      if (mode != CardSharing::Direct) {
+        Calls.push_back(mode == CardSharing::Exclusive ? "connect alone" : "connect");
+        if (Connected != PcscCode::Success) return Connected;
       }
-      if (const LONG code = StateOfCard(Readers.find(reader), mode); code != SCARD_S_SUCCESS) {
+      if (const PcscCode code = StateOfCard(Readers.find(reader), mode);
+          code != PcscCode::Success) {
         return code;
       }
       current_ = reader;
-      *handle = 7;
-      *protocol = Readers.at(current_).Protocol;
-      if (mode != SCARD_SHARE_DIRECT) {
+      handle = 7;
+      protocol = Readers.at(current_).Protocol;
+      if (mode != CardSharing::Direct) {
         LastReader = reader;
         WhileConnecting();
       }
-      return SCARD_S_SUCCESS;
+      return PcscCode::Success;
     };
-    api.Disconnect = [this](SCARDHANDLE, DWORD how) {
-      if (how == SCARD_LEAVE_CARD) return SCARD_S_SUCCESS;
-      Calls.push_back(how == SCARD_UNPOWER_CARD ? "power down" : "warm reset");
+    api.Disconnect = [this](PcscCard, CardDisposition how) {
+      if (how == CardDisposition::Leave) return PcscCode::Success;
+      Calls.push_back(how == CardDisposition::Unpower ? "power down" : "warm reset");
       WhileDisconnecting();
       return Disconnected;
     };
-    api.Transmit = [this](SCARDHANDLE, const SCARD_IO_REQUEST*, LPCBYTE command, DWORD size,
-                          SCARD_IO_REQUEST*, LPBYTE response, LPDWORD length) {
-      Sent.emplace_back(command, command + size);
+    api.Transmit = [this](PcscCard, std::uint32_t, ByteView command,
+                          std::span<std::uint8_t> response, std::uint32_t& length) {
+      Sent.emplace_back(command.begin(), command.end());
       Bytes answer;
-      const LONG code = OnTransmit(Sent.back(), answer);
-      std::copy(answer.begin(), answer.end(), response);
-      *length = answer.size();
+      const PcscCode code = OnTransmit(Sent.back(), answer);
+      std::copy(answer.begin(), answer.end(), response.begin());
+      length = static_cast<std::uint32_t>(answer.size());
       return code;
     };
-    api.GetAttrib = [this](SCARDHANDLE, DWORD, LPBYTE value, LPDWORD length) {
+    api.GetAttrib = [this](PcscCard, std::uint32_t, std::span<std::uint8_t> value,
+                           std::uint32_t& length) {
       const std::uint32_t version = 0x01050002;
-      std::memcpy(value, &version, sizeof version);
-      *length = sizeof version;
+      std::memcpy(value.data(), &version, sizeof version);
+      length = sizeof version;
       return Attribute;
     };
     return api;
   }
 
  private:
-  LONG List(LPSTR names, LPDWORD length) const {
-    if (Listed != SCARD_S_SUCCESS) return Listed;
-    if (Readers.empty()) return SCARD_E_NO_READERS_AVAILABLE;
+  PcscCode List(std::span<char> names, std::uint32_t& length) const {
+    if (Listed != PcscCode::Success) return Listed;
+    if (Readers.empty()) return PcscCode::NoReadersAvailable;
     std::string text;
     // The service tells them in no particular order.
     for (auto each = Readers.rbegin(); each != Readers.rend(); ++each) text += each->first + '\0';
     text += '\0';
-    const bool fits = names != nullptr && *length >= text.size();
-    if (fits) std::copy(text.begin(), text.end(), names);
-    *length = text.size();
-    return fits || names == nullptr ? SCARD_S_SUCCESS : SCARD_E_INSUFFICIENT_BUFFER;
+    const bool fits = names.size() >= text.size();
+    if (fits) std::copy(text.begin(), text.end(), names.begin());
+    length = static_cast<std::uint32_t>(text.size());
+    return fits ? PcscCode::Success : PcscCode::InsufficientBuffer;
   }
 
-  [[nodiscard]] LONG StateOfCard(std::map<std::string, Reader>::const_iterator reader,
-                                 DWORD mode) const {
-    if (reader == Readers.end()) return SCARD_E_UNKNOWN_READER;
-    if (mode == SCARD_SHARE_DIRECT) return SCARD_S_SUCCESS;
-    if (!reader->second.HasCard) return SCARD_E_NO_SMARTCARD;
-    return reader->second.IsMute ? SCARD_W_UNPOWERED_CARD : SCARD_S_SUCCESS;
+  [[nodiscard]] PcscCode StateOfCard(std::map<std::string, Reader>::const_iterator reader,
+                                     CardSharing mode) const {
+    if (reader == Readers.end()) return PcscCode::UnknownReader;
+    if (mode == CardSharing::Direct) return PcscCode::Success;
+    if (!reader->second.HasCard) return PcscCode::NoSmartcard;
+    return reader->second.IsMute ? PcscCode::UnpoweredCard : PcscCode::Success;
   }
 
-  LONG StatusChange(DWORD longest, SCARD_READERSTATE& state) {
+  PcscCode StatusChange(std::uint32_t longest, ReaderStatus& state) {
     ++StateQuestions;
-    if (StateAsked != SCARD_S_SUCCESS) return StateAsked;
-    const DWORD known = state.dwCurrentState;
-    if (known != SCARD_STATE_UNAWARE) {
+    if (StateAsked != PcscCode::Success) return StateAsked;
+    const std::uint32_t known = state.Known;
+    if (known != reader_state::Unaware) {
       Waits.push_back(longest);
-      Time += std::chrono::milliseconds(longest);
+      if (!ReturnsAtOnce) Time += std::chrono::milliseconds(longest);
       WhileWaiting();
     }
-    const auto reader = Readers.find(state.szReader);
-    if (reader == Readers.end()) return SCARD_E_UNKNOWN_READER;
-    state.dwEventState = reader->second.Events << 16;
-    state.dwEventState |= reader->second.HasCard ? SCARD_STATE_PRESENT : SCARD_STATE_EMPTY;
-    if (reader->second.IsMute) state.dwEventState |= SCARD_STATE_MUTE;
-    const Bytes& atr = reader->second.Atr;
-    state.cbAtr = std::min<DWORD>(atr.size(), sizeof state.rgbAtr);
-    std::copy_n(atr.begin(), state.cbAtr, state.rgbAtr);
-    if (reader->second.IsHeld) state.dwEventState |= SCARD_STATE_INUSE;
-    state.dwEventState |= reader->second.OtherState;
-    return state.dwEventState == known ? SCARD_E_TIMEOUT : SCARD_S_SUCCESS;
+    const auto reader = Readers.find(state.Reader);
+    if (reader == Readers.end()) return PcscCode::UnknownReader;
+    state.Now = reader->second.Events << 16;
+    state.Now |= reader->second.HasCard ? reader_state::Present : reader_state::Empty;
+    if (reader->second.IsMute) state.Now |= reader_state::Mute;
+    state.Atr = reader->second.Atr;
+    if (reader->second.IsHeld) state.Now |= reader_state::InUse;
+    state.Now |= reader->second.OtherState;
+    const bool isTimeout = state.Now == known && !ReturnsAtOnce;
+    return isTimeout ? PcscCode::Timeout : PcscCode::Success;
   }
 
   std::string current_;

@@ -22,7 +22,12 @@
 namespace kartocheck::test {
 namespace {
 
+using ctapi::host::CardDisposition;
+using ctapi::host::CardSharing;
 using ctapi::host::HostLibrary;
+using ctapi::host::PcscCard;
+using ctapi::host::PcscCode;
+using ctapi::host::PcscContext;
 using ctapi::test::Eventually;
 using ctapi::test::PcscdService;
 using ctapi::test::VirtualCard;
@@ -154,19 +159,18 @@ TEST_F(HintServiceTest, ACardThatAnotherProgramHoldsIsTold) {
   ASSERT_TRUE(card.IsIn());
   const auto api = ctapi::host::LoadPcscApi();
   ASSERT_TRUE(api);
-  SCARDCONTEXT context = 0;
-  ASSERT_EQ(api->EstablishContext(SCARD_SCOPE_SYSTEM, nullptr, nullptr, &context), 0);
+  PcscContext context = 0;
+  ASSERT_EQ(api->EstablishContext(context), PcscCode::Success);
   const QString hint = HintOn(PortTroubleKind::CardHeld);
-  for (const DWORD mode :
-       {static_cast<DWORD>(SCARD_SHARE_SHARED), static_cast<DWORD>(SCARD_SHARE_EXCLUSIVE)}) {
-    SCARDHANDLE handle = 0;
-    DWORD protocol = 0;
+  for (const CardSharing mode : {CardSharing::Shared, CardSharing::Exclusive}) {
+    PcscCard handle = 0;
+    std::uint32_t protocol = 0;
     ASSERT_TRUE(Eventually([&] {
-      return api->Connect(context, Reader, mode, SCARD_PROTOCOL_T1, &handle, &protocol) ==
-             SCARD_S_SUCCESS;
+      return api->Connect(context, Reader, mode, ctapi::host::card_protocol::T1, handle,
+                          protocol) == PcscCode::Success;
     }));
     const QJsonObject report = Report();
-    EXPECT_EQ(report[u"ports"][u"8192"][u"hint"], hint) << mode;
+    EXPECT_EQ(report[u"ports"][u"8192"][u"hint"], hint) << static_cast<std::uint32_t>(mode);
     EXPECT_EQ(ReaderHints(report), QJsonArray());
     EXPECT_TRUE(OutputOf("--console --port 8192").contains(Row(hint)));
     const QByteArray messages = OutputOf("--console --verbose --port 8192", "2>&1 >/dev/null");
@@ -174,7 +178,7 @@ TEST_F(HintServiceTest, ACardThatAnotherProgramHoldsIsTold) {
     EXPECT_TRUE(
         messages.first(std::max<qsizetype>(prompt, 0)).endsWith(QByteArray(hint.toUtf8() + '\n')))
         << messages.toStdString();
-    (void)api->Disconnect(handle, SCARD_LEAVE_CARD);
+    (void)api->Disconnect(handle, CardDisposition::Leave);
   }
   EXPECT_EQ(Report()[u"ports"][u"8192"][u"hint"], QString()) << "it is free again";
   (void)api->ReleaseContext(context);

@@ -267,24 +267,23 @@ TEST_F(PcscdTest, NobodyWaitsForAnotherProgramsTransaction) {
   ASSERT_TRUE(api);
   void* const client = ::dlopen("libpcsclite.so.1", RTLD_NOW | RTLD_NOLOAD);
   ASSERT_NE(client, nullptr);
-  const auto begin =
-      reinterpret_cast<LONG (*)(SCARDHANDLE)>(::dlsym(client, "SCardBeginTransaction"));
+  const auto begin = reinterpret_cast<long (*)(long)>(::dlsym(client, "SCardBeginTransaction"));
   ASSERT_NE(begin, nullptr);
-  SCARDCONTEXT context = 0;
-  ASSERT_EQ(api->EstablishContext(SCARD_SCOPE_SYSTEM, nullptr, nullptr, &context), 0);
-  SCARDHANDLE handle = 0;
-  DWORD protocol = 0;
+  PcscContext context = 0;
+  ASSERT_EQ(api->EstablishContext(context), PcscCode::Success);
+  PcscCard handle = 0;
+  std::uint32_t protocol = 0;
   ASSERT_TRUE(Eventually([&] {
-    return api->Connect(context, "Virtual PCD 00 00", SCARD_SHARE_SHARED, SCARD_PROTOCOL_T1,
-                        &handle, &protocol) == SCARD_S_SUCCESS;
+    return api->Connect(context, "Virtual PCD 00 00", CardSharing::Shared, card_protocol::T1,
+                        handle, protocol) == PcscCode::Success;
   }));
-  ASSERT_EQ(begin(handle), SCARD_S_SUCCESS);
+  ASSERT_EQ(begin(static_cast<long>(handle)), 0);
 
   auto answers = std::async(std::launch::async, [this] {
     return std::vector{Ask(1, "2013004600").substr(0, 4), Ask(1, RequestIcc), Ask(1, "20110100")};
   });
   const bool isDone = answers.wait_for(std::chrono::seconds(10)) == std::future_status::ready;
-  (void)api->Disconnect(handle, SCARD_LEAVE_CARD);
+  (void)api->Disconnect(handle, CardDisposition::Leave);
   (void)api->ReleaseContext(context);
   ::dlclose(client);
   EXPECT_TRUE(isDone);
@@ -298,30 +297,29 @@ TEST_F(PcscdTest, ACardHeldByAnotherProgramIsRefused) {
   ASSERT_TRUE(OpenReader());
   const auto api = LoadPcscApi();
   ASSERT_TRUE(api);
-  SCARDCONTEXT context = 0;
-  ASSERT_EQ(api->EstablishContext(SCARD_SCOPE_SYSTEM, nullptr, nullptr, &context), 0);
-  for (const DWORD mode :
-       {static_cast<DWORD>(SCARD_SHARE_SHARED), static_cast<DWORD>(SCARD_SHARE_EXCLUSIVE)}) {
-    SCARDHANDLE handle = 0;
-    DWORD protocol = 0;
+  PcscContext context = 0;
+  ASSERT_EQ(api->EstablishContext(context), PcscCode::Success);
+  for (const CardSharing mode : {CardSharing::Shared, CardSharing::Exclusive}) {
+    PcscCard handle = 0;
+    std::uint32_t protocol = 0;
     ASSERT_TRUE(Eventually([&] {
-      return api->Connect(context, "Virtual PCD 00 00", mode, SCARD_PROTOCOL_T1, &handle,
-                          &protocol) == SCARD_S_SUCCESS;
+      return api->Connect(context, "Virtual PCD 00 00", mode, card_protocol::T1, handle,
+                          protocol) == PcscCode::Success;
     }));
     EXPECT_EQ(Ask(1, RequestIcc), "code -127");
-    (void)api->Disconnect(handle, SCARD_LEAVE_CARD);
+    (void)api->Disconnect(handle, CardDisposition::Leave);
   }
   EXPECT_EQ(Ask(1, RequestIcc), "9001");
   EXPECT_EQ(Ask(0, SelectHca), "9000");
   // And the other way round: nobody reaches our card, so that nobody can reset it either.
-  for (const DWORD mode :
-       {static_cast<DWORD>(SCARD_SHARE_SHARED), static_cast<DWORD>(SCARD_SHARE_EXCLUSIVE),
-        static_cast<DWORD>(SCARD_SHARE_DIRECT)}) {
-    SCARDHANDLE handle = 0;
-    DWORD protocol = 0;
+  for (const CardSharing mode :
+       {CardSharing::Shared, CardSharing::Exclusive, CardSharing::Direct}) {
+    PcscCard handle = 0;
+    std::uint32_t protocol = 0;
     EXPECT_EQ(api->Connect(context, "Virtual PCD 00 00", mode,
-                           mode == SCARD_SHARE_DIRECT ? 0 : SCARD_PROTOCOL_T1, &handle, &protocol),
-              SCARD_E_SHARING_VIOLATION);
+                           mode == CardSharing::Direct ? card_protocol::None : card_protocol::T1,
+                           handle, protocol),
+              PcscCode::SharingViolation);
   }
   EXPECT_EQ(Ask(0, ReadPd),
             ToHex(practice_.TerminalAt(FirstReader)->TransmitToCard(*BytesFromHex(ReadPd))));
@@ -333,17 +331,17 @@ TEST_F(PcscdTest, ACardThatIsHeldForAMomentIsWaitedFor) {
   ASSERT_TRUE(OpenReader());
   const auto api = LoadPcscApi();
   ASSERT_TRUE(api);
-  SCARDCONTEXT context = 0;
-  ASSERT_EQ(api->EstablishContext(SCARD_SCOPE_SYSTEM, nullptr, nullptr, &context), 0);
-  SCARDHANDLE handle = 0;
-  DWORD protocol = 0;
+  PcscContext context = 0;
+  ASSERT_EQ(api->EstablishContext(context), PcscCode::Success);
+  PcscCard handle = 0;
+  std::uint32_t protocol = 0;
   ASSERT_TRUE(Eventually([&] {
-    return api->Connect(context, "Virtual PCD 00 00", SCARD_SHARE_SHARED, SCARD_PROTOCOL_T1,
-                        &handle, &protocol) == SCARD_S_SUCCESS;
+    return api->Connect(context, "Virtual PCD 00 00", CardSharing::Shared, card_protocol::T1,
+                        handle, protocol) == PcscCode::Success;
   }));
   std::thread later([&] {
     std::this_thread::sleep_for(std::chrono::milliseconds(500));
-    (void)api->Disconnect(handle, SCARD_LEAVE_CARD);
+    (void)api->Disconnect(handle, CardDisposition::Leave);
   });
   const auto begin = std::chrono::steady_clock::now();
   EXPECT_EQ(Ask(1, "201201000105"), "9001");

@@ -21,9 +21,9 @@ TEST(ReaderTrouble, IsTheFirstReasonThatHolds) {
   EXPECT_EQ(FindReaderTrouble(missing), PortTroubleKind::NotInstalled);
 
   test::FakePcsc pcsc;
-  pcsc.Established = SCARD_E_NO_SERVICE;
+  pcsc.Established = PcscCode::NoService;
   EXPECT_EQ(TroubleOf(pcsc), PortTroubleKind::NoService);
-  pcsc.Established = SCARD_S_SUCCESS;
+  pcsc.Established = PcscCode::Success;
   pcsc.Readers.clear();
   EXPECT_EQ(TroubleOf(pcsc), PortTroubleKind::NoReader);
   pcsc.Readers = {{"A", {.IsHeld = true}}, {"B", {.HasCard = false}}};
@@ -79,9 +79,9 @@ TEST_F(ReaderInfoTest, EachTroubleOfTheServiceIsToldForAllReadersAndForEach) {
     EXPECT_EQ(TroubleOf(8447), trouble);
     EXPECT_EQ(NameOf(8192), "");
   };
-  pcsc.Established = SCARD_E_NO_SERVICE;
+  pcsc.Established = PcscCode::NoService;
   expect(PortTroubleKind::NoService);
-  pcsc.Established = SCARD_S_SUCCESS;
+  pcsc.Established = PcscCode::Success;
   pcsc.Readers.clear();
   expect(PortTroubleKind::NoReader);
   EXPECT_EQ(pcsc.Contexts, 1) << "one is kept for all questions";
@@ -132,9 +132,9 @@ TEST_F(ReaderInfoTest, AQuestionTakesNothingFromAnOpenLink) {
   ASSERT_EQ(library.Init(1, 8192), code::Success);
   ASSERT_EQ(NameOf(8192), "Reader One 00 00");
   const int released = pcsc.Released;
-  pcsc.Listed = SCARD_E_NO_SERVICE;
+  pcsc.Listed = PcscCode::NoService;
   EXPECT_EQ(TroubleOf(8192), PortTroubleKind::NoService);
-  pcsc.Listed = SCARD_S_SUCCESS;
+  pcsc.Listed = PcscCode::Success;
   EXPECT_EQ(NameOf(8192), "Reader One 00 00");
   EXPECT_GT(pcsc.Released, released);
   std::uint8_t dad = 1;

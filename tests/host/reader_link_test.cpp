@@ -50,7 +50,7 @@ class ReaderLinkTest : public testing::Test {
     Reader().HasCard = true;
     ++Reader().Events;
   }
-  void AnswerWith(std::string hex, LONG code = SCARD_S_SUCCESS) {
+  void AnswerWith(std::string hex, PcscCode code = PcscCode::Success) {
     pcsc_.OnTransmit = [hex = std::move(hex), code](const Bytes&, Bytes& answer) {
       answer = *BytesFromHex(hex);
       return code;
@@ -122,15 +122,15 @@ TEST_F(ReaderLinkTest, AMuteCardIsTold) {
   EXPECT_EQ(AskTerminal(RequestIcc), "6400");
   EXPECT_EQ(AskTerminal(ResetIcc), "6400");
   Reader().IsMute = false;
-  for (const LONG code :
-       {SCARD_W_UNRESPONSIVE_CARD, SCARD_W_UNPOWERED_CARD, SCARD_E_PROTO_MISMATCH}) {
+  for (const PcscCode code :
+       {PcscCode::UnresponsiveCard, PcscCode::UnpoweredCard, PcscCode::ProtocolMismatch}) {
     pcsc_.Connected = code;
     EXPECT_EQ(AskTerminal(RequestIcc), "6400");
   }
 }
 
 TEST_F(ReaderLinkTest, ACardPulledBeforeTheConnectionIsAbsent) {
-  pcsc_.Connected = SCARD_E_NO_SMARTCARD;
+  pcsc_.Connected = PcscCode::NoSmartcard;
   EXPECT_EQ(AskTerminal(RequestIcc), "6200");
   EXPECT_EQ(AskTerminal(ResetIcc), "6400");
 }
@@ -169,7 +169,7 @@ TEST_F(ReaderLinkTest, AReaderSeenJustNowIsNotAskedForAgain) {
 TEST_F(ReaderLinkTest, ResetCtWithoutTheReaderFails) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   pcsc_.Readers.clear();
-  pcsc_.Disconnected = SCARD_E_READER_UNAVAILABLE;
+  pcsc_.Disconnected = PcscCode::ReaderUnavailable;
   EXPECT_EQ(AskTerminal(ResetCt), "code -8");
   PassTime();
   EXPECT_EQ(AskTerminal(ResetCt), "code -8");
@@ -178,7 +178,7 @@ TEST_F(ReaderLinkTest, ResetCtWithoutTheReaderFails) {
 TEST_F(ReaderLinkTest, ResetCtOfACardThatIsGoneSucceeds) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   PullCard();
-  pcsc_.Disconnected = SCARD_E_INVALID_HANDLE;
+  pcsc_.Disconnected = PcscCode::InvalidHandle;
   EXPECT_EQ(AskTerminal(ResetCt), "9000");
 }
 
@@ -194,12 +194,12 @@ TEST_F(ReaderLinkTest, ResetIccWithoutACardFails) {
 }
 
 TEST_F(ReaderLinkTest, ResetIccOfACardThatFallsSilentFails) {
-  for (const LONG code : {SCARD_W_UNRESPONSIVE_CARD, SCARD_W_REMOVED_CARD}) {
-    for (LONG* const call : {&pcsc_.Connected, &pcsc_.Disconnected}) {
+  for (const PcscCode code : {PcscCode::UnresponsiveCard, PcscCode::RemovedCard}) {
+    for (PcscCode* const call : {&pcsc_.Connected, &pcsc_.Disconnected}) {
       EXPECT_EQ(AskTerminal(ResetIcc), "9001");
       *call = code;
       EXPECT_EQ(AskTerminal(ResetIcc), call == &pcsc_.Connected ? "6400" : "9001");
-      *call = SCARD_S_SUCCESS;
+      *call = PcscCode::Success;
       EXPECT_EQ(AskTerminal(ResetCt), "9000");
     }
     EXPECT_EQ(AskTerminal(CardStatus), "8001019000");
@@ -229,13 +229,13 @@ TEST_F(ReaderLinkTest, TellsItsUnits) {
 TEST_F(ReaderLinkTest, TellsNameAndDriverVersion) {
   // "Reade" "One  " "1.5.2"
   EXPECT_EQ(AskTerminal("2013004600"), "460F52656164654F6E652020312E352E329000");
-  pcsc_.Attribute = SCARD_E_UNSUPPORTED_FEATURE;
+  pcsc_.Attribute = PcscCode::UnsupportedFeature;
   EXPECT_EQ(AskTerminal("2013004600"), "460F52656164654F6E652020312E352E329000");
   EXPECT_TRUE(pcsc_.Calls.empty()) << "no card is powered for it";
 }
 
 TEST_F(ReaderLinkTest, WithoutADriverVersionThatIsBlank) {
-  pcsc_.Attribute = SCARD_E_UNSUPPORTED_FEATURE;
+  pcsc_.Attribute = PcscCode::UnsupportedFeature;
   EXPECT_EQ(AskTerminal("2013004600"),
             "460F52656164654F6E6520202020202020"
             "9000");
@@ -277,7 +277,7 @@ TEST_F(ReaderLinkTest, ClosingPowersTheCardDown) {
 
 struct CodeRow {
   const char* Name;
-  LONG Pcsc;
+  PcscCode Pcsc;
   const char* Result;
 };
 
@@ -293,19 +293,19 @@ TEST_P(ReaderFault, HasItsCodeAndDropsTheCard) {
 
 INSTANTIATE_TEST_SUITE_P(
     Host, ReaderFault,
-    testing::Values(CodeRow{"CardPulled", SCARD_W_REMOVED_CARD, "code -8"},
-                    CodeRow{"NoCard", SCARD_E_NO_SMARTCARD, "code -8"},
-                    CodeRow{"ReaderUnplugged", SCARD_E_READER_UNAVAILABLE, "code -8"},
-                    CodeRow{"ReaderUnknown", SCARD_E_UNKNOWN_READER, "code -8"},
-                    CodeRow{"ResetByAnother", SCARD_W_RESET_CARD, "code -10"},
-                    CodeRow{"BrokenExchange", SCARD_E_NOT_TRANSACTED, "code -10"},
-                    CodeRow{"UnknownFailure", SCARD_F_UNKNOWN_ERROR, "code -10"},
-                    CodeRow{"StaleHandle", SCARD_E_INVALID_HANDLE, "code -10"},
-                    CodeRow{"NoAnswer", SCARD_S_SUCCESS, "code -10"},
-                    CodeRow{"ServiceEnded", SCARD_E_NO_SERVICE, "code -127"},
-                    CodeRow{"ServiceStopped", SCARD_E_SERVICE_STOPPED, "code -127"},
-                    CodeRow{"ServiceTooBusy", SCARD_E_SERVER_TOO_BUSY, "code -127"},
-                    CodeRow{"ServiceUnreachable", SCARD_F_COMM_ERROR, "code -127"}),
+    testing::Values(CodeRow{"CardPulled", PcscCode::RemovedCard, "code -8"},
+                    CodeRow{"NoCard", PcscCode::NoSmartcard, "code -8"},
+                    CodeRow{"ReaderUnplugged", PcscCode::ReaderUnavailable, "code -8"},
+                    CodeRow{"ReaderUnknown", PcscCode::UnknownReader, "code -8"},
+                    CodeRow{"ResetByAnother", PcscCode::ResetCard, "code -10"},
+                    CodeRow{"BrokenExchange", PcscCode::NotTransacted, "code -10"},
+                    CodeRow{"UnknownFailure", PcscCode::UnknownError, "code -10"},
+                    CodeRow{"StaleHandle", PcscCode::InvalidHandle, "code -10"},
+                    CodeRow{"NoAnswer", PcscCode::Success, "code -10"},
+                    CodeRow{"ServiceEnded", PcscCode::NoService, "code -127"},
+                    CodeRow{"ServiceStopped", PcscCode::ServiceStopped, "code -127"},
+                    CodeRow{"ServiceTooBusy", PcscCode::ServerTooBusy, "code -127"},
+                    CodeRow{"ServiceUnreachable", PcscCode::CommunicationError, "code -127"}),
     RowName<CodeRow>);
 
 // What goes wrong while a card is being connected to. Nothing was exchanged yet, so nothing broke.
@@ -315,7 +315,7 @@ TEST_P(ConnectionFault, HasItsAnswer) {
   for (const char* const command : {RequestIcc, ResetIcc}) {
     pcsc_.Connected = GetParam().Pcsc;
     EXPECT_EQ(AskTerminal(command), GetParam().Result) << command;
-    pcsc_.Connected = SCARD_S_SUCCESS;
+    pcsc_.Connected = PcscCode::Success;
     if (GetParam().Result == std::string_view("code -127")) return;
     EXPECT_EQ(AskTerminal(RequestIcc), "9001") << "it can be tried again";
     EXPECT_EQ(AskTerminal(ResetCt), "9000");
@@ -324,22 +324,22 @@ TEST_P(ConnectionFault, HasItsAnswer) {
 
 INSTANTIATE_TEST_SUITE_P(
     Host, ConnectionFault,
-    testing::Values(CodeRow{"SilentCard", SCARD_W_UNRESPONSIVE_CARD, "6400"},
-                    CodeRow{"UnpoweredCard", SCARD_W_UNPOWERED_CARD, "6400"},
-                    CodeRow{"UnsupportedCard", SCARD_W_UNSUPPORTED_CARD, "6400"},
-                    CodeRow{"NoCommonProtocol", SCARD_E_PROTO_MISMATCH, "6400"},
-                    CodeRow{"CardNotSupported", SCARD_E_CARD_UNSUPPORTED, "6400"},
-                    CodeRow{"NotReady", SCARD_E_NOT_READY, "6400"},
-                    CodeRow{"Timeout", SCARD_E_TIMEOUT, "6400"},
-                    CodeRow{"InternalError", SCARD_F_INTERNAL_ERROR, "6400"},
-                    CodeRow{"Held", SCARD_E_SHARING_VIOLATION, "code -127"},
-                    CodeRow{"ReaderUnplugged", SCARD_E_READER_UNAVAILABLE, "code -8"},
-                    CodeRow{"ServiceEnded", SCARD_E_NO_SERVICE, "code -127"}),
+    testing::Values(CodeRow{"SilentCard", PcscCode::UnresponsiveCard, "6400"},
+                    CodeRow{"UnpoweredCard", PcscCode::UnpoweredCard, "6400"},
+                    CodeRow{"UnsupportedCard", PcscCode::UnsupportedCard, "6400"},
+                    CodeRow{"NoCommonProtocol", PcscCode::ProtocolMismatch, "6400"},
+                    CodeRow{"CardNotSupported", PcscCode::CardUnsupported, "6400"},
+                    CodeRow{"NotReady", PcscCode::NotReady, "6400"},
+                    CodeRow{"Timeout", PcscCode::Timeout, "6400"},
+                    CodeRow{"InternalError", PcscCode::InternalError, "6400"},
+                    CodeRow{"Held", PcscCode::SharingViolation, "code -127"},
+                    CodeRow{"ReaderUnplugged", PcscCode::ReaderUnavailable, "code -8"},
+                    CodeRow{"ServiceEnded", PcscCode::NoService, "code -127"}),
     RowName<CodeRow>);
 
 TEST_F(ReaderLinkTest, AReaderThatGoesDuringTheConnectionIsGone) {
-  pcsc_.Connected = SCARD_E_NOT_READY;
-  pcsc_.StateAsked = SCARD_E_UNKNOWN_READER;
+  pcsc_.Connected = PcscCode::NotReady;
+  pcsc_.StateAsked = PcscCode::UnknownReader;
   EXPECT_EQ(AskTerminal(RequestIcc), "code -8");
 }
 
@@ -362,13 +362,14 @@ TEST_F(ReaderLinkTest, AHeldReaderWithoutACardIsWaitedAt) {
 }
 
 TEST_F(ReaderLinkTest, AnExclusiveConnectionOfAnotherProgramHoldsTheCardToo) {
-  Reader().OtherState = SCARD_STATE_EXCLUSIVE;
+  Reader().OtherState = reader_state::Exclusive;
   EXPECT_EQ(AskTerminal(RequestIcc), "code -127");
 }
 
 TEST_F(ReaderLinkTest, AReaderWithoutAStateIsGone) {
-  constexpr DWORD States[] = {SCARD_STATE_UNKNOWN, SCARD_STATE_UNAVAILABLE, SCARD_STATE_IGNORE};
-  for (const DWORD state : States) {
+  constexpr std::uint32_t States[] = {reader_state::Unknown, reader_state::Unavailable,
+                                      reader_state::Ignore};
+  for (const std::uint32_t state : States) {
     Reader().OtherState = state;
     EXPECT_EQ(AskTerminal(CardStatus), "code -8") << state;
     Reader().OtherState = 0;
@@ -378,7 +379,7 @@ TEST_F(ReaderLinkTest, AReaderWithoutAStateIsGone) {
 
 TEST_F(ReaderLinkTest, AWarmResetMayChangeTheProtocol) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
-  Reader().Protocol = SCARD_PROTOCOL_T0;
+  Reader().Protocol = card_protocol::T0;
   EXPECT_EQ(AskTerminal(ResetIcc), "9001");
   EXPECT_EQ(AskCard("80840000"), "9000");
   EXPECT_EQ(pcsc_.Sent.back(), *BytesFromHex("8084000000")) << "as T=0 sends it";
@@ -389,7 +390,7 @@ TEST_F(ReaderLinkTest, AnotherCardDuringTheExchangeIsNotOurs) {
   pcsc_.OnTransmit = [this](const Bytes&, Bytes&) {
     PullCard();
     InsertCard();
-    return SCARD_E_NOT_TRANSACTED;
+    return PcscCode::NotTransacted;
   };
   EXPECT_EQ(AskCard(Select), "code -8");
 }
@@ -402,11 +403,11 @@ TEST_F(ReaderLinkTest, WithoutSecondsNothingIsWaitedFor) {
 }
 
 TEST_F(ReaderLinkTest, GetResponseHasTheClassOfItsCommand) {
-  Reader().Protocol = SCARD_PROTOCOL_T0;
+  Reader().Protocol = card_protocol::T0;
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   pcsc_.OnTransmit = [this](const Bytes&, Bytes& answer) {
     answer = *BytesFromHex(pcsc_.Sent.size() == 1 ? "61 02" : "AA BB 90 00");
-    return SCARD_S_SUCCESS;
+    return PcscCode::Success;
   };
   EXPECT_EQ(AskCard("80A4000002AABB00"), "AABB9000");
   EXPECT_EQ(pcsc_.Sent.back(), *BytesFromHex("80C0000002"));
@@ -427,7 +428,7 @@ TEST_F(ReaderLinkTest, OneByteIsNoAnswer) {
 
 TEST_F(ReaderLinkTest, AnAnswerTooLongForTheBufferKeepsTheCard) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
-  AnswerWith("", SCARD_E_INSUFFICIENT_BUFFER);
+  AnswerWith("", PcscCode::InsufficientBuffer);
   EXPECT_EQ(AskCard(Select), "code -11");
   AnswerWith("90 00");
   EXPECT_EQ(AskCard(Select), "9000");
@@ -436,7 +437,7 @@ TEST_F(ReaderLinkTest, AnAnswerTooLongForTheBufferKeepsTheCard) {
 // A driver tells the removal of a card later than the failure of the exchange.
 TEST_F(ReaderLinkTest, ACardPulledDuringTheExchangeIsGone) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
-  AnswerWith("", SCARD_E_NOT_TRANSACTED);
+  AnswerWith("", PcscCode::NotTransacted);
   pcsc_.WhileWaiting = [this] { PullCard(); };
   EXPECT_EQ(AskCard(Select), "code -8");
 }
@@ -445,23 +446,23 @@ TEST_F(ReaderLinkTest, AReaderUnpluggedDuringTheExchangeIsGone) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   pcsc_.OnTransmit = [this](const Bytes&, Bytes&) {
     pcsc_.Readers.clear();
-    return SCARD_E_INVALID_VALUE;
+    return PcscCode::InvalidValue;
   };
   EXPECT_EQ(AskCard(Select), "code -8");
   EXPECT_EQ(AskTerminal(CardStatus), "code -8");
 }
 
 TEST_F(ReaderLinkTest, ACardHeldByAnotherProgramIsRefused) {
-  pcsc_.Connected = SCARD_E_SHARING_VIOLATION;
+  pcsc_.Connected = PcscCode::SharingViolation;
   EXPECT_EQ(AskTerminal(RequestIcc), "code -127");
   EXPECT_EQ(AskTerminal(ResetIcc), "code -127");
-  pcsc_.Connected = SCARD_S_SUCCESS;
+  pcsc_.Connected = PcscCode::Success;
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
 }
 
 TEST_F(ReaderLinkTest, WithoutTheServiceTheLinkIsLostUntilInit) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
-  AnswerWith("", SCARD_F_COMM_ERROR);
+  AnswerWith("", PcscCode::CommunicationError);
   EXPECT_EQ(AskCard(Select), "code -127");
   AnswerWith("90 00");
   EXPECT_EQ(AskCard(Select), "code -128");
@@ -471,14 +472,14 @@ TEST_F(ReaderLinkTest, WithoutTheServiceTheLinkIsLostUntilInit) {
 }
 
 TEST_F(ReaderLinkTest, TheServiceMayEndBetweenCommands) {
-  pcsc_.StateAsked = SCARD_E_INVALID_HANDLE;
+  pcsc_.StateAsked = PcscCode::InvalidHandle;
   PassTime();
   EXPECT_EQ(AskTerminal(ResetCt), "code -127");
   EXPECT_EQ(AskTerminal(ResetCt), "code -128");
 }
 
 TEST_F(ReaderLinkTest, T0CardsAreAskedForTheirAnswer) {
-  Reader().Protocol = SCARD_PROTOCOL_T0;
+  Reader().Protocol = card_protocol::T0;
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   pcsc_.OnTransmit = [](const Bytes& command, Bytes& answer) {
     switch (command[1]) {
@@ -491,7 +492,7 @@ TEST_F(ReaderLinkTest, T0CardsAreAskedForTheirAnswer) {
       default:
         answer = *BytesFromHex(command[4] == 0x05 ? "05 05 05 05 05 90 00" : "6C 05");
     }
-    return SCARD_S_SUCCESS;
+    return PcscCode::Success;
   };
   EXPECT_EQ(AskCard("00A4040002112200"), "010203049000") << "Le is not sent with data";
   EXPECT_EQ(AskCard("00B0000000"), "05050505059000");
@@ -502,14 +503,14 @@ TEST_F(ReaderLinkTest, T0CardsAreAskedForTheirAnswer) {
 }
 
 TEST_F(ReaderLinkTest, T0CommandsOfFourBytesGetAFifth) {
-  Reader().Protocol = SCARD_PROTOCOL_T0;
+  Reader().Protocol = card_protocol::T0;
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   EXPECT_EQ(AskCard("000E0000"), "9000");
   EXPECT_EQ(ToHex(pcsc_.Sent.at(0)), "000E000000");
 }
 
 TEST_F(ReaderLinkTest, AT0CardThatNeverEndsIsBroken) {
-  Reader().Protocol = SCARD_PROTOCOL_T0;
+  Reader().Protocol = card_protocol::T0;
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   AnswerWith("61 00");
   EXPECT_EQ(AskCard(Select), "code -10");
@@ -517,7 +518,7 @@ TEST_F(ReaderLinkTest, AT0CardThatNeverEndsIsBroken) {
 }
 
 TEST_F(ReaderLinkTest, AT0CardThatNeverLikesTheLengthIsHandedOn) {
-  Reader().Protocol = SCARD_PROTOCOL_T0;
+  Reader().Protocol = card_protocol::T0;
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   AnswerWith("6C 05");
   EXPECT_EQ(AskCard("00B0000000"), "6C05");
@@ -525,12 +526,12 @@ TEST_F(ReaderLinkTest, AT0CardThatNeverLikesTheLengthIsHandedOn) {
 }
 
 TEST_F(ReaderLinkTest, AT0CardMayCorrectTheLengthOfGetResponse) {
-  Reader().Protocol = SCARD_PROTOCOL_T0;
+  Reader().Protocol = card_protocol::T0;
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   const char* const answers[] = {"61 00", "6C 02", "AA BB 90 00"};
   pcsc_.OnTransmit = [&](const Bytes&, Bytes& answer) {
     answer = *BytesFromHex(answers[pcsc_.Sent.size() - 1]);
-    return SCARD_S_SUCCESS;
+    return PcscCode::Success;
   };
   EXPECT_EQ(AskCard(Select), "AABB9000");
 }
@@ -547,12 +548,12 @@ class MemoryCardTest : public ReaderLinkTest {
     pcsc_.OnTransmit = [this](const Bytes& command, Bytes& answer) {
       if (command.size() != 5 || command[0] != 0xFF || command[1] != 0xB0) {
         answer = {0x6E, 0x00};
-        return SCARD_S_SUCCESS;
+        return PcscCode::Success;
       }
       const ByteView piece = ByteView(memory_).subspan(command[3], command[4]);
       answer.assign(piece.begin(), piece.end());
       answer.insert(answer.end(), {0x90, 0x00});
-      return SCARD_S_SUCCESS;
+      return PcscCode::Success;
     };
   }
   Bytes memory_;
@@ -647,11 +648,11 @@ TEST(PcscTransport, WithoutTheClientLibraryThereIsNoService) {
 
 TEST(PcscTransport, WithoutTheServiceEveryIndexIsRefused) {
   test::FakePcsc pcsc;
-  pcsc.Established = SCARD_E_NO_SERVICE;
+  pcsc.Established = PcscCode::NoService;
   PcscTransport transport(pcsc.Api());
   EXPECT_EQ(transport.Open(0).Code, code::HostError);
   EXPECT_EQ(transport.Open(255).Code, code::HostError);
-  pcsc.Established = SCARD_S_SUCCESS;
+  pcsc.Established = PcscCode::Success;
   EXPECT_EQ(transport.Open(0).Code, code::Success);
 }
 
@@ -661,11 +662,11 @@ TEST(PcscTransport, RenewsItsContextWhereTheServiceWasStartedAnew) {
   EXPECT_EQ(transport.Open(0).Code, code::Success);
   EXPECT_EQ(transport.Open(0).Code, code::Success);
   EXPECT_EQ(pcsc.Contexts, 1) << "the context is kept";
-  pcsc.Listed = SCARD_E_SERVICE_STOPPED;
+  pcsc.Listed = PcscCode::ServiceStopped;
   EXPECT_EQ(transport.Open(0).Code, code::HostError);
   EXPECT_EQ(pcsc.Contexts, 2);
   EXPECT_EQ(pcsc.Released, 1);
-  pcsc.Listed = SCARD_S_SUCCESS;
+  pcsc.Listed = PcscCode::Success;
   EXPECT_EQ(transport.Open(0).Code, code::Success);
 }
 
@@ -696,7 +697,7 @@ TEST(PcscTransport, ReadersKeepTheirIndex) {
 
 TEST(PcscTransport, AServiceThatNeverFitsIsRefused) {
   test::FakePcsc pcsc;
-  pcsc.Listed = SCARD_E_INSUFFICIENT_BUFFER;
+  pcsc.Listed = PcscCode::InsufficientBuffer;
   PcscTransport transport(pcsc.Api());
   EXPECT_EQ(transport.Open(0).Code, code::HostError);
 }

@@ -65,14 +65,14 @@ TEST_F(SharedReaderTest, RequestIccWaitsForAHeldCard) {
 
 // Between the look at the reader and the connection another program may have come.
 TEST_F(SharedReaderTest, RequestIccWaitsForACardThatIsTakenInBetween) {
-  pcsc_.Connected = SCARD_E_SHARING_VIOLATION;
-  FreeAfter(0.5, [this] { pcsc_.Connected = SCARD_S_SUCCESS; });
+  pcsc_.Connected = PcscCode::SharingViolation;
+  FreeAfter(0.5, [this] { pcsc_.Connected = PcscCode::Success; });
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   EXPECT_NEAR(SecondsPassed(), 0.5, 0.05);
 }
 
 TEST_F(SharedReaderTest, RequestIccWaitsNoLongerThanItIsTold) {
-  pcsc_.Connected = SCARD_E_SHARING_VIOLATION;
+  pcsc_.Connected = PcscCode::SharingViolation;
   EXPECT_EQ(AskTerminal(RequestIcc), "code -127");
   EXPECT_NEAR(SecondsPassed(), 1.0, 0.01);
   EXPECT_EQ(AskTerminal("201201000100"), "code -127");
@@ -80,6 +80,24 @@ TEST_F(SharedReaderTest, RequestIccWaitsNoLongerThanItIsTold) {
   Reader().IsHeld = true;
   EXPECT_EQ(AskTerminal(RequestIcc5), "code -127");
   EXPECT_NEAR(SecondsPassed(), 6.0, 0.01);
+}
+
+// Some services return at once from a question that they were to wait with.
+TEST_F(SharedReaderTest, AServiceThatDoesNotWaitIsNotAskedWithoutAPause) {
+  pcsc_.ReturnsAtOnce = true;
+  Reader().HasCard = false;
+  EXPECT_EQ(AskTerminal(RequestIcc5), "6200");
+  EXPECT_NEAR(SecondsPassed(), 5.0, 0.01);
+  constexpr int MostInASecond = 40;
+  EXPECT_LE(pcsc_.StateQuestions, 5 * MostInASecond);
+}
+
+TEST_F(SharedReaderTest, AServiceThatDoesNotWaitTellsOfACardAllTheSame) {
+  pcsc_.ReturnsAtOnce = true;
+  Reader().HasCard = false;
+  FreeAfter(0.5, [this] { Reader().HasCard = true; });
+  EXPECT_EQ(AskTerminal(RequestIcc5), "9001");
+  EXPECT_NEAR(SecondsPassed(), 0.5, 0.05);
 }
 
 TEST_F(SharedReaderTest, AHeldCardMayBePulledWhileItIsWaitedFor) {
@@ -97,8 +115,8 @@ TEST_F(SharedReaderTest, AHeldCardMayBePulledWhileItIsWaitedFor) {
 // waits for the card without end.
 TEST_F(SharedReaderTest, ResetIccTakesTheCardBackFromWhoeverCameInBetween) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
-  pcsc_.WhileDisconnecting = [this] { pcsc_.Connected = SCARD_E_SHARING_VIOLATION; };
-  FreeAfter(0.5, [this] { pcsc_.Connected = SCARD_S_SUCCESS; });
+  pcsc_.WhileDisconnecting = [this] { pcsc_.Connected = PcscCode::SharingViolation; };
+  FreeAfter(0.5, [this] { pcsc_.Connected = PcscCode::Success; });
   EXPECT_EQ(AskTerminal(ResetIcc), "9001");
   EXPECT_NEAR(SecondsPassed(), 0.5, 0.05);
   EXPECT_EQ(AskCard(Select), "9000");
@@ -106,7 +124,7 @@ TEST_F(SharedReaderTest, ResetIccTakesTheCardBackFromWhoeverCameInBetween) {
 
 TEST_F(SharedReaderTest, ResetIccGivesUpAfterTwoSeconds) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
-  pcsc_.WhileDisconnecting = [this] { pcsc_.Connected = SCARD_E_SHARING_VIOLATION; };
+  pcsc_.WhileDisconnecting = [this] { pcsc_.Connected = PcscCode::SharingViolation; };
   EXPECT_EQ(AskTerminal(ResetIcc), "code -127");
   EXPECT_NEAR(SecondsPassed(), 2.0, 0.01);
   EXPECT_EQ(Trouble(), PortTroubleKind::CardHeld);
@@ -115,7 +133,7 @@ TEST_F(SharedReaderTest, ResetIccGivesUpAfterTwoSeconds) {
 
 TEST_F(SharedReaderTest, ResetIccOfOurOwnCardLooksForNobodyElse) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
-  Reader().OtherState = SCARD_STATE_EXCLUSIVE;  // our own connection
+  Reader().OtherState = reader_state::Exclusive;  // our own connection
   pcsc_.WhileDisconnecting = [this] { Reader().OtherState = 0; };
   pcsc_.Time += milliseconds(250);
   EXPECT_EQ(AskTerminal(ResetIcc), "9001");
@@ -124,8 +142,8 @@ TEST_F(SharedReaderTest, ResetIccOfOurOwnCardLooksForNobodyElse) {
 
 // The service is left in two minds where another program came while the card was powered down.
 TEST_F(SharedReaderTest, ACardThatTheServiceTakesForUnpoweredIsPoweredAnew) {
-  pcsc_.Connected = SCARD_W_UNPOWERED_CARD;
-  pcsc_.WhileDisconnecting = [this] { pcsc_.Connected = SCARD_S_SUCCESS; };
+  pcsc_.Connected = PcscCode::UnpoweredCard;
+  pcsc_.WhileDisconnecting = [this] { pcsc_.Connected = PcscCode::Success; };
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   EXPECT_THAT(pcsc_.Calls, ElementsAre("connect alone", "power down", "connect alone"));
   EXPECT_EQ(Trouble(), PortTroubleKind::None);
@@ -133,13 +151,13 @@ TEST_F(SharedReaderTest, ACardThatTheServiceTakesForUnpoweredIsPoweredAnew) {
 
 // The service may let another program share our card that connects in the same instant.
 TEST_F(SharedReaderTest, ACardThatIsNotOursAloneIsTakenUpAgainBeforeItsFirstAnswer) {
-  for (const LONG code : {SCARD_E_SHARING_VIOLATION, SCARD_W_RESET_CARD}) {
+  for (const PcscCode code : {PcscCode::SharingViolation, PcscCode::ResetCard}) {
     for (const char* const activation : {RequestIcc, ResetIcc}) {
       pcsc_.Sent.clear();
       pcsc_.OnTransmit = [this, code](const Bytes&, Bytes& answer) {
         if (pcsc_.Sent.size() == 1) return code;
         answer = {0x90, 0x00};
-        return SCARD_S_SUCCESS;
+        return PcscCode::Success;
       };
       EXPECT_EQ(AskTerminal(activation), "9001");
       pcsc_.Calls.clear();
@@ -154,7 +172,7 @@ TEST_F(SharedReaderTest, ACardThatIsNotOursAloneIsTakenUpAgainBeforeItsFirstAnsw
 TEST_F(SharedReaderTest, ACardThatIsNotOursAloneLaterOnIsRefused) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   EXPECT_EQ(AskCard(Select), "9000");
-  pcsc_.OnTransmit = [](const Bytes&, Bytes&) { return SCARD_E_SHARING_VIOLATION; };
+  pcsc_.OnTransmit = [](const Bytes&, Bytes&) { return PcscCode::SharingViolation; };
   EXPECT_EQ(AskCard(Select), "code -127");
   EXPECT_EQ(pcsc_.Sent.size(), 2U);
   EXPECT_EQ(Trouble(), PortTroubleKind::CardHeld);
@@ -163,8 +181,8 @@ TEST_F(SharedReaderTest, ACardThatIsNotOursAloneLaterOnIsRefused) {
 TEST_F(SharedReaderTest, ACardThatIsTakenForGoodIsRefused) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   pcsc_.OnTransmit = [this](const Bytes&, Bytes&) {
-    pcsc_.Connected = SCARD_E_SHARING_VIOLATION;
-    return SCARD_E_SHARING_VIOLATION;
+    pcsc_.Connected = PcscCode::SharingViolation;
+    return PcscCode::SharingViolation;
   };
   EXPECT_EQ(AskCard(Select), "code -127");
   EXPECT_NEAR(SecondsPassed(), 2.0, 0.01);
@@ -181,11 +199,11 @@ TEST_F(SharedReaderTest, AContextForTheCardIsMadeOnce) {
 }
 
 TEST_F(SharedReaderTest, ResetIccOfAReaderThatIsGoneFails) {
-  for (const LONG code : {SCARD_E_READER_UNAVAILABLE, SCARD_E_NO_SERVICE}) {
-    pcsc_.Disconnected = SCARD_S_SUCCESS;
+  for (const PcscCode code : {PcscCode::ReaderUnavailable, PcscCode::NoService}) {
+    pcsc_.Disconnected = PcscCode::Success;
     EXPECT_EQ(AskTerminal(RequestIcc), "9001");
     pcsc_.Disconnected = code;
-    const bool isService = code == SCARD_E_NO_SERVICE;
+    const bool isService = code == PcscCode::NoService;
     EXPECT_EQ(AskTerminal(ResetIcc), isService ? "code -127" : "code -8");
     EXPECT_EQ(Trouble(), isService ? PortTroubleKind::NoService : PortTroubleKind::ReaderGone);
   }
@@ -193,7 +211,7 @@ TEST_F(SharedReaderTest, ResetIccOfAReaderThatIsGoneFails) {
 
 struct TroubleRow {
   const char* Name;
-  LONG Pcsc;
+  PcscCode Pcsc;
   const char* Answer;
   PortTroubleKind Trouble;
 };
@@ -203,10 +221,10 @@ class CallTrouble : public SharedReaderTest, public testing::WithParamInterface<
 TEST_P(CallTrouble, IsThatOfTheConnection) {
   pcsc_.Connected = GetParam().Pcsc;
   EXPECT_EQ(AskTerminal(RequestIcc), GetParam().Answer);
-  pcsc_.Connected = SCARD_S_SUCCESS;
+  pcsc_.Connected = PcscCode::Success;
   EXPECT_EQ(Trouble(), GetParam().Trouble) << "although all is well by now";
   EXPECT_EQ(AskTerminal(CardStatus).substr(0, 4),
-            GetParam().Pcsc == SCARD_E_NO_SERVICE ? "code" : "8001");
+            GetParam().Pcsc == PcscCode::NoService ? "code" : "8001");
   EXPECT_EQ(Trouble(), GetParam().Trouble) << "to ask for the status is not to reach for the card";
   link_ = transport_.Open(0).Link;
   EXPECT_EQ(Trouble(), PortTroubleKind::None) << "opened anew";
@@ -217,28 +235,28 @@ TEST_P(CallTrouble, IsThatOfTheConnection) {
 INSTANTIATE_TEST_SUITE_P(
     Host, CallTrouble,
     testing::Values(
-        TroubleRow{"Held", SCARD_E_SHARING_VIOLATION, "code -127", PortTroubleKind::CardHeld},
-        TroubleRow{"SilentCard", SCARD_W_UNRESPONSIVE_CARD, "6400", PortTroubleKind::MuteCard},
-        TroubleRow{"UnpoweredCard", SCARD_W_UNPOWERED_CARD, "6400", PortTroubleKind::MuteCard},
-        TroubleRow{"AnotherFailure", SCARD_F_INTERNAL_ERROR, "6400", PortTroubleKind::None},
-        TroubleRow{"ReaderUnplugged", SCARD_E_READER_UNAVAILABLE, "code -8",
+        TroubleRow{"Held", PcscCode::SharingViolation, "code -127", PortTroubleKind::CardHeld},
+        TroubleRow{"SilentCard", PcscCode::UnresponsiveCard, "6400", PortTroubleKind::MuteCard},
+        TroubleRow{"UnpoweredCard", PcscCode::UnpoweredCard, "6400", PortTroubleKind::MuteCard},
+        TroubleRow{"AnotherFailure", PcscCode::InternalError, "6400", PortTroubleKind::None},
+        TroubleRow{"ReaderUnplugged", PcscCode::ReaderUnavailable, "code -8",
                    PortTroubleKind::ReaderGone},
-        TroubleRow{"UserRefused", SCARD_W_SECURITY_VIOLATION, "code -127",
+        TroubleRow{"UserRefused", PcscCode::SecurityViolation, "code -127",
                    PortTroubleKind::ServiceRefuses},
-        TroubleRow{"ServiceEnded", SCARD_E_NO_SERVICE, "code -127", PortTroubleKind::NoService}),
+        TroubleRow{"ServiceEnded", PcscCode::NoService, "code -127", PortTroubleKind::NoService}),
     RowName<TroubleRow>);
 
 TEST_F(SharedReaderTest, ATroubleEndsWithTheNextReachForTheCard) {
-  pcsc_.Connected = SCARD_E_SHARING_VIOLATION;
+  pcsc_.Connected = PcscCode::SharingViolation;
   EXPECT_EQ(AskTerminal(RequestIcc), "code -127");
   EXPECT_EQ(Trouble(), PortTroubleKind::CardHeld);
-  pcsc_.Connected = SCARD_S_SUCCESS;
+  pcsc_.Connected = PcscCode::Success;
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   EXPECT_EQ(Trouble(), PortTroubleKind::None);
 }
 
 TEST_F(SharedReaderTest, ATroubleEndsWithTheNextReachForNoCard) {
-  pcsc_.Connected = SCARD_W_UNRESPONSIVE_CARD;
+  pcsc_.Connected = PcscCode::UnresponsiveCard;
   EXPECT_EQ(AskTerminal(RequestIcc), "6400");
   EXPECT_EQ(Trouble(), PortTroubleKind::MuteCard);
   Reader().HasCard = false;
@@ -248,7 +266,7 @@ TEST_F(SharedReaderTest, ATroubleEndsWithTheNextReachForNoCard) {
 
 TEST_F(SharedReaderTest, OurOwnConnectionIsNoTroubleAndTheNextOneIs) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
-  Reader().OtherState = SCARD_STATE_EXCLUSIVE;
+  Reader().OtherState = reader_state::Exclusive;
   EXPECT_EQ(Trouble(), PortTroubleKind::None) << "it is ours";
   EXPECT_EQ(AskTerminal(ResetCt), "9000");
   EXPECT_EQ(Trouble(), PortTroubleKind::CardHeld) << "it is another program's";
@@ -258,7 +276,7 @@ TEST_F(SharedReaderTest, AReaderUnpluggedDuringTheExchangeIsTold) {
   EXPECT_EQ(AskTerminal(RequestIcc), "9001");
   pcsc_.OnTransmit = [this](const Bytes&, Bytes&) {
     pcsc_.Readers.clear();
-    return SCARD_E_READER_UNAVAILABLE;
+    return PcscCode::ReaderUnavailable;
   };
   EXPECT_EQ(AskCard(Select), "code -8");
   EXPECT_EQ(Trouble(), PortTroubleKind::ReaderGone);
@@ -275,17 +293,18 @@ TEST_F(SharedReaderTest, AReaderUnpluggedWhileWaitingIsTold) {
 
 TEST(ServiceTrouble, ARefusedUserIsToldApartFromAServiceThatDoesNotRun) {
   // By its code or, in older versions, by ending the conversation at once.
-  for (const LONG code : {SCARD_W_SECURITY_VIOLATION, SCARD_F_COMM_ERROR, SCARD_E_NO_ACCESS}) {
+  for (const PcscCode code :
+       {PcscCode::SecurityViolation, PcscCode::CommunicationError, PcscCode::NoAccess}) {
     test::FakePcsc pcsc;
     pcsc.Established = code;
     PcscTransport transport(pcsc.Api());
     EXPECT_EQ(transport.Open(0).Code, code::HostError);
     EXPECT_EQ(transport.TroubleOfReaders(), PortTroubleKind::ServiceRefuses);
     EXPECT_EQ(transport.InfoOf(0).Trouble, PortTroubleKind::ServiceRefuses);
-    pcsc.Established = SCARD_E_NO_SERVICE;
+    pcsc.Established = PcscCode::NoService;
     EXPECT_EQ(transport.TroubleOfReaders(), PortTroubleKind::NoService);
-    pcsc.Established = SCARD_S_SUCCESS;
-    pcsc.Listed = SCARD_W_SECURITY_VIOLATION;
+    pcsc.Established = PcscCode::Success;
+    pcsc.Listed = PcscCode::SecurityViolation;
     EXPECT_EQ(transport.TroubleOfReaders(), PortTroubleKind::ServiceRefuses);
   }
 }
@@ -334,14 +353,14 @@ class HungCallTest : public testing::Test {
   // The fake counts in several threads here.
   PcscApi Counting() {
     PcscApi api = pcsc_.Api();
-    api.EstablishContext = [this, establish = api.EstablishContext](auto... arguments) {
-      const LONG code = establish(arguments...);
-      if (code == SCARD_S_SUCCESS) ++contexts_;
+    api.EstablishContext = [this, establish = api.EstablishContext](PcscContext& context) {
+      const PcscCode code = establish(context);
+      if (code == PcscCode::Success) ++contexts_;
       return code;
     };
-    api.ReleaseContext = [this](SCARDCONTEXT) {
+    api.ReleaseContext = [this](PcscContext) {
       ++released_;
-      return SCARD_S_SUCCESS;
+      return PcscCode::Success;
     };
     return api;
   }
@@ -355,15 +374,16 @@ class HungCallTest : public testing::Test {
 TEST_F(HungCallTest, AConnectionThatDoesNotComeAboutIsTakenForAHeldCard) {
   PcscApi api = Counting();
   std::atomic<int> returned = 0;
-  api.Connect = [this, &returned](SCARDCONTEXT, LPCSTR, DWORD, DWORD, LPSCARDHANDLE, LPDWORD) {
+  api.Connect = [this, &returned](PcscContext, const std::string&, CardSharing, std::uint32_t,
+                                  PcscCard&, std::uint32_t&) {
     door_.Wait();
     ++returned;
-    return SCARD_S_SUCCESS;
+    return PcscCode::Success;
   };
   std::atomic<int> given = 0;
-  api.Disconnect = [&given](SCARDHANDLE, DWORD how) {
-    if (how == SCARD_LEAVE_CARD) ++given;
-    return SCARD_S_SUCCESS;
+  api.Disconnect = [&given](PcscCard, CardDisposition how) {
+    if (how == CardDisposition::Leave) ++given;
+    return PcscCode::Success;
   };
   {
     PcscTransport transport(api, AnswerTime);
@@ -382,10 +402,10 @@ TEST_F(HungCallTest, AQuestionWithoutAnAnswerIsAServiceThatIsGone) {
   PcscApi api = Counting();
   const auto ask = api.GetStatusChange;
   std::atomic<bool> hangs = true;
-  api.GetStatusChange = [this, &hangs, ask](SCARDCONTEXT context, DWORD longest,
-                                            SCARD_READERSTATE* state, DWORD count) {
+  api.GetStatusChange = [this, &hangs, ask](PcscContext context, std::uint32_t longest,
+                                            ReaderStatus& status) {
     if (hangs) door_.Wait();
-    return ask(context, longest, state, count);
+    return ask(context, longest, status);
   };
   {
     PcscTransport transport(api, AnswerTime);
@@ -403,9 +423,9 @@ TEST_F(HungCallTest, AQuestionWithoutAnAnswerIsAServiceThatIsGone) {
 TEST_F(HungCallTest, AListThatDoesNotComeIsNoService) {
   PcscApi api = Counting();
   const auto list = api.ListReaders;
-  api.ListReaders = [this](SCARDCONTEXT, LPCSTR, LPSTR, LPDWORD) {
+  api.ListReaders = [this](PcscContext, std::span<char>, std::uint32_t&) {
     door_.Wait();
-    return SCARD_E_NO_SERVICE;
+    return PcscCode::NoService;
   };
   {
     PcscTransport transport(api, AnswerTime);
@@ -418,9 +438,9 @@ TEST_F(HungCallTest, AListThatDoesNotComeIsNoService) {
 TEST_F(HungCallTest, AServiceThatOpensNoConversationIsNone) {
   PcscApi api = Counting();
   const auto establish = api.EstablishContext;
-  api.EstablishContext = [this, establish](DWORD scope, LPCVOID, LPCVOID, LPSCARDCONTEXT context) {
+  api.EstablishContext = [this, establish](PcscContext& context) {
     door_.Wait();
-    return establish(scope, nullptr, nullptr, context);
+    return establish(context);
   };
   {
     PcscTransport transport(api, AnswerTime);
@@ -434,9 +454,9 @@ TEST_F(HungCallTest, AServiceThatOpensNoConversationIsNone) {
 
 TEST_F(HungCallTest, AnEndThatDoesNotComeIsWaitedForOnce) {
   PcscApi api = Counting();
-  api.Disconnect = [this](SCARDHANDLE, DWORD) {
+  api.Disconnect = [this](PcscCard, CardDisposition) {
     door_.Wait();
-    return SCARD_S_SUCCESS;
+    return PcscCode::Success;
   };
   {
     PcscTransport transport(api, AnswerTime);

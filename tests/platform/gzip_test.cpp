@@ -14,13 +14,15 @@
 #include <unistd.h>
 #endif
 
-#include "platform/memory_file.h"
+#include "platform/private_file.h"
 #include "support/gzip_data.h"
 #include "support/printing.h"
 #include "support/temporary_folder.h"
 
 namespace kartocheck {
 namespace {
+
+using test::TemporaryFolder;
 
 constexpr GunzipLimits Limits{.pieceSize = 2048, .cap = 32768};
 
@@ -152,36 +154,68 @@ TEST_P(GunzipTest, PlainDataReachTheCapToo) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Storages, GunzipTest,
-                         testing::Values(GunzipStorage::MemoryFile,
+                         testing::Values(GunzipStorage::PrivateFile,
                                          GunzipStorage::PrivateDirectory),
                          [](const auto& row) {
-                           return row.param == GunzipStorage::MemoryFile ? "MemoryFile"
-                                                                         : "PrivateDirectory";
+                           return row.param == GunzipStorage::PrivateFile ? "PrivateFile"
+                                                                          : "PrivateDirectory";
                          });
 
+TEST(PrivateFileTest, GivesItsBytesOnceAndLeavesNothing) {
+  const TemporaryFolder temporary;
+  {
+    PrivateFile file("Inhalt");
+    const std::optional<int> descriptor = file.TakeDescriptor();
+    ASSERT_TRUE(descriptor);
+    EXPECT_EQ(file.TakeDescriptor(), std::nullopt);
+    QFile reader;
+    ASSERT_TRUE(reader.open(*descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle));
+    EXPECT_EQ(reader.readAll(), QByteArray("Inhalt"));
+  }
+  {
+    const PrivateFile notTaken("Inhalt");
+  }
+  EXPECT_EQ(temporary.Entries(), QStringList());
+}
+
+// A user's name is part of the path of the temporary folder on some systems.
+TEST(PrivateFileTest, AFolderNameMayHaveLettersOfEveryKind) {
+  const QTemporaryDir outer;
+  const QString inner = outer.filePath(QStringLiteral("Jörg Größl"));
+  ASSERT_TRUE(QDir().mkpath(inner));
+  const TemporaryFolder temporary(inner);
+  for (const auto storage : {GunzipStorage::PrivateFile, GunzipStorage::PrivateDirectory}) {
+    EXPECT_EQ(Gunzip(test::Gzip("Text"), Limits, storage).bytes, QByteArray("Text"));
+  }
+}
+
 #ifdef Q_OS_LINUX
-TEST(MemoryFile, HasNoNameInTheFileSystem) {
-  const std::optional<int> descriptor = OpenMemoryFile("Inhalt");
+TEST(PrivateFileTest, HasNoNameInTheFileSystem) {
+  PrivateFile file("Inhalt");
+  const std::optional<int> descriptor = file.TakeDescriptor();
   ASSERT_TRUE(descriptor);
   const QString target = QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(*descriptor));
   EXPECT_TRUE(target.contains(u"memfd:")) << target.toStdString();
   char bytes[7] = {};
   EXPECT_EQ(read(*descriptor, bytes, 6), 6);
   EXPECT_STREQ(bytes, "Inhalt");
-  CloseMemoryFile(*descriptor);
+  CloseDescriptor(*descriptor);
 }
 
-TEST(MemoryFile, KeepsNoDescriptorOpen) {
+TEST(PrivateFileTest, KeepsNoDescriptorOpen) {
   const auto openDescriptors = [] {
     return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System).size();
   };
   const auto before = openDescriptors();
-  for (int i = 0; i < 10; ++i) (void)Gunzip(test::Gzip("Text"), Limits);
+  for (int i = 0; i < 10; ++i) {
+    (void)Gunzip(test::Gzip("Text"), Limits);
+    const PrivateFile notTaken("Text");
+  }
   EXPECT_EQ(openDescriptors(), before);
 }
 
 // The reader is killed at a moment of its own choosing, many times over.
-TEST(MemoryFile, LeavesNothingBehindAKilledProgram) {
+TEST(PrivateFileTest, LeavesNothingBehindAKilledProgram) {
   QTemporaryDir directory;
   const QByteArray member = test::Gzip(NoisyText(900));
   for (int milliseconds = 1; milliseconds <= 5; ++milliseconds) {

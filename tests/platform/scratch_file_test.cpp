@@ -171,7 +171,7 @@ TEST(ScratchFileTest, StandsInWhereTheSystemHasNoFileInMemory) {
   const QByteArray member = test::Gzip("Text");
   const int status = StatusOf([&] {
     if (!RefuseMemoryFiles()) return CannotRefuse;
-    const Gunzipped output = Gunzip(member, Limits, GunzipStorage::MemoryFile);
+    const Gunzipped output = Gunzip(member, Limits, GunzipStorage::PrivateFile);
     return output.outcome == GunzipOutcome::Complete && output.bytes == "Text" ? 0 : 1;
   });
   if (status == CannotRefuse) GTEST_SKIP() << "the kernel filters no system calls";

@@ -106,5 +106,21 @@ TEST(ComDevices, OfASystemWithoutSuchAFolderAreNone) {
   EXPECT_TRUE(FindComDevicesIn("/nowhere/class", "/dev").empty());
 }
 
+TEST(ComTable, AnOverrideMayNameADeviceByALink) {
+  const fs::path folder =
+      fs::canonical(testing::TempDir()) / ("com_table_" + std::to_string(::getpid()));
+  fs::create_directories(folder);
+  const std::string device = folder / "ttyUSB0";
+  const std::string link = folder / "by-id";
+  std::ofstream(device).put('\n');
+  fs::create_symlink(device, link);
+  EXPECT_EQ(MakeComTable({{.Path = device, .Identification = "A"}}, {{2, link}}),
+            (ComTable{{2, link}}))
+      << "the device has no second number";
+  EXPECT_EQ(DeviceFileOf(link), device);
+  EXPECT_EQ(DeviceFileOf("/dev/there-is-none"), "/dev/there-is-none");
+  fs::remove_all(folder);
+}
+
 }  // namespace
 }  // namespace ctapi

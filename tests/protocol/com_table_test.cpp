@@ -1,18 +1,13 @@
 #include "protocol/com_table.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <ostream>
-#include <unistd.h>
 
 #include "support/sentence_name.h"
 
 namespace ctapi {
 namespace {
-
-namespace fs = std::filesystem;
 
 TEST(ComTable, IsReadFromTheProgramsText) {
   EXPECT_EQ(ParseComTable("1=/dev/ttyS0;2=/dev/ttyUSB0"),
@@ -136,22 +131,6 @@ TEST_P(MadeComTable, DoesNotDependOnTheOrderOfTheDevices) {
 
 INSTANTIATE_TEST_SUITE_P(Protocol, MadeComTable, testing::ValuesIn(Rows()),
                          kartocheck::test::SentenceName());
-
-TEST(ComTable, AnOverrideMayNameADeviceByALink) {
-  const fs::path folder =
-      fs::canonical(testing::TempDir()) / ("com_table_" + std::to_string(::getpid()));
-  fs::create_directories(folder);
-  const std::string device = folder / "ttyUSB0";
-  const std::string link = folder / "by-id";
-  std::ofstream(device).put('\n');
-  fs::create_symlink(device, link);
-  EXPECT_EQ(MakeComTable({{.Path = device, .Identification = "A"}}, {{2, link}}),
-            (ComTable{{2, link}}))
-      << "the device has no second number";
-  EXPECT_EQ(DeviceFileOf(link), device);
-  EXPECT_EQ(DeviceFileOf("/dev/there-is-none"), "/dev/there-is-none");
-  fs::remove_all(folder);
-}
 
 }  // namespace
 }  // namespace ctapi

@@ -1,8 +1,23 @@
 # Fails unless LIBRARY exports the four entry points of CTNRV32, those in FURTHER, and nothing else.
-execute_process(COMMAND ${NM} -D --defined-only --format=posix ${LIBRARY}
-  OUTPUT_VARIABLE listing RESULT_VARIABLE result)
+# A library for Windows is listed by OBJDUMP, others by NM.
+if(LIBRARY MATCHES "\\.dll$")
+  set(command ${OBJDUMP} -p ${LIBRARY})
+else()
+  set(command ${NM} -D --defined-only --format=posix ${LIBRARY})
+endif()
+execute_process(COMMAND ${command} OUTPUT_VARIABLE listing RESULT_VARIABLE result)
 if(NOT result EQUAL 0)
-  message(FATAL_ERROR "${NM} failed on ${LIBRARY}")
+  message(FATAL_ERROR "${command} failed")
+endif()
+if(LIBRARY MATCHES "\\.dll$")
+  # The table of names: "  [   0] CT_get_baudrate".
+  string(REGEX REPLACE ".*Name Pointer\\] Table\n" "" listing "${listing}")
+  string(REGEX MATCHALL "\t\\[ *[0-9]+\\] [^\n]+" entries "${listing}")
+  set(listing)
+  foreach(entry IN LISTS entries)
+    string(REGEX REPLACE ".*\\] " "" name "${entry}")
+    string(APPEND listing "${name} \n")
+  endforeach()
 endif()
 string(REGEX MATCHALL "[^\n]+" lines "${listing}")
 set(names)

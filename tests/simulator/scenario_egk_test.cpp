@@ -113,16 +113,17 @@ std::string ErrorWith(const Folder& folder, const std::string& text) {
 
 TEST(EgkScenario, NamesMissingDocuments) {
   const Folder folder;
-  const std::string here = folder.Write("a.xml", "<a/>").parent_path().string();
+  const auto here = folder.Write("a.xml", "<a/>").parent_path();
+  const auto in = [&here](const char* name) { return (here / name).string(); };
   EXPECT_EQ(ErrorWith(folder, CardWith(R"("person": "nobody")")),
-            "ports[0].terminal.card.egk.person: the folder '" + here +
-                "/nobody' has no pd.xml, vd.xml or gvd.xml");
+            "ports[0].terminal.card.egk.person: the folder '" + in("nobody") +
+                "' has no pd.xml, vd.xml or gvd.xml");
   EXPECT_EQ(ErrorWith(folder, CardWith(R"("pd": "b.xml")")),
-            "ports[0].terminal.card.egk.pd: cannot read the file '" + here + "/b.xml'");
+            "ports[0].terminal.card.egk.pd: cannot read the file '" + in("b.xml") + "'");
   EXPECT_EQ(ErrorWith(folder, CardWith(R"("vdBlock": "b.gz")")),
-            "ports[0].terminal.card.egk.vdBlock: cannot read the file '" + here + "/b.gz'");
+            "ports[0].terminal.card.egk.vdBlock: cannot read the file '" + in("b.gz") + "'");
   EXPECT_EQ(ErrorWith(folder, CardWith(R"("efGvd": "b.bin")")),
-            "ports[0].terminal.card.egk.efGvd: cannot read the file '" + here + "/b.bin'");
+            "ports[0].terminal.card.egk.efGvd: cannot read the file '" + in("b.bin") + "'");
   EXPECT_EQ(ErrorWith(folder, CardWith(R"("pd": "a.xml", "pdBlock": "a.xml")")),
             "ports[0].terminal.card.egk: only one of the keys 'pd' and 'pdBlock' is allowed");
 }

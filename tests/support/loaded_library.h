@@ -17,4 +17,7 @@ namespace kartocheck::test {
 // The same where nobody looks at the call that is waited for.
 [[nodiscard]] CtApiLibrary LoadedLibrary(const QStringList& candidates);
 
+// What the first call of a library in this file is refused with. Throws where it is taken.
+[[nodiscard]] LibraryFault LoadFaultOf(const QString& file);
+
 }  // namespace kartocheck::test

@@ -12,14 +12,14 @@ namespace kartocheck::test {
 class TemporaryFolder {
  public:
   TemporaryFolder() : TemporaryFolder(QString()) {}
-  explicit TemporaryFolder(const QString& elsewhere) : previous_(qgetenv("TMPDIR")) {
-    qputenv("TMPDIR", QFile::encodeName(elsewhere.isEmpty() ? own_.path() : elsewhere));
+  explicit TemporaryFolder(const QString& elsewhere) : previous_(qgetenv(Variable)) {
+    qputenv(Variable, QFile::encodeName(elsewhere.isEmpty() ? own_.path() : elsewhere));
   }
   ~TemporaryFolder() {
     if (previous_.isNull()) {
-      qunsetenv("TMPDIR");
+      qunsetenv(Variable);
     } else {
-      qputenv("TMPDIR", previous_);
+      qputenv(Variable, previous_);
     }
   }
   TemporaryFolder(const TemporaryFolder&) = delete;
@@ -31,6 +31,11 @@ class TemporaryFolder {
   }
 
  private:
+#if defined(Q_OS_WIN)
+  static constexpr const char* Variable = "TMP";
+#else
+  static constexpr const char* Variable = "TMPDIR";
+#endif
   QTemporaryDir own_;
   QByteArray previous_;
 };

@@ -86,4 +86,10 @@ std::vector<ComDevice> FindComDevicesIn(const std::string& ttyFolder,
   return devices;
 }
 
+std::string DeviceFileOf(const std::string& path) {
+  std::error_code error;
+  const fs::path file = fs::canonical(path, error);
+  return error ? path : file.string();
+}
+
 }  // namespace ctapi

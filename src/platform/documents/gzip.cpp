@@ -1,13 +1,11 @@
 #include "platform/documents/gzip.h"
 
-#include <QFile>
-
 #include <optional>
 #include <zlib.h>
 
 #include "platform/documents/c_handle.h"
 #include "platform/documents/scratch_file.h"
-#include "platform/memory_file.h"
+#include "platform/private_file.h"
 
 namespace kartocheck {
 
@@ -15,11 +13,12 @@ namespace {
 
 using GzipFile = CHandle<gzclose>;
 
-GzipFile OpenInMemory(QByteArrayView compressed) {
-  const std::optional<int> descriptor = OpenMemoryFile(compressed);
+// Takes the descriptor over. By a descriptor, since zlib takes names in the system's 8-bit code
+// only.
+GzipFile GzipFileOf(std::optional<int> descriptor) {
   if (!descriptor) return nullptr;
   GzipFile file(gzdopen(*descriptor, "rb"));
-  if (!file) CloseMemoryFile(*descriptor);
+  if (!file) CloseDescriptor(*descriptor);
   return file;
 }
 
@@ -41,13 +40,15 @@ Gunzipped ReadAll(const GzipFile& file, const GunzipLimits& limits) {
 }  // namespace
 
 Gunzipped Gunzip(QByteArrayView compressed, const GunzipLimits& limits, GunzipStorage storage) {
-  if (storage == GunzipStorage::MemoryFile) {
-    if (const GzipFile file = OpenInMemory(compressed)) return ReadAll(file, limits);
+  if (storage == GunzipStorage::PrivateFile) {
+    PrivateFile stored(compressed);
+    // Declared behind the stored bytes, so closed before those end.
+    if (const GzipFile file = GzipFileOf(stored.TakeDescriptor())) return ReadAll(file, limits);
   }
   const ScratchFile scratch(compressed);
   if (scratch.Path().isEmpty()) return {};
   // Declared behind the scratch file, so closed before that is removed.
-  const GzipFile file(gzopen(QFile::encodeName(scratch.Path()).constData(), "rb"));
+  const GzipFile file = GzipFileOf(OpenForReading(scratch.Path()));
   return file ? ReadAll(file, limits) : Gunzipped{};
 }
 

@@ -24,7 +24,7 @@ struct Gunzipped {
 
 // zlib's gzip interface reads files only.
 enum class GunzipStorage {
-  MemoryFile,        // a file in memory without a name; where the system has none, as below
+  PrivateFile,       // a file that ends with the program; where the system has none, as below
   PrivateDirectory,  // "Daten.xml.gz" in a directory that only this user may enter
 };
 
@@ -32,6 +32,6 @@ enum class GunzipStorage {
 // ignored, a member that is cut off delivers what came before the cut, and what is not gzip data is
 // delivered as it is. No file is left behind.
 [[nodiscard]] Gunzipped Gunzip(QByteArrayView compressed, const GunzipLimits& limits,
-                               GunzipStorage storage = GunzipStorage::MemoryFile);
+                               GunzipStorage storage = GunzipStorage::PrivateFile);
 
 }  // namespace kartocheck

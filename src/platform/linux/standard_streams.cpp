@@ -28,7 +28,7 @@ std::optional<int> ColumnsOf(StandardStream stream) {
   return size.ws_col;
 }
 
-void SecureStandardStreams() {
+void PrepareStandardStreams() {
   std::signal(SIGPIPE, SIG_IGN);
   // Opened the wrong way round. The lowest free number is taken, which is the missing stream's.
   for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {

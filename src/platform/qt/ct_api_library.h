@@ -21,13 +21,6 @@ class HelperProcess;
 // optional entry point only tells nothing of its ports.
 class CtApiLibrary final : public CtApi {
  public:
-  // File name of CTNRV32 on this platform.
-#if defined(Q_OS_WIN)
-  static constexpr QStringView FileName = u"CTNRV32.dll";
-#else
-  static constexpr QStringView FileName = u"libCTNRV32.so";
-#endif
-
   // helper: the program that loads the library. The first of the candidates that exists is loaded.
   // A candidate is a path, or a bare file name that the system's search path resolves. pending:
   // outlives this.

@@ -6,6 +6,9 @@
 
 #include <utility>
 
+#include "platform/foreground.h"
+#include "platform/system_names.h"
+
 namespace kartocheck {
 
 namespace {
@@ -41,6 +44,8 @@ void HelperProcess::Kill() {
 
 void HelperProcess::Send(const helper::Message& call) {
   const ctapi::Bytes bytes = helper::Encode(call);
+  // A library may ask its user something.
+  LetComeToFront(process_.processId());
   process_.write(reinterpret_cast<const char*>(bytes.data()), static_cast<qint64>(bytes.size()));
 }
 
@@ -102,10 +107,11 @@ bool HelperProcess::WaitInEventLoop(PendingCall& pending) {
 }
 
 void HelperProcess::TellOfEnd() {
-  const bool bySignal = process_.exitStatus() == QProcess::CrashExit;
+  const int status = process_.exitCode();
+  const bool bySignal = process_.exitStatus() == QProcess::CrashExit || IsCrashStatus(status);
   throw LibraryUnusable(
       {.Kind = bySignal ? LibraryFaultKind::EndedBySignal : LibraryFaultKind::EndedWithStatus,
-       .Number = process_.exitCode()});
+       .Number = status});
 }
 
 }  // namespace kartocheck

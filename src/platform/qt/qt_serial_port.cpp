@@ -3,6 +3,7 @@
 #include <chrono>
 #include <utility>
 
+#include "platform/machine_serial_port.h"
 #include "platform/port.h"
 #include "platform/serial_devices.h"
 
@@ -136,6 +137,10 @@ void QtSerialPort::NoteError(QSerialPort::SerialPortError error) {
         if (isLost_) Close();
       },
       Qt::QueuedConnection);
+}
+
+std::unique_ptr<SerialPort> MachineSerialPort(ctapi::ComTable table) {
+  return std::make_unique<QtSerialPort>(std::move(table));
 }
 
 }  // namespace kartocheck

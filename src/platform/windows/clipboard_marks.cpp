@@ -4,20 +4,16 @@ namespace kartocheck {
 
 namespace {
 
-// Qt hands a registered clipboard format through under this type.
-QString Format(const QString& name) {
-  return u"application/x-qt-windows-mime;value=\"" + name + u'"';
-}
-
 const QByteArray No(4, '\0');  // a DWORD
 
 }  // namespace
 
-// Microsoft, "Clipboard Formats", cloud clipboard and clipboard history.
+// Microsoft, "Clipboard Formats", cloud clipboard and clipboard history. Qt registers a type that
+// it does not know as the clipboard format of that name.
 std::vector<std::pair<QString, QByteArray>> ClipboardSecretMarks() {
-  return {{Format(QStringLiteral("ExcludeClipboardContentFromMonitorProcessing")), No},
-          {Format(QStringLiteral("CanIncludeInClipboardHistory")), No},
-          {Format(QStringLiteral("CanUploadToCloudClipboard")), No}};
+  return {{QStringLiteral("ExcludeClipboardContentFromMonitorProcessing"), No},
+          {QStringLiteral("CanIncludeInClipboardHistory"), No},
+          {QStringLiteral("CanUploadToCloudClipboard"), No}};
 }
 
 }  // namespace kartocheck

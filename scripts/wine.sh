@@ -1,0 +1,50 @@
+#!/usr/bin/env bash
+# Runs a Windows program in the root of scripts/wine_root.sh, with the tree and the temporary folder
+# at their usual places: scripts/wine.sh PROGRAM [ARGUMENT ...]. KARTOCHECK_WINE_SUITE names another
+# Debian release than bookworm, KARTOCHECK_WINE_HOME the folder that takes the place of the user's.
+set -euo pipefail
+tree=$(cd "$(dirname "$0")/.." && pwd)
+root=$("$tree/scripts/wine_root.sh" "${KARTOCHECK_WINE_SUITE:-bookworm}")
+home=${KARTOCHECK_WINE_HOME:-$tree/build/wine-home}
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then as_root=(sudo --preserve-env); fi
+
+bind() { # FOLDER: the same in the root
+  mountpoint --quiet "$root$1" && return
+  "${as_root[@]}" mkdir -p "$root$1"
+  "${as_root[@]}" mount --rbind "$1" "$root$1"
+}
+enter() {
+  "${as_root[@]}" env HOME="$home" WINEPREFIX="$home/prefix" WINEDEBUG="${WINEDEBUG:--all}" \
+    WINEDLLOVERRIDES="mscoree=;mshtml=" LC_ALL=C.UTF-8 \
+    chroot "$root" sh -c 'cd "$1" 2>/dev/null; shift; exec "$@"' sh "$PWD" "$@"
+}
+
+(
+  # One at a time makes the mounts and the prefix.
+  flock 9
+  for folder in /proc /dev /tmp "$tree"; do bind "$folder"; done
+  if [ ! -e "$home/prefix/kartocheck-ready" ]; then
+    mkdir -p "$home"
+    # No crash dialogue, which would wait for a click; windows without the help of a window manager.
+    enter sh -c 'wineboot --update && winecfg -v win10 &&
+      wine reg add "HKCU\Software\Wine\WineDbg" /v ShowCrashDialog /t REG_DWORD /d 0 /f &&
+      wine reg add "HKCU\Software\Wine\X11 Driver" /v Managed /d N /f && wineserver --wait' \
+      </dev/null >"$home/prefix.log" 2>&1
+    touch "$home/prefix/kartocheck-ready"
+  fi
+  # The server stays, so that a program starts in a tenth of a second; it fails where one runs
+  # already. What is started here is given none of our streams, which the services that Wine starts
+  # first would keep open.
+  enter sh -c 'if wineserver --persistent; then wine cmd /c exit; fi' \
+    </dev/null >/dev/null 2>&1 9>&-
+) 9>"/tmp/kartocheck-wine.lock"
+
+# Wine keeps variables that begin with QT_ from its programs; a command interpreter sets them again.
+settings=''
+while IFS= read -r variable; do settings+="set $variable&& "; done < <(env | grep '^QT_' || true)
+if [ -z "$settings" ]; then enter wine "$@"; exit; fi
+program=$(realpath "$1")
+shift
+enter wine cmd /s /c "${settings}Z:${program//\//\\} $*"
