@@ -29,6 +29,12 @@ QStringList HarmlessWarnings() {
           QStringLiteral("QPixmap::fromWinHICON()")};
 }
 
+QStringList ClipboardSecretFormats() {
+  return {QStringLiteral("ExcludeClipboardContentFromMonitorProcessing"),
+          QStringLiteral("CanIncludeInClipboardHistory"),
+          QStringLiteral("CanUploadToCloudClipboard")};
+}
+
 ForeignProgram ProgramThatSays(const QString& text) {
   return {QStringLiteral("cmd.exe"), {QStringLiteral("/c"), QStringLiteral("echo"), text}};
 }
