@@ -30,6 +30,8 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", platform);
   }
   qInstallMessageHandler(FailOnWarning);
+  // The tests answer Qt's own dialogues; those of the system have no widgets.
+  QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
   QApplication application(argc, argv);
   kartocheck::InstallReadableStyle(QStringLiteral("fusion"));
   // The tests of a program that is about to close go on after its last window.

@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTemporaryDir>
@@ -32,7 +33,7 @@ class MenuTest : public testing::Test {
     Entry(QStringLiteral("mnuSchema_%1").arg(entry)).trigger();
     auto& dialog = static_cast<QFileDialog&>(SideWindow(QStringLiteral("dlgKartoCheck")));
     auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-    name->setText(file);
+    name->setText(QFileInfo(file).absoluteFilePath());
     QTest::keyClick(name, Qt::Key_Return);
   }
 

@@ -154,7 +154,7 @@ TEST(ProgramTest, TheLibraryIsToldWhichDeviceIsWhichPort) {
        QStringLiteral("7"), QStringLiteral("--serial-port"), QStringLiteral("250=/dev/there"),
        QStringLiteral("--serial-port"), QStringLiteral("251=/dev/here")}));
   EXPECT_EQ(told.status, 1);
-  EXPECT_TRUE(told.messages.contains("250=/dev/there;251=/dev/here>\n"))
+  EXPECT_TRUE(told.messages.contains("250=/dev/there;251=/dev/here>"))
       << told.messages.toStdString();
 }
 

@@ -21,6 +21,10 @@ namespace kartocheck::test {
 // What Qt's platform plugin there has to say about itself, by how it begins.
 [[nodiscard]] QStringList HarmlessWarnings();
 
+// The formats beside a text in the clipboard by which the programs that keep its history know that
+// they are to leave it out.
+[[nodiscard]] QStringList ClipboardSecretFormats();
+
 // A program of the system.
 struct ForeignProgram {
   QString file;

@@ -27,6 +27,10 @@ QStringList HarmlessWarnings() {
           QStringLiteral("QStandardPaths: XDG_RUNTIME_DIR not set")};
 }
 
+QStringList ClipboardSecretFormats() {
+  return {QStringLiteral("x-kde-passwordManagerHint")};
+}
+
 ForeignProgram ProgramThatSays(const QString& text) {
   return {QStringLiteral("/bin/echo"), {text}};
 }

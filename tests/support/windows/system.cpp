@@ -20,13 +20,20 @@ QByteArray PlatformOfTests() {
   return {};
 }
 
-// The latter two under Wine.
+// The last three under Wine.
 QStringList HarmlessWarnings() {
   return {QStringLiteral("This plugin does not support propagateSizeHints()"),
           QStringLiteral("This plugin does not support raise()"),
           QStringLiteral("This plugin does not support grabbing the keyboard"),
           QStringLiteral("EnableNonClientDpiScaling() failed"),
-          QStringLiteral("QPixmap::fromWinHICON()")};
+          QStringLiteral("QPixmap::fromWinHICON()"),
+          QStringLiteral("SetProcessDpiAwarenessContext(")};
+}
+
+QStringList ClipboardSecretFormats() {
+  return {QStringLiteral("ExcludeClipboardContentFromMonitorProcessing"),
+          QStringLiteral("CanIncludeInClipboardHistory"),
+          QStringLiteral("CanUploadToCloudClipboard")};
 }
 
 ForeignProgram ProgramThatSays(const QString& text) {
