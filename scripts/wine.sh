@@ -20,7 +20,7 @@ bind() { # FOLDER: the same in the root
 }
 enter() {
   "${as_root[@]}" env HOME="$home" WINEPREFIX="$home/prefix" WINEDEBUG="${WINEDEBUG:--all}" \
-    WINEDLLOVERRIDES="mscoree=;mshtml=" LC_ALL=C.UTF-8 DISPLAY="$display" \
+    WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe=" LC_ALL=C.UTF-8 DISPLAY="$display" \
     chroot "$root" sh -c 'cd "$1" 2>/dev/null; shift; exec "$@"' sh "$PWD" "$@"
 }
 
@@ -45,7 +45,7 @@ fi
   fi
   # Wine's desktop is made by the first program, and stays where that one found no display.
   if [ ! -e "/tmp/.X11-unix/X${display#:}" ]; then
-    setsid Xvfb "$display" -screen 0 1920x1080x24 -nolisten tcp </dev/null >/dev/null 2>&1 9>&- &
+    setsid Xvfb "$display" -screen 0 1366x768x24 -nolisten tcp </dev/null >/dev/null 2>&1 9>&- &
     for _ in $(seq 50); do [ -e "/tmp/.X11-unix/X${display#:}" ] && break; sleep 0.1; done
   fi
   # The server stays, so that a program starts in a tenth of a second; it fails where one runs
