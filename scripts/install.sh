@@ -26,7 +26,7 @@ windows_packages=(
   libxml2-dev nlohmann-json3-dev
   librsvg2-bin icoutils nsis zip
 )
-windows_test_packages=(googletest debootstrap xvfb)
+windows_test_packages=(googletest debootstrap xvfb x11-utils procps)
 
 packages=("${run_packages[@]}")
 case "${1:-run}" in

@@ -7,9 +7,13 @@ cd "$(dirname "$0")/.."
 packages=build/windows-x86/packages
 home=$(mktemp --directory --tmpdir kartocheck-installed-XXXXXX)
 export KARTOCHECK_WINE_HOME=$home
+trap 'scripts/wine.sh --stop' EXIT
 fail() { echo "$0: $*" >&2; exit 1; }
 wine() { scripts/wine.sh "$@"; }
-installer=$(ls "$packages"/*-Installation.exe)
+installer=$(realpath "$packages"/*-Installation.exe)
+# The folder is what follows /D= to the end of the line, without quotes, which only a command
+# interpreter hands through.
+install() { wine cmd /s /c "start /wait Z:${installer//\//\\} /S /CurrentUser /D=$folder" </dev/null; }
 
 # Folders with blanks and umlauts, as users have them.
 folder='C:\Prüf Programme\KartoCheck'
@@ -20,7 +24,7 @@ everything() {
 
 wine cmd /c exit </dev/null
 everything >"$home/before"
-wine "$installer" /S /CurrentUser "/D=$folder" </dev/null
+install
 [ -f "$inside/kartocheck-window.exe" ] || fail "nothing was installed"
 
 echo "== console"
@@ -34,33 +38,33 @@ wine "$inside/kartocheck.exe" --console --simulate --json --quiet </dev/null >"$
 python3 - "$home/report.json" <<'END' || fail "the JSON report is none, or has no data"
 import json, sys
 report = json.load(open(sys.argv[1], encoding="utf-8"))
-sys.exit(0 if report["complete"] and any("insured" in str(port) for port in report["ports"]) else 1)
+sys.exit(0 if report["complete"] and any(port.get("data") for port in report["ports"].values()) else 1)
 END
 status=0
 wine "$inside/kartocheck.exe" --nonsense </dev/null >/dev/null 2>&1 || status=$?
 [ "$status" = 3 ] || fail "a wrong call ends with $status"
 
 echo "== refuses while it runs"
-Xvfb :97 -screen 0 1366x768x24 -nolisten tcp >/dev/null 2>&1 & display=$!
-trap 'kill $display 2>/dev/null || true' EXIT
-DISPLAY=:97 wine "$inside/kartocheck-window.exe" --simulate </dev/null >/dev/null 2>&1 & window=$!
-for _ in $(seq 100); do
-  DISPLAY=:97 xwininfo -root -tree 2>/dev/null | grep -q KartoCheck && break
-  sleep 0.2
-done
+wine "$inside/kartocheck-window.exe" --simulate </dev/null >/dev/null 2>&1 & window=$!
+is_shown() { DISPLAY=:96 xwininfo -root -tree | grep -qi "kartocheck-window"; }
+for _ in $(seq 100); do is_shown && break; sleep 0.2; done
+is_shown || fail "no window"
 status=0
-wine "$installer" /S /CurrentUser "/D=$folder" </dev/null || status=$?
+install || status=$?
 [ "$status" != 0 ] || fail "installs over a program that runs"
-wine taskkill /f /im kartocheck-window.exe </dev/null >/dev/null 2>&1
+pkill -f "^$inside/kartocheck-window.exe"
 wait $window || true
 
 echo "== removes itself"
-wine "$inside/Deinstallieren.exe" /S /CurrentUser "_?=$folder" </dev/null
-rm -f "$inside/Deinstallieren.exe"; rmdir "$inside" 2>/dev/null || true
-rmdir "$home/prefix/drive_c/Prüf Programme" 2>/dev/null || true
+wine "$inside/Deinstallieren.exe" /S /CurrentUser </dev/null
+# It goes on as a copy of itself, which its caller does not wait for.
+for _ in $(seq 100); do [ -e "$inside" ] || break; sleep 0.2; done
+# The folder above was named by us.
+rmdir "$home/prefix/drive_c/Prüf Programme"
 everything >"$home/after"
 diff "$home/before" "$home/after" || fail "something is left"
+# The registry is written when the server ends.
+scripts/wine.sh --stop
 if grep -q -a 'KartoCheck' "$home"/prefix/*.reg; then fail "something is left in the registry"; fi
-wine wineserver --kill 2>/dev/null || true
 rm -rf "$home"
 echo "installed, used and removed"

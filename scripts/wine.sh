@@ -2,10 +2,13 @@
 # Runs a Windows program in the root of scripts/wine_root.sh, with the tree and the temporary folder
 # at their usual places: scripts/wine.sh PROGRAM [ARGUMENT ...]. KARTOCHECK_WINE_SUITE names another
 # Debian release than bookworm, KARTOCHECK_WINE_HOME the folder that takes the place of the user's.
+# Windows are shown on a display of their own, :96, or the one that KARTOCHECK_WINE_DISPLAY names; what
+# runs on for the next call is ended by scripts/wine.sh --stop.
 set -euo pipefail
 tree=$(cd "$(dirname "$0")/.." && pwd)
 root=$("$tree/scripts/wine_root.sh" "${KARTOCHECK_WINE_SUITE:-bookworm}")
 home=${KARTOCHECK_WINE_HOME:-$tree/build/wine-home}
+display=${KARTOCHECK_WINE_DISPLAY:-:96}
 
 as_root=()
 if [ "$(id -u)" -ne 0 ]; then as_root=(sudo --preserve-env); fi
@@ -17,9 +20,15 @@ bind() { # FOLDER: the same in the root
 }
 enter() {
   "${as_root[@]}" env HOME="$home" WINEPREFIX="$home/prefix" WINEDEBUG="${WINEDEBUG:--all}" \
-    WINEDLLOVERRIDES="mscoree=;mshtml=" LC_ALL=C.UTF-8 \
+    WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe=" LC_ALL=C.UTF-8 DISPLAY="$display" \
     chroot "$root" sh -c 'cd "$1" 2>/dev/null; shift; exec "$@"' sh "$PWD" "$@"
 }
+
+if [ "${1:-}" = --stop ]; then
+  enter wineserver --kill 2>/dev/null || true
+  pkill -f "^Xvfb $display " || true
+  exit
+fi
 
 (
   # One at a time makes the mounts and the prefix.
@@ -33,6 +42,11 @@ enter() {
       wine reg add "HKCU\Software\Wine\X11 Driver" /v Managed /d N /f && wineserver --wait' \
       </dev/null >"$home/prefix.log" 2>&1
     touch "$home/prefix/kartocheck-ready"
+  fi
+  # Wine's desktop is made by the first program, and stays where that one found no display.
+  if [ ! -e "/tmp/.X11-unix/X${display#:}" ]; then
+    setsid Xvfb "$display" -screen 0 1366x768x24 -nolisten tcp </dev/null >/dev/null 2>&1 9>&- &
+    for _ in $(seq 50); do [ -e "/tmp/.X11-unix/X${display#:}" ] && break; sleep 0.1; done
   fi
   # The server stays, so that a program starts in a tenth of a second; it fails where one runs
   # already. What is started here is given none of our streams, which the services that Wine starts

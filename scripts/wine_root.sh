@@ -27,7 +27,7 @@ if [ ! -e "$root/complete" ]; then
     "${as_root[@]}" chmod +x "$root/usr/sbin/policy-rc.d"
     in_root dpkg --add-architecture i386
     in_root apt-get update --quiet
-    packages=(wine wine32:i386 libwine:i386 fonts-liberation fonts-dejavu-core)
+    packages=(wine wine32:i386 libwine:i386 fonts-liberation fonts-dejavu-core fonts-cantarell)
     if [ "$suite" = trixie ]; then packages+=(wine64 libpcsclite1 pcscd vsmartcard-vpcd); fi
     in_root apt-get install --yes --quiet --no-install-recommends "${packages[@]}"
     in_root apt-get clean

@@ -53,37 +53,35 @@ VIAddVersionKey LegalCopyright "${NAME}"
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "German"
 
-; Exit status 1 of a silent run.
+; Windows lets nobody write into a program that runs. Exit status 1 of a silent run.
+!macro RefuseWhileRuns FILE
+  ${If} ${FileExists} "$INSTDIR\${FILE}"
+    ClearErrors
+    FileOpen $0 "$INSTDIR\${FILE}" a
+    ${If} ${Errors}
+      MessageBox MB_OK|MB_ICONEXCLAMATION "KartoCheck läuft noch. Bitte beenden Sie das Programm und versuchen Sie es erneut." /SD IDOK
+      SetErrorLevel 1
+      Quit
+    ${EndIf}
+    FileClose $0
+  ${EndIf}
+!macroend
 !macro RefuseWhileItRuns UN
 Function ${UN}RefuseWhileItRuns
-  ; Windows lets nobody write into a program that runs.
-  ${If} ${FileExists} "$INSTDIR\${WINDOW_PROGRAM}"
-    ClearErrors
-    FileOpen $0 "$INSTDIR\${WINDOW_PROGRAM}" a
-    ${If} ${Errors}
-      MessageBox MB_OK|MB_ICONEXCLAMATION "KartoCheck läuft noch. Bitte beenden Sie das Programm und versuchen Sie es erneut." /SD IDOK
-      SetErrorLevel 1
-      Quit
-    ${EndIf}
-    FileClose $0
-  ${EndIf}
-  ${If} ${FileExists} "$INSTDIR\kartocheck.exe"
-    ClearErrors
-    FileOpen $0 "$INSTDIR\kartocheck.exe" a
-    ${If} ${Errors}
-      MessageBox MB_OK|MB_ICONEXCLAMATION "KartoCheck läuft noch. Bitte beenden Sie das Programm und versuchen Sie es erneut." /SD IDOK
-      SetErrorLevel 1
-      Quit
-    ${EndIf}
-    FileClose $0
-  ${EndIf}
+  !insertmacro RefuseWhileRuns "${WINDOW_PROGRAM}"
+  !insertmacro RefuseWhileRuns "kartocheck.exe"
 FunctionEnd
 !macroend
 !insertmacro RefuseWhileItRuns ""
 !insertmacro RefuseWhileItRuns "un."
 
 Function .onInit
+  ; A folder that was named on the command line goes before that of the mode.
+  StrCpy $R9 $INSTDIR
   !insertmacro MULTIUSER_INIT
+  ${If} $R9 != ""
+    StrCpy $INSTDIR $R9
+  ${EndIf}
 FunctionEnd
 
 Function un.onInit

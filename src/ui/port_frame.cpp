@@ -154,6 +154,8 @@ void PortFrame::ShowPortList(const PortList& list) {
   // An empty list has nothing to show the focus on.
   List1->setFocusPolicy(listed_.empty() ? Qt::NoFocus : Qt::StrongFocus);
   List1->setCurrentRow(list.chosen);
+  // Where nothing is chosen the first entry is the one that the space key chooses.
+  if (list.chosen < 0) List1->setCurrentRow(0, QItemSelectionModel::NoUpdate);
   ShowFacts();
 }
 

@@ -24,7 +24,8 @@ class Folder {
   Folder() {
     fs::create_directory(path_);
     for (const char* const name : {"kvk", "personen"}) {
-      fs::create_directory_symlink(fs::path(SCENARIOS) / name, path_ / name);
+      // A copy: not every system lets every user make links.
+      fs::copy(fs::path(SCENARIOS) / name, path_ / name, fs::copy_options::recursive);
     }
   }
   ~Folder() {

@@ -350,6 +350,9 @@ TEST(EgkGridTest, ColumnsHaveTheirWidthsAndGrowWithTexts) {
 
 TEST(EgkGridTest, GrowsWithTheWindow) {
   EgkWindow shown(InfoOf(Card()));
+  // Small enough to grow on any screen.
+  shown.window.resize(shown.window.minimumSizeHint());
+  QCoreApplication::processEvents();
   const QSize before = shown.Grid().size();
   const int valueBefore = shown.Grid().columnWidth(1);
   shown.window.resize(shown.window.size() + QSize(200, 100));

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "diagnosis/port_hints.h"
 #include "gui/support/box_answerer.h"
 #include "gui/support/simulated_program.h"
 #include "gui/support/window_visitor.h"
@@ -24,9 +25,8 @@ const QString FurtherPorts = QStringLiteral("Opti_Comx_4");
 const QString NotPermittedText = QStringLiteral(
     "Sie dürfen /dev/ttyS0, /dev/ttyUSB0 nicht öffnen. Lassen Sie sich in die Gruppe \"dialout\" "
     "aufnehmen und melden Sie sich neu an.");
-const QString NoServiceText = QStringLiteral(
-    "Der Kartenleser-Dienst läuft nicht. Starten Sie ihn mit \"sudo systemctl start pcscd\"; fehlt "
-    "er, installieren Sie die Pakete \"pcscd\" und \"libccid\".");
+// In the words of the system's users.
+const QString NoServiceText = PortHint(NoService);
 const QString HeldText = QStringLiteral(
     "Ein anderes Programm benutzt die Karte im Kartenleser. Beenden Sie es und versuchen Sie es "
     "noch einmal.");

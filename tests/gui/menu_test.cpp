@@ -3,7 +3,6 @@
 #include <QClipboard>
 #include <QFile>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTemporaryDir>
@@ -33,7 +32,7 @@ class MenuTest : public testing::Test {
     Entry(QStringLiteral("mnuSchema_%1").arg(entry)).trigger();
     auto& dialog = static_cast<QFileDialog&>(SideWindow(QStringLiteral("dlgKartoCheck")));
     auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-    name->setText(QFileInfo(file).absoluteFilePath());
+    name->setText(file);
     QTest::keyClick(name, Qt::Key_Return);
   }
 
@@ -126,8 +125,9 @@ TEST_F(MenuTest, AFileThatIsNoSchemaIsTold) {
 
 TEST_F(MenuTest, DataAreValidatedAgainstTheLoadedSchema) {
   Entry(QStringLiteral("mnuValidierung")).trigger();
-  const QString fitting =
-      QStringLiteral(KARTOCHECK_SCHEMAS "/UC_PersoenlicheVersichertendatenXML.xsd");
+  const QString fitting = folder.filePath(QStringLiteral("passend.xsd"));
+  ASSERT_TRUE(QFile::copy(
+      QStringLiteral(KARTOCHECK_SCHEMAS "/UC_PersoenlicheVersichertendatenXML.xsd"), fitting));
   const QString foreign = File(QStringLiteral("fremd.xsd"),
                                Schema(QStringLiteral("http://example.org/fremd")).toUtf8());
   const QString broken = File(QStringLiteral("kaputt.xsd"), "<xs:schema><nicht zu Ende");

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <ostream>
 
+#include "diagnosis/port_hints.h"
 #include "gui/support/simulated_program.h"
 #include "host/fake_pcsc.h"
 #include "host/host_library_api.h"
@@ -26,7 +27,7 @@ using ctapi::host::test::HostLibraryApi;
 struct TroubleRow {
   const char* sentence;
   std::function<std::optional<ctapi::host::PcscApi>(ctapi::host::test::FakePcsc&)> load;
-  QStringView shown;  // empty: the line stays hidden
+  QString shown;  // empty: the line stays hidden
 
   friend std::ostream& operator<<(std::ostream& out, const TroubleRow& row) {
     return out << row.sentence;
@@ -55,31 +56,28 @@ INSTANTIATE_TEST_SUITE_P(
     Gui, ReaderHintWindowTest,
     testing::Values(
         TroubleRow{"PC/SC is not installed", [](auto&) { return std::nullopt; },
-                   u"PC/SC ist nicht installiert. Installieren Sie die Pakete \"pcscd\" und "
-                   u"\"libccid\"."},
+                   PortHint({PortTroubleKind::NotInstalled})},
         TroubleRow{"the service does not run",
                    [](auto& pcsc) {
                      pcsc.Established = PcscCode::NoService;
                      return pcsc.Api();
                    },
-                   u"Der Kartenleser-Dienst läuft nicht. Starten Sie ihn mit \"sudo systemctl "
-                   u"start pcscd\"; fehlt er, installieren Sie die Pakete \"pcscd\" und "
-                   u"\"libccid\"."},
+                   PortHint({PortTroubleKind::NoService})},
         TroubleRow{"there is no reader or no driver",
                    [](auto& pcsc) {
                      pcsc.Readers.clear();
                      return pcsc.Api();
                    },
-                   u"Der Kartenleser-Dienst kennt keinen Kartenleser. Stecken Sie den Leser an und "
-                   u"installieren Sie seinen Treiber (meist das Paket \"libccid\")."},
-        TroubleRow{"the card is held",
-                   [](auto& pcsc) {
-                     pcsc.Readers.begin()->second.IsHeld = true;
-                     return pcsc.Api();
-                   },
-                   u"Ein anderes Programm benutzt die Karte im Kartenleser. Beenden Sie es und "
-                   u"versuchen Sie es noch einmal."},
-        TroubleRow{"all is well", [](auto& pcsc) { return pcsc.Api(); }, u""}),
+                   PortHint({PortTroubleKind::NoReader})},
+        TroubleRow{
+            "the card is held",
+            [](auto& pcsc) {
+              pcsc.Readers.begin()->second.IsHeld = true;
+              return pcsc.Api();
+            },
+            QStringLiteral("Ein anderes Programm benutzt die Karte im Kartenleser. Beenden Sie "
+                           "es und versuchen Sie es noch einmal.")},
+        TroubleRow{"all is well", [](auto& pcsc) { return pcsc.Api(); }, {}}),
     SentenceName());
 
 }  // namespace

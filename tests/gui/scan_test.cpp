@@ -230,7 +230,7 @@ TEST_F(ScanTest, TheFocusAloneChoosesNoFurtherPort) {
   program.view.furtherPorts.Set({.ports = {{QStringLiteral("USB Device 1 (CTAPI pn=8192)"), {}}}});
   program.Find(QStringLiteral("List1")).setFocus(Qt::TabFocusReason);
   EXPECT_EQ(program.module.SelectedPort, Port(1));
-  program.Press(QStringLiteral("List1"), Qt::Key_Down);
+  program.Press(QStringLiteral("List1"), Qt::Key_Space);
   EXPECT_EQ(program.module.SelectedPort, Port(8192));
 }
 

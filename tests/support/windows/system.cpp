@@ -25,6 +25,7 @@ QStringList HarmlessWarnings() {
   return {QStringLiteral("This plugin does not support propagateSizeHints()"),
           QStringLiteral("This plugin does not support raise()"),
           QStringLiteral("This plugin does not support grabbing the keyboard"),
+          QStringLiteral("setGeometry: Unable to set geometry"),
           QStringLiteral("EnableNonClientDpiScaling() failed"),
           QStringLiteral("QPixmap::fromWinHICON()"),
           QStringLiteral("SetProcessDpiAwarenessContext(")};
