@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QTemporaryDir>
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -29,6 +30,9 @@ int main(int argc, char** argv) {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !platform.isEmpty()) {
     qputenv("QT_QPA_PLATFORM", platform);
   }
+  // What Qt's file dialogue keeps of its last visit is neither read nor written.
+  const QTemporaryDir settings;
+  qputenv("XDG_CONFIG_HOME", settings.path().toUtf8());
   qInstallMessageHandler(FailOnWarning);
   // The tests answer Qt's own dialogues; those of the system have no widgets.
   QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);

@@ -63,8 +63,10 @@ void RandomUser::Look() {
     modal->close();
   } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
     Answer(*box);
+  } else if (auto* files = qobject_cast<QFileDialog*>(modal)) {
+    ChooseFile(*files);
   } else if (auto* dialog = qobject_cast<QDialog*>(modal)) {
-    dialog->objectName() == u"dlgKartoCheck" ? ChooseFile(*dialog) : Use(*dialog);
+    Use(*dialog);
   }
 }
 
@@ -94,13 +96,16 @@ void RandomUser::Answer(QMessageBox& box) {
   QTest::mouseClick(button, Qt::LeftButton);
 }
 
-void RandomUser::ChooseFile(QDialog& dialog) {
+void RandomUser::ChooseFile(QFileDialog& dialog) {
   constexpr std::array<QStringView, 5> Files{u"UC_PersoenlicheVersichertendatenXML.xsd",
                                              u"UC_AllgemeineVersicherungsdatenXML.xsd",
                                              u"gibt-es-nicht.xsd", u"", u".."};
   auto* const name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
   if (name == nullptr || Below(3) == 0) return static_cast<void>(dialog.close());
-  name->setText(Schema + Files.at(Below(Files.size())));
+  // What is saved goes into a folder of its own.
+  name->setText(dialog.acceptMode() == QFileDialog::AcceptSave
+                    ? folder_.filePath(QStringLiteral("Bericht"))
+                    : QString(Schema + Files.at(Below(Files.size()))));
   Note(u"chooses " + name->text());
   QTest::keyClick(name, Qt::Key_Return);
 }

@@ -3,6 +3,7 @@
 #include <QMessageBox>
 #include <QString>
 #include <QStringList>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <random>
@@ -12,6 +13,7 @@
 
 class QAction;
 class QDialog;
+class QFileDialog;
 class QWidget;
 
 namespace kartocheck::test {
@@ -41,7 +43,7 @@ class RandomUser {
   // Looks whether a window has come up over the main window; done whenever the event loop runs.
   void Look();
   void Answer(QMessageBox& box);
-  void ChooseFile(QDialog& dialog);
+  void ChooseFile(QFileDialog& dialog);
   void Use(QDialog& dialog);
 
   void ClickButton();
@@ -54,6 +56,7 @@ class RandomUser {
   Form_MKT_Test& window_;
   Screen screen_;
   std::mt19937 random_;
+  QTemporaryDir folder_;
   QTimer timer_;
   const QWidget* looked_ = nullptr;
   int looks_ = 0;  // at the same window
