@@ -49,9 +49,9 @@ fi
     for _ in $(seq 50); do [ -e "/tmp/.X11-unix/X${display#:}" ] && break; sleep 0.1; done
   fi
   # The server stays, so that a program starts in a tenth of a second; it fails where one runs
-  # already. What is started here is given none of our streams, which the services that Wine starts
-  # first would keep open.
-  enter sh -c 'if wineserver --persistent; then wine cmd /c exit; fi' \
+  # already. What is started here, services and the desktop, is given none of our streams, which it
+  # would keep open as long as it lives.
+  enter sh -c 'if wineserver --persistent; then wine rundll32 user32.dll,GetDesktopWindow; fi' \
     </dev/null >/dev/null 2>&1 9>&-
 ) 9>"/tmp/kartocheck-wine.lock"
 
