@@ -26,7 +26,7 @@ QString PartOfProgram(const QString& programDirectory, QStringView name) {
 }
 
 QString LibraryIn(LibraryPlace place, const QString& programDirectory) {
-  const QString fileName = LayoutOfThisSystem().LibraryFile.toString();
+  QString fileName = LayoutOfThisSystem().LibraryFile.toString();
   switch (place) {
     case LibraryPlace::ProgramDirectory:
       return QDir(programDirectory).filePath(fileName);

@@ -86,7 +86,7 @@ INSTANTIATE_TEST_SUITE_P(Card, CardVdOffsetsTest,
                          SentenceName());
 
 void ExpectVdUnreadable(const ScriptParts& script) {
-  Dialogue dialogue(script.Text().c_str());
+  Dialogue dialogue(script.Text());
   EgkReading reading(dialogue);
   EXPECT_EQ(reading.FromCard(), EgkResult::Finished);
   EXPECT_EQ(reading.Boxes(), Texts({u"Read EF VD war nicht erfolgreich!\r\n"}));
