@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 
 packages=build/windows-x86/packages
 home=$(mktemp --directory --tmpdir kartocheck-installed-XXXXXX)
-export KARTOCHECK_WINE_HOME=$home
+export KARTOCHECK_WINE_HOME=$home KARTOCHECK_WINE_DISPLAY=:96
 trap 'scripts/wine.sh --stop' EXIT
 fail() { echo "$0: $*" >&2; exit 1; }
 wine() { scripts/wine.sh "$@"; }
@@ -46,7 +46,7 @@ wine "$inside/kartocheck.exe" --nonsense </dev/null >/dev/null 2>&1 || status=$?
 
 echo "== refuses while it runs"
 wine "$inside/kartocheck-window.exe" --simulate </dev/null >/dev/null 2>&1 & window=$!
-is_shown() { DISPLAY=:96 xwininfo -root -tree | grep -qi "kartocheck-window"; }
+is_shown() { DISPLAY=$KARTOCHECK_WINE_DISPLAY xwininfo -root -tree | grep -qi "kartocheck-window"; }
 for _ in $(seq 100); do is_shown && break; sleep 0.2; done
 is_shown || fail "no window"
 status=0

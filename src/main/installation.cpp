@@ -41,8 +41,10 @@ QString LibraryIn(LibraryPlace place, const QString& programDirectory) {
 }  // namespace
 
 QString ProgramDirectoryOfPart(const QString& directoryOfPart) {
-  if (!directoryOfPart.endsWith(u"/lib/kartocheck")) return directoryOfPart;
-  return InDirectory(directoryOfPart, LayoutOfThisSystem().ProgramDirectory);
+  const SystemLayout layout = LayoutOfThisSystem();
+  QString program = InDirectory(directoryOfPart, layout.ProgramDirectory);
+  const bool isPrivate = InDirectory(program, layout.PrivateDirectory) == directoryOfPart;
+  return isPrivate ? program : directoryOfPart;
 }
 
 QString HelperProgram(const QString& programDirectory) {

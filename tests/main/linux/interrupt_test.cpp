@@ -11,53 +11,45 @@
 namespace kartocheck::test {
 namespace {
 
-template <typename Base>
-class Signalled final : public Base {
- public:
-  using Base::Base;
-
-  // Nothing once it has ended.
-  void Send(int signal) {
-    const auto process = static_cast<pid_t>(this->process_.processId());
-    if (process > 0) ::kill(process, signal);
-  }
-};
+// Nothing once it has ended.
+void Send(const CalledProgram& program, int signal) {
+  const auto process = static_cast<pid_t>(program.ProcessNumber());
+  if (process > 0) ::kill(process, signal);
+}
 
 class InterruptTest : public testing::TestWithParam<int> {};
 
 TEST_P(InterruptTest, LeavesADocumentThatSaysItIsIncomplete) {
-  Signalled<CalledProgram> program(
+  CalledProgram program(
       {QStringLiteral("--console"), QStringLiteral("--json"), QStringLiteral("--simulate")});
   (void)program.Start();
   program.WaitForOutput("\"ports\"");
-  program.Send(GetParam());
+  Send(program, GetParam());
   EXPECT_EQ(program.Status(), 130);
   EXPECT_FALSE(program.Document().value(u"complete").toBool(true));
 }
 
 // A library that does not come back is waited for no longer than usual.
 TEST_P(InterruptTest, EndsACallThatDoesNotComeBack) {
-  Signalled<MisbehavingProgram> program(Path(SCENARIOS "/kvk-60.json"),
-                                        QStringLiteral("data 1 wait"), Json);
+  MisbehavingProgram program(Path(SCENARIOS "/kvk-60.json"), QStringLiteral("data 1 wait"), Json);
   (void)program.Start();
   program.WaitForOutput("\"ports\"");
-  program.Send(GetParam());
+  Send(program, GetParam());
   EXPECT_EQ(program.Status(), 130);
   EXPECT_FALSE(program.Document().value(u"complete").toBool(true));
 }
 
 TEST_P(InterruptTest, AskedForTwiceEndsTheProgramAtOnce) {
-  Signalled<MisbehavingProgram> program(Path(SCENARIOS "/kvk-60.json"),
-                                        QStringLiteral("init 1 deaf"), Json);
+  MisbehavingProgram program(Path(SCENARIOS "/kvk-60.json"), QStringLiteral("init 1 deaf"), Json);
   QProcess& process = program.Start();
   program.WaitForOutput("\"ports\"");
   QElapsedTimer time;
   time.start();
-  program.Send(GetParam());
+  Send(program, GetParam());
   // Two requests of one kind that come together are one.
   while (process.state() == QProcess::Running && time.elapsed() < PatienceMs) {
     process.waitForFinished(20);
-    program.Send(GetParam());
+    Send(program, GetParam());
   }
   EXPECT_LT(time.elapsed(), 2'000);
   EXPECT_EQ(process.exitStatus(), QProcess::CrashExit);

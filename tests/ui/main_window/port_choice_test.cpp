@@ -95,27 +95,28 @@ TEST(PortChoiceTest, AnArrowKeyReachesTheFurtherPortsWithoutASearch) {
   EXPECT_EQ(window.module.SelectedPort, Port(8192));
 }
 
-TEST(PortChoiceTest, TheListTellsTheDevicesApart) {
+// Two readers, found by the search.
+class TwoReadersTest : public testing::Test {
+ protected:
+  TwoReadersTest() {
+    machine.identifications[8192] = QStringLiteral("Muster Leser 00 00");
+    machine.identifications[8193] = QStringLiteral("Muster Leser 01 00");
+    window.practice.Attach(8192, PortOf("omega"));
+    window.practice.Attach(8193, PortOf("omega"));
+    window.flow.ChoosePort(4);
+  }
+
   FakePortDirectory machine;
-  machine.identifications[8192] = QStringLiteral("Muster Leser 00 00");
-  machine.identifications[8193] = QStringLiteral("Muster Leser 01 00");
-  SimulatedWindow window(machine);
-  window.practice.Attach(8192, PortOf("omega"));
-  window.practice.Attach(8193, PortOf("omega"));
-  window.flow.ChoosePort(4);
+  SimulatedWindow window{machine};
+};
+
+TEST_F(TwoReadersTest, TheListTellsTheDevicesApart) {
   EXPECT_EQ(window.frontEnd.devices, (QStringList{QStringLiteral("Muster Leser 00 00"),
                                                   QStringLiteral("Muster Leser 01 00")}));
 }
 
 // A list whose entries changed while one is being chosen would be made anew under the user's hand.
-TEST(PortChoiceTest, TheListKeepsItsNamesThoughTheLibraryCanTellThemNoMore) {
-  FakePortDirectory machine;
-  machine.identifications[8192] = QStringLiteral("Muster Leser 00 00");
-  machine.identifications[8193] = QStringLiteral("Muster Leser 01 00");
-  SimulatedWindow window(machine);
-  window.practice.Attach(8192, PortOf("omega"));
-  window.practice.Attach(8193, PortOf("omega"));
-  window.flow.ChoosePort(4);
+TEST_F(TwoReadersTest, TheListKeepsItsNamesThoughTheLibraryCanTellThemNoMore) {
   const QStringList found = window.frontEnd.devices;
   machine.identifications.clear();
   window.flow.ChooseFurtherPort(1);
